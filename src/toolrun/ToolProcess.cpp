@@ -1,0 +1,41 @@
+#include "toolrun/ToolProcess.h"
+
+#include <QProcessEnvironment>
+
+namespace ToolProcess {
+
+static QProcessEnvironment childEnvironment()
+{
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
+    env.insert(QStringLiteral("LANG"), QStringLiteral("C"));
+    return env;
+}
+
+void prepare(QProcess &process, const ToolCommand &command, QProcess::ProcessChannelMode mode)
+{
+    process.setProgram(command.program);
+    process.setArguments(command.arguments);
+    process.setProcessEnvironment(childEnvironment());
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setProcessChannelMode(mode);
+}
+
+QProcess *start(const ToolCommand &command, QObject *parent, QProcess::ProcessChannelMode mode)
+{
+    auto *p = new QProcess(parent);
+    prepare(*p, command, mode);
+    p->start();
+    return p;
+}
+
+bool startDetached(const ToolCommand &command)
+{
+    QProcess p;
+    prepare(p, command, QProcess::MergedChannels);
+    p.setStandardOutputFile(QProcess::nullDevice());
+    p.setStandardErrorFile(QProcess::nullDevice());
+    return p.startDetached();
+}
+
+} // namespace ToolProcess

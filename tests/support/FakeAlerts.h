@@ -1,0 +1,36 @@
+#pragma once
+#include <QList>
+#include <QQueue>
+#include <functional>
+
+#include "app/Alerts.h"
+
+// Records every alert and answers from a queue (default: the first button).
+class FakeAlerts : public Alerts {
+public:
+    AlertAnswer show(const AlertRequest &request) override
+    {
+        shown.append(request);
+        if (onShow)
+            onShow(request);
+        if (!answers.isEmpty())
+            return answers.dequeue();
+        AlertAnswer a;
+        a.button = 0;
+        a.input = request.inputDefault;
+        return a;
+    }
+
+    // "message / informative" of each alert, in order: easy to compare.
+    QStringList texts() const
+    {
+        QStringList out;
+        for (const auto &r : shown)
+            out << r.messageText + QStringLiteral(" / ") + r.informativeText;
+        return out;
+    }
+
+    QList<AlertRequest> shown;
+    QQueue<AlertAnswer> answers;
+    std::function<void(const AlertRequest &)> onShow;
+};

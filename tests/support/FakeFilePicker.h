@@ -1,0 +1,17 @@
+#pragma once
+#include <QList>
+#include <QQueue>
+
+#include "app/FilePicker.h"
+
+// Records every panel and answers from a queue (empty queue = Cancel).
+class FakeFilePicker : public FilePicker {
+public:
+    QStringList pick(const PickRequest &request) override
+    {
+        requests.append(request);
+        return answers.isEmpty() ? QStringList() : answers.dequeue();
+    }
+    QList<PickRequest> requests;
+    QQueue<QStringList> answers;
+};
