@@ -1,0 +1,62 @@
+#include "app/WorkingFolders.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QtDebug>
+
+WorkingFolders WorkingFolders::inside(const QString &documents)
+{
+    const QDir docs(documents);
+    WorkingFolders f;
+    f.s_Output_Folder = QDir::cleanPath(docs.filePath(QStringLiteral("Tamblo")));
+    f.s_Audio_Folder = QDir::cleanPath(docs.filePath(QStringLiteral("TambloAudio")));
+    f.s_Video_Folder = QDir::cleanPath(docs.filePath(QStringLiteral("TambloVideo")));
+    f.s_Data_Folder = QDir::cleanPath(docs.filePath(QStringLiteral("TambloData")));
+    return f;
+}
+
+namespace FolderOps {
+
+Presence ensureFolder(const QString &path)
+{
+    // Only existence matters: a plain file of that name counts as present.
+    if (QFileInfo::exists(path) || QFileInfo(path).isSymLink())
+        return Presence::Existed;
+    return QDir().mkpath(path) ? Presence::Created : Presence::Failed;
+}
+
+void RemoveAllContentInFolder(const QString &path)
+{
+    // Walk every entry at every depth (a folder comes before its contents),
+    // then remove them in that order. Entries inside a folder already removed
+    // are gone by the time their turn comes.
+    QStringList entries;
+    QDirIterator it(path, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext())
+        entries << it.next();
+
+    for (const QString &entry : std::as_const(entries)) {
+        const QFileInfo fi(entry);
+        if (!fi.exists() && !fi.isSymLink())
+            continue;
+        bool ok;
+        QString reason;
+        if (fi.isDir() && !fi.isSymLink()) {
+            ok = QDir(entry).removeRecursively();
+            if (!ok)
+                reason = QStringLiteral("could not remove the folder %1").arg(entry);
+        } else {
+            QFile f(entry);
+            ok = f.remove();
+            if (!ok)
+                reason = QStringLiteral("%1: %2").arg(entry, f.errorString());
+        }
+        if (!ok)
+            qWarning().noquote() << QStringLiteral("oops: %1").arg(reason);
+    }
+}
+
+} // namespace FolderOps

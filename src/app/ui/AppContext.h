@@ -1,0 +1,25 @@
+#pragma once
+#include <QSettings>
+#include <QString>
+#include <QUrl>
+#include <functional>
+
+#include "app/Alerts.h"
+#include "app/FilePicker.h"
+#include "app/ToolPaths.h"
+
+class DriveBackend;
+
+// Everything the controller needs from the outside world. The shipped
+// program fills it from the platform (main.cpp); tests fill it with fakes.
+struct AppContext {
+    Alerts *alerts = nullptr;
+    FilePicker *filePicker = nullptr;
+    QSettings *settings = nullptr;
+    QString documentsDir;
+    ToolPaths tools;
+    DriveBackend *driveBackend = nullptr;          // null: made from `tools`
+    std::function<void(int)> exitProcess;          // null: end the process at once
+    std::function<void(const QUrl &)> openUrl;     // null: the default browser
+    std::function<bool()> systemIsDark;            // null: the platform's palette
+};
