@@ -22,7 +22,8 @@ namespace FolderOps {
 Presence ensureFolder(const QString &path)
 {
     // Only existence matters: a plain file of that name counts as present.
-    if (QFileInfo::exists(path) || QFileInfo(path).isSymLink())
+    // A link that leads nowhere does not, and then cannot be made a folder.
+    if (QFileInfo::exists(path))
         return Presence::Existed;
     return QDir().mkpath(path) ? Presence::Created : Presence::Failed;
 }
