@@ -1,0 +1,10 @@
+#pragma once
+#include <QObject>
+
+#include "app/ToolPaths.h"
+#include "drives/DriveBackend.h"
+
+// The drive backend of the platform ToolPaths describes: drutil on macOS,
+// xorriso and eject on Linux, with the default time-outs. The caller (or
+// `parent`) owns it.
+DriveBackend *createDriveBackend(const ToolPaths &tools, QObject *parent);

@@ -1,0 +1,57 @@
+#include "drives/DrutilParsing.h"
+
+#include <QStringList>
+
+namespace DrutilParsing {
+
+DriveList parseList(const QString &text)
+{
+    DriveList drives;
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    for (int i = 0; i < lines.size(); ++i) {
+        const QString &line = lines.at(i);
+        if (line.isEmpty())
+            break;
+        if (i == 0)
+            continue;  // column header
+        if (line.size() < 30)
+            continue;
+        if (!line.at(0).isDigit() || line.at(1).isDigit())
+            continue;
+        Object_Optical_Drive drive;
+        drive.s_Drive_Number = line.mid(0, 1);
+        drive.sManufacturer = line.mid(3, 9).trimmed();
+        drive.sModel = line.mid(12, 18).trimmed();
+        drives.append(drive);
+    }
+    return drives;
+}
+
+QString statusSearchText(const QString &text)
+{
+    const int hit = text.indexOf(QLatin1String("Type:"));
+    if (hit < 0)
+        return text;
+    const int lineStart = text.lastIndexOf(QLatin1Char('\n'), hit) + 1;
+    return text.mid(lineStart);
+}
+
+MediaAnswers answers(const QString &text)
+{
+    const QString s = statusSearchText(text);
+    MediaAnswers a;
+    a.driveEmpty = s.contains(QLatin1String("No Media Inserted"));
+    a.oneTimeWritable = s.contains(QLatin1String("overwritable"));
+    a.reWritable = s.contains(QLatin1String("erasable"));
+    if (s.contains(QLatin1String("DVD")))
+        a.family = QStringLiteral("DVD");
+    else if (s.contains(QLatin1String("CD")))
+        a.family = QStringLiteral("CD");
+    else if (s.contains(QLatin1String("BD")))
+        a.family = QStringLiteral("BD");
+    else
+        a.family = QStringLiteral("Other");
+    return a;
+}
+
+} // namespace DrutilParsing

@@ -1,0 +1,51 @@
+#pragma once
+#include <QObject>
+#include <QString>
+#include <functional>
+
+#include "drives/DriveBackend.h"
+
+class Alerts;
+
+// The result of the medium check every burn makes before it starts.
+struct MediumCheck {
+    enum Result { Ok, NoDisc, NotWritable, WrongFamily };
+    Result result = Ok;
+    QString detectedFamily;  // what TypeOfMediaInTheDrive answered, when it was asked
+};
+
+// The four questions about the medium in the current drive. Each question
+// runs one status query of its own (nothing is cached) and answers later,
+// through its callback, without blocking the caller.
+//
+// In debug mode a NO to the writable questions is explained first: an alert
+// whose message is the whole status text and whose informative text is
+// "Warning 0030." (write-once) or "Warning 0040." (rewritable), with one
+// button "OK".
+class MediaQuestions : public QObject {
+    Q_OBJECT
+public:
+    MediaQuestions(DriveBackend &backend, Alerts &alerts, std::function<bool()> debugMode,
+                   std::function<Object_Optical_Drive()> currentDrive, QObject *parent = nullptr);
+
+    void IsDriveEmpty(std::function<void(bool)> done);
+    void IsMediaOneTimeWritable(std::function<void(bool)> done);
+    void IsMediaReWritable(std::function<void(bool)> done);
+    void TypeOfMediaInTheDrive(std::function<void(QString)> done);
+
+    // The burn check, stopping at the first failure: a disc must be in the
+    // drive (else NoDisc); it must be writable, or else rewritable, the
+    // second asked only when the first says no (else NotWritable); and when
+    // `family` is not empty, TypeOfMediaInTheDrive must equal it (else
+    // WrongFamily). Up to four status queries.
+    void checkMedium(const QString &family, std::function<void(MediumCheck)> done);
+
+private:
+    void ask(std::function<void(const MediaStatus &)> answer);
+    void explainNo(const MediaStatus &status, const QString &warning);
+
+    DriveBackend &m_backend;
+    Alerts &m_alerts;
+    std::function<bool()> m_debugMode;
+    std::function<Object_Optical_Drive()> m_currentDrive;
+};

@@ -1,0 +1,84 @@
+#include "drives/XorrisoBackend.h"
+
+#include "drives/DriveQuery.h"
+#include "drives/XorrisoParsing.h"
+#include "toolrun/ToolProcess.h"
+
+XorrisoBackend::XorrisoBackend(const QString &xorriso, const QString &eject, QObject *parent,
+                               int listTimeoutMs, int statusTimeoutMs)
+    : DriveBackend(parent), m_xorriso(xorriso), m_eject(eject), m_listTimeoutMs(listTimeoutMs),
+      m_statusTimeoutMs(statusTimeoutMs)
+{
+}
+
+ToolCommand XorrisoBackend::listCommand() const
+{
+    return XorrisoParsing::devicesCommand(m_xorriso);
+}
+
+ToolCommand XorrisoBackend::statusCommand(const Object_Optical_Drive &drive) const
+{
+    if (drive.s_Device_Path.isEmpty())
+        return ToolCommand{};
+    return XorrisoParsing::statusCommand(m_xorriso, drive.s_Device_Path);
+}
+
+ToolCommand XorrisoBackend::trayCommand(const Object_Optical_Drive &drive, bool eject) const
+{
+    if (drive.s_Device_Path.isEmpty())
+        return ToolCommand{};
+    if (eject)
+        return ToolCommand{m_eject, {drive.s_Device_Path}};
+    return ToolCommand{m_eject, {QStringLiteral("-t"), drive.s_Device_Path}};
+}
+
+void XorrisoBackend::listDrives(ListCallback done)
+{
+    DriveQuery::run(listCommand(), m_listTimeoutMs, this,
+                    [done = std::move(done)](const QString &output, bool) {
+                        if (done)
+                            done(XorrisoParsing::parseDevices(output));
+                    });
+}
+
+void XorrisoBackend::queryStatus(const Object_Optical_Drive &drive, StatusCallback done)
+{
+    // Without a device the null command runs nothing and answers an empty
+    // text, which reads as an empty drive.
+    DriveQuery::run(statusCommand(drive), m_statusTimeoutMs, this,
+                    [done = std::move(done)](const QString &output, bool) {
+                        MediaStatus status;
+                        status.text = output;
+                        status.answers = XorrisoParsing::answers(output);
+                        if (done)
+                            done(status);
+                    });
+}
+
+void XorrisoBackend::ejectTray(const Object_Optical_Drive &drive)
+{
+    const ToolCommand command = trayCommand(drive, true);
+    if (!command.isNull())
+        ToolProcess::startDetached(command);
+}
+
+void XorrisoBackend::closeTray(const Object_Optical_Drive &drive)
+{
+    const ToolCommand command = trayCommand(drive, false);
+    if (!command.isNull())
+        ToolProcess::startDetached(command);
+}
+
+ToolCommand XorrisoBackend::eraseCommand(const Object_Optical_Drive &drive, bool full) const
+{
+    if (drive.s_Device_Path.isEmpty())
+        return ToolCommand{};
+    return XorrisoParsing::eraseCommand(m_xorriso, drive.s_Device_Path, full);
+}
+
+ToolCommand XorrisoBackend::discInfoCommand(const Object_Optical_Drive &drive) const
+{
+    if (drive.s_Device_Path.isEmpty())
+        return listCommand();
+    return statusCommand(drive);
+}
