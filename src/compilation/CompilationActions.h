@@ -1,0 +1,70 @@
+#pragma once
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include "app/FilePicker.h"
+#include "compilation/FolderMeasureJob.h"
+#include "compilation/MediaProbeJob.h"
+
+class MediaListModel;
+class DataFolderModel;
+
+// The five add actions of the Audio, Video and Data tabs. Media files are
+// probed off the UI thread behind a determinate progress sheet (the window
+// shows it on progressSheetShown, moves it on progressChanged and closes it
+// on progressSheetClosed); the data folder is measured off the UI thread
+// too. Records land in the lists in the panel's (or folder's) order; the
+// same file chosen twice is listed twice. Each action ends with the tab's
+// table refresh (refreshTable). Cancelling a panel, or a folder with nothing
+// to add, does nothing and says nothing.
+class CompilationActions : public QObject {
+    Q_OBJECT
+public:
+    enum Tab { AudioTab = 0, VideoTab = 1, DataTab = 2 };
+
+    CompilationActions(MediaListModel *media, DataFolderModel *data, FilePicker *picker,
+                       QObject *parent = nullptr);
+
+    void setFfmpegPath(const QString &path) { m_ffmpeg = path; }
+    QString ffmpegPath() const { return m_ffmpeg; }
+
+    // Returns false when nothing was started (cancelled, nothing to add, or
+    // an add still running).
+    bool OnActionAudioAddFiles();
+    bool OnActionAudioAddFolder();
+    bool OnActionVideoAddFiles();
+    bool OnActionVideoAddFolder();
+    bool OnActionDataAddFolder();
+
+    // The same without a panel: the chosen paths as the panel gave them.
+    bool addMediaFiles(Tab tab, const QStringList &paths);
+    bool addMediaFolder(Tab tab, const QString &folderPath);
+    bool addDataFolder(const QString &folderPath);
+
+    bool isBusy() const;
+    MediaProbeJob *probeJob() { return &m_probe; }
+    FolderMeasureJob *folderJob() { return &m_folder; }
+
+signals:
+    void progressSheetShown(int maximum);  // bar: minimum 0, this maximum, value 0
+    void progressChanged(int value);       // 1, 2, 3 ... in list order
+    void progressSheetClosed();
+    void refreshTable(int tab);            // Tab: the table to reload and total
+    void busyChanged(bool busy);
+
+private:
+    void onRecordReady(int index, const NodeMediaFile &record);
+    void onProgress(int done);
+    void onProbeFinished();
+    void onFolderMeasured(const NodeDataFolder &record);
+
+    MediaListModel *m_media;
+    DataFolderModel *m_data;
+    FilePicker *m_picker;
+    QString m_ffmpeg;
+    MediaProbeJob m_probe;
+    FolderMeasureJob m_folder;
+    Tab m_mediaTab = AudioTab;
+    int m_maximum = 0;
+};

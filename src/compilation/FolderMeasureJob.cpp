@@ -1,0 +1,28 @@
+#include "compilation/FolderMeasureJob.h"
+
+#include <QtConcurrent/QtConcurrentRun>
+
+#include "compilation/Measurements.h"
+
+FolderMeasureJob::FolderMeasureJob(QObject *parent) : QObject(parent)
+{
+    connect(&m_watcher, &QFutureWatcher<NodeDataFolder>::finished, this, [this] {
+        m_running = false;
+        emit finished(m_watcher.result());
+    });
+}
+
+FolderMeasureJob::~FolderMeasureJob()
+{
+    // The walk touches nothing of ours; let it end on its own.
+    m_watcher.disconnect(this);
+}
+
+bool FolderMeasureJob::start(const QString &folderPath)
+{
+    if (m_running)
+        return false;
+    m_running = true;
+    m_watcher.setFuture(QtConcurrent::run(&Measurements::makeDataFolderRecord, folderPath));
+    return true;
+}

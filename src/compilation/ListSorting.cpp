@@ -1,0 +1,131 @@
+#include "compilation/ListSorting.h"
+
+#include <algorithm>
+
+bool &ColumnSortFlags::at(int position)
+{
+    switch (position) {
+    case 1: return m_b_Col1_Ascenging;
+    case 2: return m_b_Col2_Ascenging;
+    case 3: return m_b_Col3_Ascenging;
+    default: return m_b_Col4_Ascenging;
+    }
+}
+
+bool ColumnSortFlags::at(int position) const
+{
+    return const_cast<ColumnSortFlags *>(this)->at(position);
+}
+
+bool ColumnSortFlags::operator==(const ColumnSortFlags &o) const
+{
+    return m_b_Col1_Ascenging == o.m_b_Col1_Ascenging && m_b_Col2_Ascenging == o.m_b_Col2_Ascenging
+        && m_b_Col3_Ascenging == o.m_b_Col3_Ascenging && m_b_Col4_Ascenging == o.m_b_Col4_Ascenging;
+}
+
+namespace ListSorting {
+
+static bool isAsciiDigit(QChar c)
+{
+    return c >= QLatin1Char('0') && c <= QLatin1Char('9');
+}
+
+int naturalCompare(const QString &a, const QString &b)
+{
+    qsizetype i = 0;
+    qsizetype j = 0;
+    while (i < a.size() && j < b.size()) {
+        const QChar ca = a.at(i);
+        const QChar cb = b.at(j);
+        if (isAsciiDigit(ca) && isAsciiDigit(cb)) {
+            // Compare two digit runs by value: skip leading zeros, then the
+            // longer run is the larger number, else the first differing digit.
+            qsizetype ea = i, eb = j;
+            while (ea < a.size() && isAsciiDigit(a.at(ea)))
+                ++ea;
+            while (eb < b.size() && isAsciiDigit(b.at(eb)))
+                ++eb;
+            qsizetype sa = i, sb = j;
+            while (sa < ea - 1 && a.at(sa) == QLatin1Char('0'))
+                ++sa;
+            while (sb < eb - 1 && b.at(sb) == QLatin1Char('0'))
+                ++sb;
+            const qsizetype la = ea - sa, lb = eb - sb;
+            if (la != lb)
+                return la < lb ? -1 : 1;
+            for (qsizetype k = 0; k < la; ++k) {
+                const ushort da = a.at(sa + k).unicode(), db = b.at(sb + k).unicode();
+                if (da != db)
+                    return da < db ? -1 : 1;
+            }
+            i = ea;
+            j = eb;
+            continue;
+        }
+        const char32_t fa = QChar::toCaseFolded(char32_t(ca.unicode()));
+        const char32_t fb = QChar::toCaseFolded(char32_t(cb.unicode()));
+        if (fa != fb)
+            return fa < fb ? -1 : 1;
+        ++i;
+        ++j;
+    }
+    const qsizetype ra = a.size() - i, rb = b.size() - j;
+    if (ra == rb)
+        return 0;
+    return ra < rb ? -1 : 1;
+}
+
+template <typename Node, typename Field>
+static void sortBy(QList<Node> &list, Field field, bool ascending)
+{
+    std::stable_sort(list.begin(), list.end(), [&](const Node &x, const Node &y) {
+        return ascending ? naturalCompare(field(x), field(y)) < 0
+                         : naturalCompare(field(y), field(x)) < 0;
+    });
+}
+
+bool sortMediaFiles(QList<NodeMediaFile> &list, int column, ColumnSortFlags &flags)
+{
+    if (column < 0 || column > 3)
+        return false;
+    const int position = column + 1;
+    const bool ascending = flags.at(position);
+    switch (column) {
+    case 0:
+        sortBy(list, [](const NodeMediaFile &n) -> const QString & { return n.s_File_Name_With_Extension; }, ascending);
+        break;
+    case 1:
+        sortBy(list, [](const NodeMediaFile &n) -> const QString & { return n.s_Duration; }, ascending);
+        break;
+    case 2:
+        sortBy(list, [](const NodeMediaFile &n) -> const QString & { return n.s_File_Size; }, ascending);
+        break;
+    default:
+        sortBy(list, [](const NodeMediaFile &n) -> const QString & { return n.s_File_Path; }, ascending);
+        break;
+    }
+    for (int p = 1; p <= 4; ++p)
+        flags.at(p) = (p == position) ? !ascending : false;
+    return true;
+}
+
+bool sortDataFolders(QList<NodeDataFolder> &list, int column, ColumnSortFlags &flags)
+{
+    if (column == 0) {
+        const bool ascending = flags.m_b_Col1_Ascenging;
+        sortBy(list, [](const NodeDataFolder &n) -> const QString & { return n.s_Path; }, ascending);
+        flags.m_b_Col1_Ascenging = !ascending;
+        flags.m_b_Col2_Ascenging = false;
+        return true;
+    }
+    if (column == 1) {
+        const bool ascending = flags.m_b_Col2_Ascenging;
+        sortBy(list, [](const NodeDataFolder &n) -> const QString & { return n.s_Size; }, ascending);
+        flags.m_b_Col2_Ascenging = !ascending;
+        flags.m_b_Col1_Ascenging = false;
+        return true;
+    }
+    return false;
+}
+
+} // namespace ListSorting
