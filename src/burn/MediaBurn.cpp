@@ -1,0 +1,203 @@
+#include "burn/MediaBurn.h"
+
+#include <QPointer>
+#include <QTimer>
+#include <functional>
+
+#include "app/WorkingFolders.h"
+#include "burn/BurnSheets.h"
+#include "burn/Recorder.h"
+#include "burn/TranscodeArguments.h"
+#include "burn/TranscodeSequence.h"
+#include "toolrun/ToolRunner.h"
+
+MediaBurn::MediaBurn(ToolRunner &runner, const Recorder &recorder, BurnSheets &sheets, Alerts &alerts,
+                     MediumProbe probe, QObject *parent)
+    : QObject(parent),
+      m_runner(runner),
+      m_recorder(recorder),
+      m_sheets(sheets),
+      m_alerts(alerts),
+      m_probe(std::move(probe)),
+      m_sequence(new TranscodeSequence(runner, this))
+{
+    connect(m_sequence, &TranscodeSequence::fileStarted, this, [this](int index, qint64 seconds) {
+        m_i_Orig_Duration_in_Seconds = seconds;
+        if (!BurnMessages::isVideoBurn(m_operation))
+            m_i_Burn_Audio_Type = m_operation == BurnOperation::AudioCD ? 1 : 2;
+        Q_UNUSED(index);
+        m_sheets.setFileRange(static_cast<double>(seconds));
+        m_sheets.setFileValue(0.0);
+    });
+    connect(m_sequence, &TranscodeSequence::upperBar, this,
+            [this](float percent) { m_sheets.setFileValue(static_cast<double>(percent)); });
+    connect(m_sequence, &TranscodeSequence::filesDone, this,
+            [this](int count) { m_sheets.setOverallValue(static_cast<double>(count)); });
+    connect(m_sequence, &TranscodeSequence::finished, this, [this] {
+        m_sheets.endProgress();
+        scheduleRecording();
+    });
+}
+
+MediaBurn::~MediaBurn() = default;
+
+void MediaBurn::Burn_Audio_CD(const QList<NodeMediaFile> &files, const MediaBurnContext &context)
+{
+    burn(BurnOperation::AudioCD, files, context);
+}
+
+void MediaBurn::Burn_Audio_MP3_CD(const QList<NodeMediaFile> &files, const MediaBurnContext &context)
+{
+    burn(BurnOperation::MP3CD, files, context);
+}
+
+void MediaBurn::Burn_Audio_MP3_DVD(const QList<NodeMediaFile> &files, const MediaBurnContext &context)
+{
+    burn(BurnOperation::MP3DVD, files, context);
+}
+
+void MediaBurn::Burn_Video_DVD(const QList<NodeMediaFile> &files, const MediaBurnContext &context)
+{
+    burn(BurnOperation::VideoDVD, files, context);
+}
+
+void MediaBurn::Burn_Video_Bluray(const QList<NodeMediaFile> &files, const MediaBurnContext &context)
+{
+    burn(BurnOperation::VideoBluray, files, context);
+}
+
+void MediaBurn::burn(BurnOperation operation, const QList<NodeMediaFile> &files, const MediaBurnContext &context)
+{
+    if (m_busy || !BurnMessages::isMediaBurn(operation))
+        return;
+    m_busy = true;
+    QPointer<MediaBurn> self(this);
+    BurnChecks::run(operation, files.isEmpty(), m_probe, m_alerts, context.m_b_Debug_Mode,
+                    [self, operation, files, context](bool passed) {
+                        if (!self)
+                            return;
+                        if (!passed) {
+                            self->m_busy = false;
+                            emit self->refused(operation);
+                            return;
+                        }
+                        self->m_operation = operation;
+                        self->m_files = files;
+                        self->m_context = context;
+                        self->transcodePhase();
+                    });
+}
+
+QString MediaBurn::workingFolder() const
+{
+    return BurnMessages::isVideoBurn(m_operation) ? m_context.s_Video_Folder : m_context.s_Audio_Folder;
+}
+
+void MediaBurn::transcodePhase()
+{
+    const QString folder = workingFolder();
+    FolderOps::RemoveAllContentInFolder(folder);
+
+    m_sheets.beginProgress();
+    m_sheets.setOverallRange(static_cast<double>(m_files.size()));
+    m_sheets.setOverallValue(0.0);
+
+    QList<TranscodeSequence::Step> steps;
+    for (const NodeMediaFile &file : std::as_const(m_files)) {
+        TranscodeSequence::Step step;
+        step.command = TranscodeArguments::command(m_operation, m_context.sffmpegPath, file.s_File_Path, folder,
+                                                   m_context.s_Video_Output_Format,
+                                                   m_context.s_Audio_Output_Format);
+        step.durationSeconds = file.i_Duration_in_Seconds;
+        steps << step;
+    }
+    const unsigned kind = BurnMessages::isVideoBurn(m_operation) ? ToolRunner::VideoTranscode
+                                                                 : ToolRunner::AudioTranscode;
+    m_sequence->start(steps, kind);
+}
+
+static void replaceTimer(QPointer<QTimer> &slot, QObject *owner, std::function<void()> routine)
+{
+    if (slot) {
+        slot->stop();
+        slot->deleteLater();
+    }
+    auto *timer = new QTimer(owner);
+    timer->setSingleShot(true);
+    timer->setInterval(100);
+    QObject::connect(timer, &QTimer::timeout, owner, [timer, routine = std::move(routine)] {
+        timer->deleteLater();
+        routine();
+    });
+    slot = timer;
+    timer->start();
+}
+
+void MediaBurn::scheduleRecording()
+{
+    emit transcodesFinished(m_operation);
+    switch (m_operation) {
+    case BurnOperation::AudioCD:
+        replaceTimer(timerBurnAudioCD, this, [this] { TimerBurnAudioCD(); });
+        break;
+    case BurnOperation::MP3CD:
+    case BurnOperation::MP3DVD:
+        replaceTimer(timerBurnMP3, this, [this] { TimerBurnMP3(); });
+        break;
+    default:
+        replaceTimer(timerBurnVideo, this, [this] { TimerBurnVideoRoutine(); });
+        break;
+    }
+}
+
+void MediaBurn::startRecording(const ToolCommand &command, void (MediaBurn::*handler)())
+{
+    QPointer<MediaBurn> self(this);
+    m_runner.runNotified(command, [self, handler] {
+        if (self)
+            (self.data()->*handler)();
+    });
+    m_sheets.showPerformingOperation();
+    emit recordingStarted(command);
+}
+
+void MediaBurn::TimerBurnAudioCD()
+{
+    QStringList sources;
+    for (const NodeMediaFile &file : std::as_const(m_files))
+        sources << file.s_File_Path;
+    const QString folder = m_context.s_Audio_Folder;
+    const QStringList tracks = TranscodeArguments::audioTracks(folder, sources, true);
+    startRecording(m_recorder.burnAudioCommand(m_context.currentDrive, folder, tracks),
+                   &MediaBurn::AudioBurnTerminated);
+}
+
+void MediaBurn::TimerBurnMP3()
+{
+    startRecording(m_recorder.burnFolderCommand(m_context.currentDrive, m_context.s_Audio_Folder),
+                   &MediaBurn::AudioBurnTerminated);
+}
+
+void MediaBurn::TimerBurnVideoRoutine()
+{
+    startRecording(m_recorder.burnFolderCommand(m_context.currentDrive, m_context.s_Video_Folder),
+                   &MediaBurn::VideoBurnTerminated);
+}
+
+void MediaBurn::AudioBurnTerminated()
+{
+    m_sheets.endPerformingOperation();
+    FolderOps::RemoveAllContentInFolder(m_context.s_Audio_Folder);
+    m_busy = false;
+    m_sheets.showOperationComplete();
+    emit completed(m_operation);
+}
+
+void MediaBurn::VideoBurnTerminated()
+{
+    m_sheets.endPerformingOperation();
+    FolderOps::RemoveAllContentInFolder(m_context.s_Video_Folder);
+    m_busy = false;
+    m_sheets.showOperationComplete();
+    emit completed(m_operation);
+}

@@ -1,0 +1,103 @@
+#pragma once
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include "burn/BurnChecks.h"
+#include "burn/BurnMessages.h"
+#include "compilation/NodeMediaFile.h"
+#include "drives/Object_Optical_Drive.h"
+#include "toolrun/ToolCommand.h"
+
+class Alerts;
+class BurnSheets;
+class QTimer;
+class Recorder;
+class TranscodeSequence;
+class ToolRunner;
+
+// What a media burn reads from the controller when it starts.
+struct MediaBurnContext {
+    QString sffmpegPath;
+    QString s_Audio_Folder;
+    QString s_Video_Folder;
+    QString s_Video_Output_Format = QStringLiteral("0");  // "0" NTSC, else PAL
+    QString s_Audio_Output_Format = QStringLiteral("0");  // "0" AC-3, else MP2
+    Object_Optical_Drive currentDrive;                    // number (drutil) or device (Linux)
+    bool m_b_Debug_Mode = false;
+};
+
+// The five burns of the media list: audio CD, MP3 CD, MP3 DVD, video DVD and
+// video Blu-ray. Each one:
+//   1. runs the checks (empty list, no disc, not writable, wrong family) and
+//      stops at the first refusal;
+//   2. empties its working folder, begins the two-bar sheet and transcodes
+//      the files one after the other (audio: u_Type_Progress 1, video: 0);
+//   3. ends the sheet and, 0.1 s later, starts the recorder on the folder as
+//      a notified run and shows the working sheet;
+//   4. when the recorder ends, whatever its outcome: ends the working sheet,
+//      empties the folder and shows the operation-complete sheet.
+// The list handed in is copied: a burn never changes the compilation. A burn
+// asked for while another one is under way is ignored.
+class MediaBurn : public QObject {
+    Q_OBJECT
+public:
+    MediaBurn(ToolRunner &runner, const Recorder &recorder, BurnSheets &sheets, Alerts &alerts,
+              MediumProbe probe, QObject *parent = nullptr);
+    ~MediaBurn() override;
+
+    void Burn_Audio_CD(const QList<NodeMediaFile> &arrayMediaFiles, const MediaBurnContext &context);
+    void Burn_Audio_MP3_CD(const QList<NodeMediaFile> &arrayMediaFiles, const MediaBurnContext &context);
+    void Burn_Audio_MP3_DVD(const QList<NodeMediaFile> &arrayMediaFiles, const MediaBurnContext &context);
+    void Burn_Video_DVD(const QList<NodeMediaFile> &arrayMediaFiles, const MediaBurnContext &context);
+    void Burn_Video_Bluray(const QList<NodeMediaFile> &arrayMediaFiles, const MediaBurnContext &context);
+
+    // One of the five above by operation; the data burns are not handled here.
+    void burn(BurnOperation operation, const QList<NodeMediaFile> &arrayMediaFiles,
+              const MediaBurnContext &context);
+
+    bool isBusy() const { return m_busy; }
+    // 1 while an audio CD transcodes, 2 for the MP3 discs (0 before any).
+    int i_Burn_Audio_Type() const { return m_i_Burn_Audio_Type; }
+    // The duration of the file in hand.
+    qint64 i_Orig_Duration_in_Seconds() const { return m_i_Orig_Duration_in_Seconds; }
+
+    // The timer routines (0.1 s after the last transcode) and the recorder's
+    // termination handlers.
+    void TimerBurnAudioCD();
+    void TimerBurnMP3();
+    void TimerBurnVideoRoutine();
+    void AudioBurnTerminated();
+    void VideoBurnTerminated();
+
+signals:
+    void refused(BurnOperation operation);
+    void transcodesFinished(BurnOperation operation);  // sheet ended, timer scheduled
+    void recordingStarted(const ToolCommand &command);
+    void completed(BurnOperation operation);            // complete sheet shown
+
+private:
+    void transcodePhase();
+    void scheduleRecording();
+    void startRecording(const ToolCommand &command, void (MediaBurn::*handler)());
+    QString workingFolder() const;
+
+    ToolRunner &m_runner;
+    const Recorder &m_recorder;
+    BurnSheets &m_sheets;
+    Alerts &m_alerts;
+    MediumProbe m_probe;
+    TranscodeSequence *m_sequence;
+
+    BurnOperation m_operation = BurnOperation::AudioCD;
+    QList<NodeMediaFile> m_files;
+    MediaBurnContext m_context;
+    bool m_busy = false;
+    int m_i_Burn_Audio_Type = 0;
+    qint64 m_i_Orig_Duration_in_Seconds = 0;
+
+    QPointer<QTimer> timerBurnAudioCD;
+    QPointer<QTimer> timerBurnMP3;
+    QPointer<QTimer> timerBurnVideo;
+};

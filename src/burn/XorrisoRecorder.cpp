@@ -1,0 +1,34 @@
+#include "burn/XorrisoRecorder.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+ToolCommand XorrisoRecorder::burnAudioCommand(const Object_Optical_Drive &drive, const QString &,
+                                              const QStringList &wavsInCompilationOrder) const
+{
+    const QString device = drive.s_Device_Path;
+    if (device.isEmpty())
+        return {};
+    QStringList args{QStringLiteral("-v")};
+    if (device.startsWith(QLatin1String("stdio:")))
+        args << QStringLiteral("--allow_emulated_drives");
+    args << QStringLiteral("dev=") + device << QStringLiteral("-audio");
+    args << wavsInCompilationOrder;
+    return {m_cdrskin, args};
+}
+
+ToolCommand XorrisoRecorder::burnFolderCommand(const Object_Optical_Drive &drive, const QString &folder) const
+{
+    const QString device = drive.s_Device_Path;
+    if (device.isEmpty())
+        return {};
+    return {m_xorriso,
+            {QStringLiteral("-dev"), device, QStringLiteral("-volid"), volumeName(folder), QStringLiteral("-map"),
+             folder, QStringLiteral("/"), QStringLiteral("-commit")}};
+}
+
+QString XorrisoRecorder::volumeName(const QString &folder)
+{
+    const QString name = QFileInfo(QDir::cleanPath(folder)).fileName();
+    return name.left(32);
+}

@@ -1,0 +1,498 @@
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <cmath>
+
+#include "burn/BurnSheets.h"
+#include "burn/DrutilRecorder.h"
+#include "burn/MediaBurn.h"
+#include "support/FakeAlerts.h"
+#include "support/TestMain.h"
+#include "toolrun/ToolRunner.h"
+#include "toolrun/ui/StatusWindows.h"
+
+// Records what the user would see, in order, with the time of each step.
+class RecordingSheets : public BurnSheets {
+public:
+    QStringList events;
+    QList<qint64> stamps;
+    QElapsedTimer clock;
+    RecordingSheets() { clock.start(); }
+
+    void add(const QString &e)
+    {
+        events << e;
+        stamps << clock.elapsed();
+    }
+    static QString num(double v) { return std::isinf(v) ? QStringLiteral("inf") : QString::number(v); }
+
+    void beginProgress() override { add(QStringLiteral("begin")); }
+    void setOverallRange(double m) override { add(QStringLiteral("overallRange ") + num(m)); }
+    void setOverallValue(double v) override { add(QStringLiteral("overall ") + num(v)); }
+    void setFileRange(double m) override { add(QStringLiteral("fileRange ") + num(m)); }
+    void setFileValue(double v) override { add(QStringLiteral("file ") + num(v)); }
+    void endProgress() override { add(QStringLiteral("end")); }
+    void showPerformingOperation() override { add(QStringLiteral("performing")); }
+    void endPerformingOperation() override { add(QStringLiteral("endPerforming")); }
+    void showOperationComplete() override { add(QStringLiteral("complete")); }
+
+    // The steps with each run of upper-bar values cut to its first and last.
+    QStringList outline() const
+    {
+        QStringList out;
+        for (int i = 0; i < events.size(); ++i) {
+            const bool isFile = events.at(i).startsWith(QStringLiteral("file "));
+            const bool prevFile = i > 0 && events.at(i - 1).startsWith(QStringLiteral("file "));
+            const bool nextFile = i + 1 < events.size() && events.at(i + 1).startsWith(QStringLiteral("file "));
+            if (!isFile || !prevFile || !nextFile)
+                out << events.at(i);
+        }
+        return out;
+    }
+    qint64 stampOf(const QString &e) const { return stamps.value(events.indexOf(e), -1); }
+};
+
+// The status windows themselves, driven as the controller drives them.
+class WindowSheets : public BurnSheets {
+public:
+    QWidget main;
+    QPointer<Window_Progress> windowProgress;
+    QPointer<Window_Performing_Operation> windowPerformingOperation;
+    QPointer<Window_Operation_Terminated> windowOperationCompleted;
+    QList<QPair<double, double>> fileBarAtEachFileEnd;  // (maximum, value)
+
+    void beginProgress() override
+    {
+        windowProgress = new Window_Progress(&main);
+        windowProgress->begin();
+    }
+    void setOverallRange(double m) override
+    {
+        windowProgress->progressOverall->setMinDouble(0);
+        windowProgress->progressOverall->setMaxDouble(m);
+    }
+    void setOverallValue(double v) override
+    {
+        if (v > 0)
+            fileBarAtEachFileEnd << qMakePair(windowProgress->progressBar->maxDouble(),
+                                              windowProgress->progressBar->doubleValue());
+        windowProgress->progressOverall->setDoubleValue(v);
+    }
+    void setFileRange(double m) override
+    {
+        windowProgress->progressBar->setMinDouble(0);
+        windowProgress->progressBar->setMaxDouble(m);
+    }
+    void setFileValue(double v) override { windowProgress->progressBar->setDoubleValue(v); }
+    void endProgress() override
+    {
+        windowProgress->endSheet();
+        delete windowProgress;
+    }
+    void showPerformingOperation() override
+    {
+        windowPerformingOperation = new Window_Performing_Operation(&main);
+        windowPerformingOperation->begin();
+    }
+    void endPerformingOperation() override
+    {
+        if (windowPerformingOperation) {
+            windowPerformingOperation->endSheet();
+            delete windowPerformingOperation;
+        }
+    }
+    void showOperationComplete() override
+    {
+        windowOperationCompleted = new Window_Operation_Terminated(&main);
+        windowOperationCompleted->begin();
+    }
+};
+
+struct Medium {
+    bool empty = false;
+    bool oneTime = true;
+    QString family = QStringLiteral("CD");
+    QStringList asked;
+    MediumProbe probe()
+    {
+        MediumProbe p;
+        p.IsDriveEmpty = [this](std::function<void(bool)> d) {
+            asked << QStringLiteral("empty");
+            d(empty);
+        };
+        p.IsMediaOneTimeWritable = [this](std::function<void(bool)> d) {
+            asked << QStringLiteral("writable");
+            d(oneTime);
+        };
+        p.IsMediaReWritable = [this](std::function<void(bool)> d) {
+            asked << QStringLiteral("rewritable");
+            d(false);
+        };
+        p.TypeOfMediaInTheDrive = [this](std::function<void(QString)> d) {
+            asked << QStringLiteral("family");
+            d(family);
+        };
+        return p;
+    }
+};
+
+static NodeMediaFile media(const QString &path, qint64 seconds)
+{
+    NodeMediaFile f;
+    f.s_File_Path = path;
+    f.i_Duration_in_Seconds = seconds;
+    return f;
+}
+
+class TestBurnMediaBurn : public QObject {
+    Q_OBJECT
+private:
+    QString m_ffmpeg;
+    QTemporaryDir m_media;
+    QTemporaryDir m_docs;
+    QString m_log;
+    MediaBurnContext m_ctx;
+
+    void make(const QStringList &args)
+    {
+        QProcess p;
+        p.setStandardInputFile(QProcess::nullDevice());
+        p.start(m_ffmpeg, QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")} + args);
+        QVERIFY(p.waitForFinished(30000));
+        QCOMPARE(p.exitCode(), 0);
+    }
+
+    QStringList logLines() const
+    {
+        QFile f(m_log);
+        if (!f.open(QIODevice::ReadOnly))
+            return {};
+        return QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    }
+
+    static void put(const QString &path)
+    {
+        QFile f(path);
+        f.open(QIODevice::WriteOnly);
+        f.write("stale");
+    }
+
+    static QStringList names(const QString &folder) { return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot); }
+
+    QList<NodeMediaFile> audioList() const
+    {
+        return {media(m_media.filePath("b song.mp3"), 2), media(m_media.filePath("a.flac"), 1)};
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_ffmpeg = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
+        QVERIFY(!m_ffmpeg.isEmpty());
+        make({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_media.filePath("b song.mp3")});
+        make({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", m_media.filePath("a.flac")});
+        make({"-f", "lavfi", "-i", "testsrc=duration=1:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=1",
+              "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "aac", "-shortest", m_media.filePath("clip.mov")});
+        m_log = m_docs.filePath(QStringLiteral("drutil.log"));
+        qputenv("TAMBLO_FAKE_BURN_LOG", m_log.toLocal8Bit());
+        m_ctx.sffmpegPath = m_ffmpeg;
+        m_ctx.s_Audio_Folder = m_docs.filePath(QStringLiteral("TambloAudio"));
+        m_ctx.s_Video_Folder = m_docs.filePath(QStringLiteral("TambloVideo"));
+        m_ctx.currentDrive.s_Drive_Number = QStringLiteral("1");
+    }
+
+    void init()
+    {
+        QFile::remove(m_log);
+        qunsetenv("TAMBLO_FAKE_BURN_EXIT");
+        qunsetenv("TAMBLO_FAKE_BURN_SLEEP");
+        QDir(m_ctx.s_Audio_Folder).removeRecursively();
+        QDir(m_ctx.s_Video_Folder).removeRecursively();
+        QDir().mkpath(m_ctx.s_Audio_Folder);
+        QDir().mkpath(m_ctx.s_Video_Folder);
+    }
+
+    void audioCDFromStartToEnd()
+    {
+        qputenv("TAMBLO_FAKE_BURN_SLEEP", "0.3");
+        put(m_ctx.s_Audio_Folder + "/left over.wav");
+        QDir().mkpath(m_ctx.s_Audio_Folder + "/old folder");
+        ToolRunner runner;
+        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        RecordingSheets sheets;
+        FakeAlerts alerts;
+        Medium medium;
+        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+        QSignalSpy completed(&burn, &MediaBurn::completed);
+        QSignalSpy recording(&burn, &MediaBurn::recordingStarted);
+        qint64 recordingAt = -1;
+        connect(&burn, &MediaBurn::recordingStarted, this, [&] { recordingAt = sheets.clock.elapsed(); });
+
+        const QList<NodeMediaFile> list = audioList();
+        burn.Burn_Audio_CD(list, m_ctx);
+        QVERIFY(burn.isBusy());
+        QVERIFY(completed.wait(30000));
+        QVERIFY(!burn.isBusy());
+
+        QVERIFY(alerts.shown.isEmpty());
+        QCOMPARE(medium.asked, (QStringList{"empty", "writable", "family"}));
+        QCOMPARE(sheets.outline(),
+                 (QStringList{"begin", "overallRange 2", "overall 0", "fileRange 2", "file 0", "file 100", "overall 1",
+                              "fileRange 1", "file 0", "file 100", "overall 2", "end", "performing", "endPerforming",
+                              "complete"}));
+        // The recorder starts from the 0.1 s timer after the sheet ended.
+        QVERIFY2(recordingAt - sheets.stampOf("end") >= 90, qPrintable(QString::number(recordingAt - sheets.stampOf("end"))));
+        QVERIFY(sheets.stampOf("complete") - sheets.stampOf("performing") >= 250);
+        QCOMPARE(recording.count(), 1);
+
+        QCOMPARE(logLines(), (QStringList{"burn|-audio|" + m_ctx.s_Audio_Folder + "|-drive|1", "list: a.wav b song.wav "}));
+        QVERIFY(names(m_ctx.s_Audio_Folder).isEmpty());
+        QCOMPARE(burn.i_Burn_Audio_Type(), 1);
+        QCOMPARE(burn.i_Orig_Duration_in_Seconds(), qint64(1));
+        QCOMPARE(list.size(), 2);
+    }
+
+    void mp3Discs_data()
+    {
+        QTest::addColumn<int>("op");
+        QTest::addColumn<QString>("family");
+        QTest::newRow("MP3 CD") << int(BurnOperation::MP3CD) << "CD";
+        QTest::newRow("MP3 DVD") << int(BurnOperation::MP3DVD) << "DVD";
+    }
+    void mp3Discs()
+    {
+        QFETCH(int, op);
+        QFETCH(QString, family);
+        put(m_ctx.s_Audio_Folder + "/left over.mp3");
+        put(m_ctx.s_Video_Folder + "/keep.mpg");
+        ToolRunner runner;
+        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        RecordingSheets sheets;
+        FakeAlerts alerts;
+        Medium medium;
+        medium.family = family;
+        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+        QSignalSpy completed(&burn, &MediaBurn::completed);
+        if (BurnOperation(op) == BurnOperation::MP3CD)
+            burn.Burn_Audio_MP3_CD(audioList(), m_ctx);
+        else
+            burn.Burn_Audio_MP3_DVD(audioList(), m_ctx);
+        QVERIFY(completed.wait(30000));
+        QVERIFY(alerts.shown.isEmpty());
+        QCOMPARE(logLines(), (QStringList{"burn|" + m_ctx.s_Audio_Folder + "|-drive|1", "list: a.mp3 b song.mp3 "}));
+        QCOMPARE(sheets.outline().last(), QStringLiteral("complete"));
+        QVERIFY(names(m_ctx.s_Audio_Folder).isEmpty());
+        QCOMPARE(names(m_ctx.s_Video_Folder), QStringList{QStringLiteral("keep.mpg")});
+        QCOMPARE(burn.i_Burn_Audio_Type(), 2);
+    }
+
+    void videoDiscs_data()
+    {
+        QTest::addColumn<int>("op");
+        QTest::addColumn<QString>("family");
+        QTest::newRow("video DVD") << int(BurnOperation::VideoDVD) << "DVD";
+        QTest::newRow("video Blu-ray") << int(BurnOperation::VideoBluray) << "BD";
+    }
+    void videoDiscs()
+    {
+        QFETCH(int, op);
+        QFETCH(QString, family);
+        put(m_ctx.s_Video_Folder + "/left over.mpg");
+        put(m_ctx.s_Audio_Folder + "/keep.wav");
+        ToolRunner runner;
+        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        RecordingSheets sheets;
+        FakeAlerts alerts;
+        Medium medium;
+        medium.family = family;
+        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+        QSignalSpy completed(&burn, &MediaBurn::completed);
+        MediaBurnContext ctx = m_ctx;
+        ctx.s_Video_Output_Format = QStringLiteral("1");
+        ctx.s_Audio_Output_Format = QStringLiteral("0");
+        ctx.currentDrive.s_Drive_Number = QStringLiteral("2");
+        burn.burn(BurnOperation(op), {media(m_media.filePath("clip.mov"), 1)}, ctx);
+        QVERIFY(completed.wait(30000));
+        QVERIFY(alerts.shown.isEmpty());
+        QCOMPARE(logLines(), (QStringList{"burn|" + m_ctx.s_Video_Folder + "|-drive|2", "list: clip.mpg "}));
+        QCOMPARE(sheets.outline(),
+                 (QStringList{"begin", "overallRange 1", "overall 0", "fileRange 1", "file 0", "file 100", "overall 1",
+                              "end", "performing", "endPerforming", "complete"}));
+        QVERIFY(names(m_ctx.s_Video_Folder).isEmpty());
+        QCOMPARE(names(m_ctx.s_Audio_Folder), QStringList{QStringLiteral("keep.wav")});
+        QCOMPARE(burn.i_Burn_Audio_Type(), 0);
+    }
+
+    void refusals_data()
+    {
+        QTest::addColumn<int>("op");
+        QTest::addColumn<bool>("emptyList");
+        QTest::addColumn<bool>("noDisc");
+        QTest::addColumn<QString>("family");
+        QTest::addColumn<QStringList>("texts");
+        const QString cdText = QStringLiteral("The media on the drive is not a CD. insert a writable CD on the drive and try again.");
+        const QString dvdText = QStringLiteral("The media on the drive is not a DVD. insert a writable DVD on the drive and try again.");
+        const QString bdText =
+            QStringLiteral("The media on the drive is not a Blu-ray. insert a writable Blu-ray on the drive and try again.");
+        QTest::newRow("empty audio list, no disc")
+            << int(BurnOperation::AudioCD) << true << true << "CD"
+            << QStringList{"No audio files on the list / There are no audio files on the list. Add audio files to the list and try again."};
+        QTest::newRow("empty video list")
+            << int(BurnOperation::VideoBluray) << true << false << "BD"
+            << QStringList{"No video files on the list / There are no video files on the list. Add video files to the list and try again."};
+        QTest::newRow("no disc") << int(BurnOperation::VideoDVD) << false << true << "DVD"
+                                 << QStringList{"No disc / There is no disc on the drive. insert a writable media on the drive and try again."};
+        QTest::newRow("DVD for audio CD") << int(BurnOperation::AudioCD) << false << false << "DVD"
+                                          << QStringList{"Media not CD / " + cdText, "DVD / Warning 0060."};
+        QTest::newRow("CD for MP3 DVD") << int(BurnOperation::MP3DVD) << false << false << "CD"
+                                        << QStringList{"Media not DVD / " + dvdText, "CD / Warning 0010."};
+        QTest::newRow("DVD for MP3 CD") << int(BurnOperation::MP3CD) << false << false << "DVD"
+                                        << QStringList{"Media not CD / " + cdText, "DVD / Warning 0050."};
+        QTest::newRow("BD for MP3 CD") << int(BurnOperation::MP3CD) << false << false << "BD"
+                                       << QStringList{"Media not CD / " + cdText, "BD / Warning 0050."};
+        QTest::newRow("BD for MP3 DVD") << int(BurnOperation::MP3DVD) << false << false << "BD"
+                                        << QStringList{"Media not DVD / " + dvdText, "BD / Warning 0010."};
+        QTest::newRow("DVD for video BD") << int(BurnOperation::VideoBluray) << false << false << "DVD"
+                                          << QStringList{"Media not Blu-ray / " + bdText, "DVD / Warning 0090."};
+        QTest::newRow("BD for video DVD") << int(BurnOperation::VideoDVD) << false << false << "BD"
+                                          << QStringList{"Media not DVD / " + dvdText, "BD / Warning 0000."};
+    }
+    void refusals()
+    {
+        QFETCH(int, op);
+        QFETCH(bool, emptyList);
+        QFETCH(bool, noDisc);
+        QFETCH(QString, family);
+        QFETCH(QStringList, texts);
+        put(m_ctx.s_Audio_Folder + "/keep.wav");
+        put(m_ctx.s_Video_Folder + "/keep.mpg");
+        ToolRunner runner;
+        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        RecordingSheets sheets;
+        FakeAlerts alerts;
+        Medium medium;
+        medium.empty = noDisc;
+        medium.family = family;
+        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+        QSignalSpy refused(&burn, &MediaBurn::refused);
+        QSignalSpy completed(&burn, &MediaBurn::completed);
+        MediaBurnContext ctx = m_ctx;
+        ctx.m_b_Debug_Mode = true;
+        const QList<NodeMediaFile> list = emptyList ? QList<NodeMediaFile>{}
+                                                    : QList<NodeMediaFile>{media(m_media.filePath("a.flac"), 1)};
+        burn.burn(BurnOperation(op), list, ctx);
+        QCOMPARE(refused.count(), 1);
+        QVERIFY(!burn.isBusy());
+        QCOMPARE(alerts.texts(), texts);
+        if (emptyList)
+            QVERIFY(medium.asked.isEmpty());
+        QTest::qWait(300);
+        QVERIFY(sheets.events.isEmpty());
+        QCOMPARE(completed.count(), 0);
+        QCOMPARE(runner.runningCount(), 0);
+        QVERIFY(!QFile::exists(m_log));
+        QCOMPARE(names(m_ctx.s_Audio_Folder), QStringList{QStringLiteral("keep.wav")});
+        QCOMPARE(names(m_ctx.s_Video_Folder), QStringList{QStringLiteral("keep.mpg")});
+
+        // Out of debug mode the second alert is not shown.
+        FakeAlerts quiet;
+        Medium again;
+        again.empty = noDisc;
+        again.family = family;
+        MediaBurn burn2(runner, recorder, sheets, quiet, again.probe());
+        burn2.burn(BurnOperation(op), list, m_ctx);
+        QCOMPARE(quiet.texts(), texts.mid(0, 1));
+    }
+
+    void failedRecordingStillCompletes()
+    {
+        qputenv("TAMBLO_FAKE_BURN_EXIT", "1");
+        for (const QString &drutil : {QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"), QStringLiteral("/nonexistent/drutil")}) {
+            init();
+            qputenv("TAMBLO_FAKE_BURN_EXIT", "1");
+            ToolRunner runner;
+            DrutilRecorder recorder(drutil);
+            RecordingSheets sheets;
+            FakeAlerts alerts;
+            Medium medium;
+            MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+            QSignalSpy completed(&burn, &MediaBurn::completed);
+            burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
+            QVERIFY(completed.wait(30000));
+            QCOMPARE(sheets.events.mid(sheets.events.size() - 3),
+                     (QStringList{"performing", "endPerforming", "complete"}));
+            QVERIFY(names(m_ctx.s_Audio_Folder).isEmpty());
+        }
+    }
+
+    void failedTranscodeIsNotNoticed()
+    {
+        ToolRunner runner;
+        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        RecordingSheets sheets;
+        FakeAlerts alerts;
+        Medium medium;
+        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+        QSignalSpy completed(&burn, &MediaBurn::completed);
+        burn.Burn_Audio_CD({media(m_media.filePath("missing.mp3"), 4), media(m_media.filePath("a.flac"), 1)}, m_ctx);
+        QVERIFY(completed.wait(30000));
+        QVERIFY(alerts.shown.isEmpty());
+        QCOMPARE(logLines().value(1), QStringLiteral("list: a.wav "));
+        QVERIFY(sheets.events.contains(QStringLiteral("overall 2")));
+    }
+
+    void aSecondBurnWhileBusyIsIgnored()
+    {
+        ToolRunner runner;
+        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        RecordingSheets sheets;
+        FakeAlerts alerts;
+        Medium medium;
+        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+        QSignalSpy completed(&burn, &MediaBurn::completed);
+        burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
+        burn.Burn_Video_DVD({media(m_media.filePath("clip.mov"), 1)}, m_ctx);
+        QVERIFY(completed.wait(30000));
+        QTest::qWait(300);
+        QCOMPARE(completed.count(), 1);
+        QCOMPARE(medium.asked.count(QStringLiteral("empty")), 1);
+        QCOMPARE(sheets.events.count(QStringLiteral("begin")), 1);
+        QCOMPARE(logLines().size(), 2);
+    }
+
+    void theTwoBarWindow()
+    {
+        // The upper bar's maximum is the file's seconds while it is fed the
+        // percentage: a 2 s file ends at 100 on a bar of maximum 2.
+        ToolRunner runner;
+        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        WindowSheets sheets;
+        sheets.main.show();
+        FakeAlerts alerts;
+        Medium medium;
+        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+        QSignalSpy completed(&burn, &MediaBurn::completed);
+        bool progressShownDuringTranscode = false;
+        connect(&burn, &MediaBurn::transcodesFinished, this, [&] {});
+        QTimer poll;
+        connect(&poll, &QTimer::timeout, this, [&] {
+            if (sheets.windowProgress && sheets.windowProgress->isVisible())
+                progressShownDuringTranscode = true;
+        });
+        poll.start(10);
+        burn.Burn_Audio_CD(audioList(), m_ctx);
+        QVERIFY(completed.wait(30000));
+        QVERIFY(progressShownDuringTranscode);
+        QCOMPARE(sheets.fileBarAtEachFileEnd,
+                 (QList<QPair<double, double>>{qMakePair(2.0, 100.0), qMakePair(1.0, 100.0)}));
+        QVERIFY(sheets.windowProgress.isNull());
+        QVERIFY(sheets.windowPerformingOperation.isNull());
+        QVERIFY(sheets.windowOperationCompleted);
+        QVERIFY(sheets.windowOperationCompleted->isVisible());
+    }
+};
+
+TAMBLO_TEST_MAIN(TestBurnMediaBurn)
+#include "tst_burn_media_burn.moc"

@@ -1,0 +1,258 @@
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <cmath>
+
+#include "burn/TranscodeArguments.h"
+#include "burn/TranscodeSequence.h"
+#include "support/TestMain.h"
+#include "toolrun/ToolRunner.h"
+
+// What ffprobe says about a file.
+struct Probe {
+    QString format;
+    double duration = 0;
+    QList<QJsonObject> streams;
+
+    QList<QJsonObject> ofType(const QString &type) const
+    {
+        QList<QJsonObject> out;
+        for (const QJsonObject &s : streams)
+            if (s.value(QStringLiteral("codec_type")).toString() == type)
+                out << s;
+        return out;
+    }
+};
+
+class TestBurnTranscode : public QObject {
+    Q_OBJECT
+private:
+    QString m_ffmpeg;
+    QString m_ffprobe;
+    QTemporaryDir m_media;
+    QTemporaryDir m_out;
+
+    void make(const QStringList &args)
+    {
+        QProcess p;
+        p.setStandardInputFile(QProcess::nullDevice());
+        p.start(m_ffmpeg, QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")} + args);
+        QVERIFY(p.waitForFinished(30000));
+        QVERIFY2(p.exitCode() == 0, p.readAllStandardError().constData());
+    }
+
+    Probe probe(const QString &path)
+    {
+        QProcess p;
+        p.start(m_ffprobe, {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-show_entries"),
+                            QStringLiteral("format=format_name,duration:stream=codec_name,codec_type,sample_rate,"
+                                           "channels,bit_rate,width,height,r_frame_rate"),
+                            QStringLiteral("-of"), QStringLiteral("json"), path});
+        p.waitForFinished(30000);
+        const QJsonObject root = QJsonDocument::fromJson(p.readAllStandardOutput()).object();
+        Probe r;
+        r.format = root.value(QStringLiteral("format")).toObject().value(QStringLiteral("format_name")).toString();
+        r.duration =
+            root.value(QStringLiteral("format")).toObject().value(QStringLiteral("duration")).toString().toDouble();
+        for (const QJsonValue &v : root.value(QStringLiteral("streams")).toArray())
+            r.streams << v.toObject();
+        return r;
+    }
+
+    static QString field(const QJsonObject &s, const char *name)
+    {
+        const QJsonValue v = s.value(QLatin1String(name));
+        return v.isString() ? v.toString() : QString::number(v.toInt());
+    }
+
+    // Runs the burn's transcodes of `sources` into the output folder, as a
+    // burn does, and answers the upper bar values of each file.
+    QList<QList<float>> transcode(BurnOperation op, const QStringList &sources, const QList<qint64> &durations,
+                                  const QString &video = QStringLiteral("0"), const QString &audio = QStringLiteral("0"))
+    {
+        ToolRunner runner;
+        TranscodeSequence seq(runner);
+        QList<TranscodeSequence::Step> steps;
+        for (int i = 0; i < sources.size(); ++i)
+            steps << TranscodeSequence::Step{
+                TranscodeArguments::command(op, m_ffmpeg, sources.at(i), m_out.path(), video, audio),
+                durations.at(i)};
+        QList<QList<float>> bars;
+        QList<int> done;
+        connect(&seq, &TranscodeSequence::fileStarted, this, [&](int index, qint64) {
+            if (index == bars.size())
+                bars << QList<float>();
+        });
+        connect(&seq, &TranscodeSequence::upperBar, this, [&](float p) { bars.last() << p; });
+        connect(&seq, &TranscodeSequence::filesDone, this, [&](int n) { done << n; });
+        QSignalSpy finished(&seq, &TranscodeSequence::finished);
+        const unsigned kind = BurnMessages::isVideoBurn(op) ? 0u : 1u;
+        seq.start(steps, kind);
+        if (!finished.wait(60000))
+            qWarning("transcodes did not finish");
+        QList<int> expected;
+        for (int i = 1; i <= sources.size(); ++i)
+            expected << i;
+        if (done != expected)
+            qWarning("files done out of order");
+        return bars;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_ffmpeg = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
+        m_ffprobe = QStandardPaths::findExecutable(QStringLiteral("ffprobe"));
+        QVERIFY(!m_ffmpeg.isEmpty());
+        QVERIFY(!m_ffprobe.isEmpty());
+        const QString d = m_media.path();
+        // A mono 22.05 kHz MP3 at 128 kbit/s carrying a cover picture.
+        make({"-f", "lavfi", "-i", "sine=frequency=440:duration=3", "-f", "lavfi", "-i", "color=c=red:s=64x64:d=1",
+              "-map", "0:a", "-map", "1:v", "-c:a", "libmp3lame", "-b:a", "128k", "-ar", "22050", "-ac", "1", "-c:v",
+              "mjpeg", "-frames:v", "1", "-disposition:v", "attached_pic", "-id3v2_version", "3", d + "/cover.mp3"});
+        make({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", "-ac", "1", d + "/other.flac"});
+        make({"-f", "lavfi", "-i", "sine=frequency=330:duration=2", "-ar", "8000", d + "/a.mp3"});
+        make({"-f", "lavfi", "-i", "sine=frequency=550:duration=1", d + "/a.flac"});
+        make({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=2",
+              "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "aac", "-shortest", d + "/clip.mov"});
+    }
+
+    void init()
+    {
+        QDir(m_out.path()).removeRecursively();
+        QDir().mkpath(m_out.path());
+    }
+
+    void wavForTheAudioCD()
+    {
+        const QStringList sources{m_media.filePath("cover.mp3"), m_media.filePath("other.flac")};
+        const auto bars = transcode(BurnOperation::AudioCD, sources, {3, 1});
+        QCOMPARE(bars.size(), 2);
+        QCOMPARE(bars.at(0).last(), 100.0f);
+        QCOMPARE(bars.at(1).last(), 100.0f);
+        for (const char *name : {"cover.wav", "other.wav"}) {
+            const Probe p = probe(m_out.filePath(QLatin1String(name)));
+            QCOMPARE(p.format, QStringLiteral("wav"));
+            QCOMPARE(p.streams.size(), 1);
+            const QJsonObject a = p.streams.first();
+            QCOMPARE(field(a, "codec_name"), QStringLiteral("pcm_s16le"));
+            QCOMPARE(field(a, "sample_rate"), QStringLiteral("44100"));
+            QCOMPARE(field(a, "channels"), QStringLiteral("2"));
+        }
+        QVERIFY(std::fabs(probe(m_out.filePath("cover.wav")).duration - 3.0) < 0.1);
+    }
+
+    void mp3IsTranscodedAgainWithoutItsPicture()
+    {
+        const QString source = m_media.filePath("cover.mp3");
+        const Probe before = probe(source);
+        QCOMPARE(before.ofType(QStringLiteral("video")).size(), 1);
+        for (BurnOperation op : {BurnOperation::MP3CD, BurnOperation::MP3DVD}) {
+            init();
+            transcode(op, {source, m_media.filePath("clip.mov")}, {3, 2});
+            for (const char *name : {"cover.mp3", "clip.mp3"}) {
+                const Probe p = probe(m_out.filePath(QLatin1String(name)));
+                QCOMPARE(p.format, QStringLiteral("mp3"));
+                QCOMPARE(p.ofType(QStringLiteral("video")).size(), 0);
+                QCOMPARE(p.streams.size(), 1);
+                const QJsonObject a = p.streams.first();
+                QCOMPARE(field(a, "codec_name"), QStringLiteral("mp3"));
+                QCOMPARE(field(a, "bit_rate"), QStringLiteral("192000"));
+                QCOMPARE(field(a, "sample_rate"), QStringLiteral("44100"));
+                QCOMPARE(field(a, "channels"), QStringLiteral("2"));
+            }
+            // Not a copy of the source.
+            QVERIFY(QFileInfo(m_out.filePath("cover.mp3")).size() != QFileInfo(source).size());
+        }
+    }
+
+    void mpgForTheVideoDiscs_data()
+    {
+        QTest::addColumn<int>("op");
+        QTest::addColumn<QString>("video");
+        QTest::addColumn<QString>("audio");
+        QTest::addColumn<QString>("size");
+        QTest::addColumn<QString>("rate");
+        QTest::addColumn<QString>("codec");
+        QTest::newRow("DVD NTSC AC-3") << int(BurnOperation::VideoDVD) << "0" << "0" << "720x480" << "30000/1001"
+                                       << "ac3";
+        QTest::newRow("DVD PAL AC-3") << int(BurnOperation::VideoDVD) << "1" << "0" << "720x576" << "25/1" << "ac3";
+        QTest::newRow("BD NTSC MP2") << int(BurnOperation::VideoBluray) << "0" << "1" << "720x480" << "30000/1001"
+                                     << "mp2";
+        QTest::newRow("BD PAL MP2") << int(BurnOperation::VideoBluray) << "1" << "1" << "720x576" << "25/1" << "mp2";
+    }
+    void mpgForTheVideoDiscs()
+    {
+        QFETCH(int, op);
+        QFETCH(QString, video);
+        QFETCH(QString, audio);
+        QFETCH(QString, size);
+        QFETCH(QString, rate);
+        QFETCH(QString, codec);
+        const auto bars = transcode(BurnOperation(op), {m_media.filePath("clip.mov")}, {2}, video, audio);
+        QCOMPARE(bars.size(), 1);
+        QVERIFY(!bars.first().isEmpty());
+        QVERIFY(bars.first().last() >= 95.0f);
+        const Probe p = probe(m_out.filePath("clip.mpg"));
+        QCOMPARE(p.format, QStringLiteral("mpeg"));
+        const auto videos = p.ofType(QStringLiteral("video"));
+        const auto audios = p.ofType(QStringLiteral("audio"));
+        QCOMPARE(videos.size(), 1);
+        QCOMPARE(audios.size(), 1);
+        QCOMPARE(field(videos.first(), "codec_name"), QStringLiteral("mpeg2video"));
+        QCOMPARE(field(videos.first(), "width") + "x" + field(videos.first(), "height"), size);
+        QCOMPARE(field(videos.first(), "r_frame_rate"), rate);
+        QCOMPARE(field(audios.first(), "codec_name"), codec);
+        QCOMPARE(field(audios.first(), "sample_rate"), QStringLiteral("48000"));
+        QCOMPARE(field(audios.first(), "channels"), QStringLiteral("2"));
+    }
+
+    void sameNameDifferentExtension()
+    {
+        // a.mp3 (2 s) and a.flac (1 s) both map to a.wav: the first one's
+        // file stays, the second transcode gives up and the sequence goes on.
+        QElapsedTimer clock;
+        clock.start();
+        const auto bars =
+            transcode(BurnOperation::AudioCD, {m_media.filePath("a.mp3"), m_media.filePath("a.flac")}, {2, 1});
+        QVERIFY(clock.elapsed() < 20000);
+        QCOMPARE(bars.size(), 2);
+        QCOMPARE(QDir(m_out.path()).entryList(QDir::Files), QStringList{QStringLiteral("a.wav")});
+        QVERIFY(std::fabs(probe(m_out.filePath("a.wav")).duration - 2.0) < 0.1);
+    }
+
+    void missingSourceDoesNotStopTheSequence()
+    {
+        const auto bars = transcode(BurnOperation::AudioCD,
+                                    {m_media.filePath("nowhere.mp3"), m_media.filePath("other.flac")}, {5, 1});
+        QCOMPARE(bars.size(), 2);
+        QVERIFY(bars.at(0).isEmpty());
+        QCOMPARE(QDir(m_out.path()).entryList(QDir::Files), QStringList{QStringLiteral("other.wav")});
+    }
+
+    void zeroDurationRecord()
+    {
+        const auto bars = transcode(BurnOperation::AudioCD, {m_media.filePath("other.flac")}, {0});
+        QCOMPARE(bars.size(), 1);
+        QVERIFY(!bars.first().isEmpty());
+        QVERIFY(std::isinf(bars.first().last()));
+    }
+
+    void emptySequenceStillFinishes()
+    {
+        ToolRunner runner;
+        TranscodeSequence seq(runner);
+        QSignalSpy finished(&seq, &TranscodeSequence::finished);
+        seq.start({}, 1);
+        QCOMPARE(finished.count(), 0);
+        QVERIFY(finished.wait(2000));
+        QVERIFY(!seq.isRunning());
+    }
+};
+
+TAMBLO_TEST_MAIN(TestBurnTranscode)
+#include "tst_burn_transcode.moc"

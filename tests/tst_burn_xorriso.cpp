@@ -1,0 +1,248 @@
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include "burn/BurnSheets.h"
+#include "burn/MediaBurn.h"
+#include "burn/XorrisoRecorder.h"
+#include "support/FakeAlerts.h"
+#include "support/TestMain.h"
+#include "toolrun/ToolRunner.h"
+
+class QuietSheets : public BurnSheets {
+public:
+    QStringList events;
+    void beginProgress() override { events << QStringLiteral("begin"); }
+    void setOverallRange(double) override {}
+    void setOverallValue(double) override {}
+    void setFileRange(double) override {}
+    void setFileValue(double) override {}
+    void endProgress() override { events << QStringLiteral("end"); }
+    void showPerformingOperation() override { events << QStringLiteral("performing"); }
+    void endPerformingOperation() override { events << QStringLiteral("endPerforming"); }
+    void showOperationComplete() override { events << QStringLiteral("complete"); }
+};
+
+static MediumProbe blankDisc(const QString &family)
+{
+    MediumProbe p;
+    p.IsDriveEmpty = [](std::function<void(bool)> d) { d(false); };
+    p.IsMediaOneTimeWritable = [](std::function<void(bool)> d) { d(true); };
+    p.IsMediaReWritable = [](std::function<void(bool)> d) { d(false); };
+    p.TypeOfMediaInTheDrive = [family](std::function<void(QString)> d) { d(family); };
+    return p;
+}
+
+static NodeMediaFile media(const QString &path, qint64 seconds)
+{
+    NodeMediaFile f;
+    f.s_File_Path = path;
+    f.i_Duration_in_Seconds = seconds;
+    return f;
+}
+
+class TestBurnXorriso : public QObject {
+    Q_OBJECT
+private:
+    QString m_ffmpeg, m_ffprobe, m_xorriso, m_cdrskin;
+    QTemporaryDir m_media;
+    QTemporaryDir m_docs;
+    MediaBurnContext m_ctx;
+
+    QString run(const QString &program, const QStringList &args, int *exitCode = nullptr)
+    {
+        QProcess p;
+        p.setStandardInputFile(QProcess::nullDevice());
+        p.setProcessChannelMode(QProcess::MergedChannels);
+        p.start(program, args);
+        p.waitForFinished(60000);
+        if (exitCode)
+            *exitCode = p.exitCode();
+        return QString::fromUtf8(p.readAll());
+    }
+
+    void make(const QStringList &args)
+    {
+        int code = -1;
+        const QString out = run(m_ffmpeg, QStringList{"-v", "error", "-y"} + args, &code);
+        QVERIFY2(code == 0, qPrintable(out));
+    }
+
+    // The files of the image's visible tree, as xorriso reads them back.
+    QStringList filesOn(const QString &image)
+    {
+        QProcess p;
+        p.setStandardInputFile(QProcess::nullDevice());
+        p.start(m_xorriso, {"-indev", "stdio:" + image, "-find", "/", "-type", "f"});
+        p.waitForFinished(30000);
+        QStringList files = QString::fromUtf8(p.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
+        files.sort();
+        return files;
+    }
+
+    QString extract(const QString &image, const QString &isoPath, const QString &name)
+    {
+        const QString target = m_docs.filePath(name);
+        QFile::remove(target);
+        run(m_xorriso, {"-osirrox", "on", "-indev", "stdio:" + image, "-extract", isoPath, target});
+        return target;
+    }
+
+    QJsonObject firstStream(const QString &path, const QString &type)
+    {
+        const QString out = run(m_ffprobe, {"-v", "error", "-show_entries",
+                                            "stream=codec_name,codec_type,bit_rate,sample_rate,channels,width,height",
+                                            "-of", "json", path});
+        for (const QJsonValue &v : QJsonDocument::fromJson(out.toUtf8()).object().value("streams").toArray())
+            if (v.toObject().value("codec_type").toString() == type)
+                return v.toObject();
+        return {};
+    }
+
+    void burnAndWait(MediaBurn &burn, BurnOperation op, const QList<NodeMediaFile> &list, const MediaBurnContext &ctx)
+    {
+        QSignalSpy completed(&burn, &MediaBurn::completed);
+        burn.burn(op, list, ctx);
+        QVERIFY(completed.wait(60000));
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_ffmpeg = QStandardPaths::findExecutable("ffmpeg");
+        m_ffprobe = QStandardPaths::findExecutable("ffprobe");
+        m_xorriso = QStandardPaths::findExecutable("xorriso");
+        m_cdrskin = QStandardPaths::findExecutable("cdrskin");
+        QVERIFY(!m_ffmpeg.isEmpty() && !m_ffprobe.isEmpty());
+        QVERIFY2(!m_xorriso.isEmpty() && !m_cdrskin.isEmpty(), "xorriso and cdrskin must be installed");
+        make({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_media.filePath("zulu.mp3")});
+        make({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", m_media.filePath("alpha song.flac")});
+        make({"-f", "lavfi", "-i", "testsrc=duration=1:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=1",
+              "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "aac", "-shortest", m_media.filePath("clip.mov")});
+        m_ctx.sffmpegPath = m_ffmpeg;
+        m_ctx.s_Audio_Folder = m_docs.filePath("TambloAudio");
+        m_ctx.s_Video_Folder = m_docs.filePath("TambloVideo");
+        QDir().mkpath(m_ctx.s_Audio_Folder);
+        QDir().mkpath(m_ctx.s_Video_Folder);
+        m_ctx.currentDrive.s_Drive_Number = "1";
+    }
+
+    void mp3FolderWrittenAndReadBack()
+    {
+        const QString image = m_docs.filePath("mp3-disc.iso");
+        MediaBurnContext ctx = m_ctx;
+        ctx.currentDrive.s_Device_Path = "stdio:" + image;
+        ToolRunner runner;
+        XorrisoRecorder recorder(m_xorriso, m_cdrskin);
+        QuietSheets sheets;
+        FakeAlerts alerts;
+        MediaBurn burn(runner, recorder, sheets, alerts, blankDisc("CD"));
+        QSignalSpy started(&burn, &MediaBurn::recordingStarted);
+        burnAndWait(burn, BurnOperation::MP3CD,
+                    {media(m_media.filePath("zulu.mp3"), 2), media(m_media.filePath("alpha song.flac"), 1)}, ctx);
+        QCOMPARE(sheets.events.last(), QStringLiteral("complete"));
+        const ToolCommand cmd = started.first().first().value<ToolCommand>();
+        QCOMPARE(cmd.program, m_xorriso);
+        QVERIFY(!cmd.arguments.join(' ').contains("blank"));
+
+        QCOMPARE(filesOn(image), (QStringList{"'/alpha song.mp3'", "'/zulu.mp3'"}));
+        const QString pvd = run(m_xorriso, {"-indev", "stdio:" + image, "-pvd_info"});
+        QVERIFY2(pvd.contains(QRegularExpression("Volume Id\\s*:\\s*TambloAudio")), qPrintable(pvd));
+        const QJsonObject a = firstStream(extract(image, "/zulu.mp3", "back.mp3"), "audio");
+        QCOMPARE(a.value("codec_name").toString(), QStringLiteral("mp3"));
+        QCOMPARE(a.value("bit_rate").toString(), QStringLiteral("192000"));
+        QCOMPARE(a.value("sample_rate").toString(), QStringLiteral("44100"));
+        QCOMPARE(a.value("channels").toInt(), 2);
+        QVERIFY(QDir(m_ctx.s_Audio_Folder).isEmpty());
+    }
+
+    void videoFolderThenASecondSession()
+    {
+        const QString image = m_docs.filePath("video-disc.iso");
+        MediaBurnContext ctx = m_ctx;
+        ctx.currentDrive.s_Device_Path = "stdio:" + image;
+        ctx.s_Video_Output_Format = "1";
+        ToolRunner runner;
+        XorrisoRecorder recorder(m_xorriso, m_cdrskin);
+        QuietSheets sheets;
+        FakeAlerts alerts;
+        MediaBurn burn(runner, recorder, sheets, alerts, blankDisc("DVD"));
+        burnAndWait(burn, BurnOperation::VideoDVD, {media(m_media.filePath("clip.mov"), 1)}, ctx);
+        QCOMPARE(filesOn(image), QStringList{"'/clip.mpg'"});
+        const QJsonObject v = firstStream(extract(image, "/clip.mpg", "back.mpg"), "video");
+        QCOMPARE(v.value("codec_name").toString(), QStringLiteral("mpeg2video"));
+        QCOMPARE(v.value("width").toInt(), 720);
+        QCOMPARE(v.value("height").toInt(), 576);
+        const QString pvd = run(m_xorriso, {"-indev", "stdio:" + image, "-pvd_info"});
+        QVERIFY(pvd.contains(QRegularExpression("Volume Id\\s*:\\s*TambloVideo")));
+        QVERIFY(QDir(m_ctx.s_Video_Folder).isEmpty());
+
+        // The same disc, now written and appendable: an MP3 DVD adds a session
+        // and nothing of the first one is lost.
+        MediaBurn second(runner, recorder, sheets, alerts, blankDisc("DVD"));
+        burnAndWait(second, BurnOperation::MP3DVD, {media(m_media.filePath("zulu.mp3"), 2)}, ctx);
+        QCOMPARE(filesOn(image), (QStringList{"'/clip.mpg'", "'/zulu.mp3'"}));
+        const QString toc = run(m_xorriso, {"-indev", "stdio:" + image, "-toc"});
+        QCOMPARE(toc.count(QRegularExpression("ISO session\\s*:")), 2);
+        QVERIFY(toc.contains("TambloVideo"));
+        QVERIFY(toc.contains("TambloAudio"));
+    }
+
+    void audioCdTracksInCompilationOrder()
+    {
+        const QString log = m_docs.filePath("cdrskin.log");
+        qputenv("TAMBLO_FAKE_BURN_LOG", log.toLocal8Bit());
+        for (const QString &device : {QStringLiteral("/dev/sr0"), "stdio:" + m_docs.filePath("cd.img")}) {
+            QFile::remove(log);
+            MediaBurnContext ctx = m_ctx;
+            ctx.currentDrive.s_Device_Path = device;
+            ToolRunner runner;
+            XorrisoRecorder recorder(m_xorriso, QStringLiteral(TAMBLO_FAKES_DIR "/burn-args-logger"));
+            QuietSheets sheets;
+            FakeAlerts alerts;
+            MediaBurn burn(runner, recorder, sheets, alerts, blankDisc("CD"));
+            // zulu before alpha: the list's order, not the folder's.
+            burnAndWait(burn, BurnOperation::AudioCD,
+                        {media(m_media.filePath("zulu.mp3"), 2), media(m_media.filePath("alpha song.flac"), 1),
+                         media(m_media.filePath("zulu.mp3"), 2)},
+                        ctx);
+            QFile f(log);
+            QVERIFY(f.open(QIODevice::ReadOnly));
+            const QStringList args = QString::fromUtf8(f.readAll()).trimmed().split('|');
+            QStringList expected{"-v"};
+            if (device.startsWith("stdio:"))
+                expected << "--allow_emulated_drives";
+            expected << "dev=" + device << "-audio" << m_ctx.s_Audio_Folder + "/zulu.wav"
+                     << m_ctx.s_Audio_Folder + "/alpha song.wav";
+            QCOMPARE(args, expected);
+            QVERIFY(QDir(m_ctx.s_Audio_Folder).isEmpty());
+        }
+        qunsetenv("TAMBLO_FAKE_BURN_LOG");
+    }
+
+    void refusedAudioOnAPseudoDriveStillCompletes()
+    {
+        // The real cdrskin will not write audio tracks to a file; the burn
+        // does not notice and ends in the complete sheet.
+        MediaBurnContext ctx = m_ctx;
+        ctx.currentDrive.s_Device_Path = "stdio:" + m_docs.filePath("refused.img");
+        ToolRunner runner;
+        QStringList log;
+        connect(&runner, &ToolRunner::logged, this, [&](const QString &l) { log << l; });
+        XorrisoRecorder recorder(m_xorriso, m_cdrskin);
+        QuietSheets sheets;
+        FakeAlerts alerts;
+        MediaBurn burn(runner, recorder, sheets, alerts, blankDisc("CD"));
+        burnAndWait(burn, BurnOperation::AudioCD, {media(m_media.filePath("alpha song.flac"), 1)}, ctx);
+        QCOMPARE(sheets.events, (QStringList{"begin", "end", "performing", "endPerforming", "complete"}));
+        QVERIFY(log.join('\n').contains("cdrskin"));
+        QVERIFY(QDir(m_ctx.s_Audio_Folder).isEmpty());
+    }
+};
+
+TAMBLO_TEST_MAIN(TestBurnXorriso)
+#include "tst_burn_xorriso.moc"
