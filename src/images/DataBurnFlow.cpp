@@ -1,0 +1,143 @@
+#include "images/DataBurnFlow.h"
+
+#include <QtDebug>
+
+#include "app/Alerts.h"
+#include "app/WorkingFolders.h"
+#include "images/StagingCopy.h"
+
+DataBurnFlow::DataBurnFlow(const ImageFlowContext &context, QObject *parent) : SheetFlow(context, parent)
+{
+    timerBurnDataFolder.setSingleShot(true);
+    timerBurnDataFolder.setInterval(m_context.stepMs);
+    m_stagingTimer.setSingleShot(true);
+    m_stagingTimer.setInterval(m_context.stepMs);
+    connect(&timerBurnDataFolder, &QTimer::timeout, this, &DataBurnFlow::TimerBurnDataFolder);
+    connect(&m_stagingTimer, &QTimer::timeout, this, &DataBurnFlow::startStaging);
+}
+
+DataBurnFlow::~DataBurnFlow() = default;
+
+void DataBurnFlow::Burn_Data_CD(const QList<NodeDataFolder> &folders)
+{
+    burnData(ImageMessages::DataDisc::CD, folders);
+}
+
+void DataBurnFlow::Burn_Data_DVD(const QList<NodeDataFolder> &folders)
+{
+    burnData(ImageMessages::DataDisc::DVD, folders);
+}
+
+void DataBurnFlow::Burn_Data_Bluray(const QList<NodeDataFolder> &folders)
+{
+    burnData(ImageMessages::DataDisc::Bluray, folders);
+}
+
+void DataBurnFlow::burnData(ImageMessages::DataDisc kind, const QList<NodeDataFolder> &folders)
+{
+    if (isBusy())
+        return;
+    begin();
+    m_kind = kind;
+    arrayDataFolders = folders;
+    if (arrayDataFolders.isEmpty()) {
+        m_context.alerts->show(ImageMessages::noFolders());
+        finish();
+        return;
+    }
+    QPointer<DataBurnFlow> self(this);
+    m_context.media->checkMedium(ImageMessages::dataDisc(kind).mediaWord, [self](const MediumCheck &check) {
+        if (self)
+            self->checked(check);
+    });
+}
+
+void DataBurnFlow::checked(const MediumCheck &check)
+{
+    switch (check.result) {
+    case MediumCheck::NoDisc:
+        m_context.alerts->show(ImageMessages::noDisc());
+        finish();
+        return;
+    case MediumCheck::NotWritable:
+        m_context.alerts->show(ImageMessages::notWritable());
+        finish();
+        return;
+    case MediumCheck::WrongFamily:
+        m_context.alerts->show(ImageMessages::wrongMedia(m_kind));
+        if (m_context.debugMode && m_context.debugMode())
+            m_context.alerts->show(ImageMessages::wrongMediaDebug(m_kind, check.detectedFamily));
+        finish();
+        return;
+    case MediumCheck::Ok:
+        break;
+    }
+
+    FolderOps::RemoveAllContentInFolder(m_context.dataFolder);
+    m_stagingDone = false;
+    if (onMac()) {
+        emit showStagingSheet();
+        m_stagingTimer.start();  // the copy starts first ...
+    }
+    timerBurnDataFolder.start();  // ... and the burn waits for it
+}
+
+DataBurnPlan DataBurnFlow::makePlan() const
+{
+    const DataBurnPlan plan = DataBurnPlan::make(arrayDataFolders, m_context.dataFolder,
+                                                 onMac() ? Qt::CaseInsensitive : Qt::CaseSensitive);
+    for (const QString &gone : plan.skipped())
+        qWarning().noquote() << QStringLiteral("Data disc: the folder \"%1\" is no longer there; it is left out").arg(gone);
+    return plan;
+}
+
+void DataBurnFlow::startStaging()
+{
+    m_plan = makePlan();
+    auto *staging = new StagingCopy(m_plan.entries(), m_context.stagingPollMs, this);
+    m_staging = staging;
+    connect(staging, &StagingCopy::finished, this, [this, staging] {
+        staging->deleteLater();
+        m_stagingDone = true;
+        // The burn step was due long ago; it goes on now.
+        if (!timerBurnDataFolder.isActive())
+            TimerBurnDataFolder();
+    });
+    staging->start();
+}
+
+void DataBurnFlow::TimerBurnDataFolder()
+{
+    if (onMac() && !m_stagingDone)
+        return;  // staging still under way; its end comes back here
+
+    const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
+    ToolCommand command;
+    if (onMac()) {
+        command = m_plan.drutilBurnCommand(m_context.tools.drutil, drive.s_Drive_Number);
+    } else {
+        m_plan = makePlan();
+        command = m_plan.xorrisoBurnCommand(m_context.tools.xorriso, drive.s_Device_Path);
+    }
+
+    auto *run = new ImageToolRun(this);
+    m_run = run;
+    connect(run, &ImageToolRun::finished, this, [this, run](int exitCode, bool) {
+        emit toolFinished(exitCode);
+        run->deleteLater();
+        dataBurnTerminated();
+    });
+    emit toolStarted(command.program, command.arguments);
+    run->start(command, ImageToolRun::Channels::Merged);
+    if (onMac())
+        emit closeStagingSheet();
+    emit showPerformingOperation();
+}
+
+void DataBurnFlow::dataBurnTerminated()
+{
+    emit closePerformingOperation();
+    FolderOps::RemoveAllContentInFolder(m_context.dataFolder);
+    emit operationComplete();
+    finish();
+}

@@ -1,0 +1,62 @@
+#pragma once
+#include <QList>
+#include <QPointer>
+#include <QTimer>
+
+#include "compilation/NodeDataFolder.h"
+#include "drives/MediaQuestions.h"
+#include "images/DataBurnPlan.h"
+#include "images/ImageMessages.h"
+#include "images/ImageToolRun.h"
+#include "images/SheetFlow.h"
+
+class StagingCopy;
+
+// Burns the data compilation's folders onto a CD, DVD or Blu-ray.
+//
+// Checks first, each failure one "Close" alert and the end: a non-empty list
+// (before the drive is asked anything), a disc, writable or else rewritable,
+// of the right kind (in debug mode the wrong kind is followed by an alert
+// naming what was found). Then the data working folder is emptied, and:
+//   macOS  the staging sheet shows; a step later the folders are copied into
+//          the working folder (Photos, Photos 1/Photos, ...; see StagingCopy);
+//          then drutil burns the working folder: the staging sheet closes and
+//          the working sheet shows.
+//   Linux  nothing is copied: a step later xorriso writes each listed folder
+//          in place under the name the staging would have given it, and the
+//          working sheet shows.
+// When the recorder ends (dataBurnTerminated) the working sheet closes, the
+// working folder is emptied and the completion sheet shows. The exit status
+// is logged, not judged. Listed folders that are gone by then are left out
+// with a warning in the log.
+class DataBurnFlow : public SheetFlow {
+    Q_OBJECT
+public:
+    explicit DataBurnFlow(const ImageFlowContext &context, QObject *parent = nullptr);
+    ~DataBurnFlow() override;
+
+    void Burn_Data_CD(const QList<NodeDataFolder> &folders);
+    void Burn_Data_DVD(const QList<NodeDataFolder> &folders);
+    void Burn_Data_Bluray(const QList<NodeDataFolder> &folders);
+    void burnData(ImageMessages::DataDisc kind, const QList<NodeDataFolder> &folders);
+
+    // The plan of the burn under way (or the last one).
+    const DataBurnPlan &plan() const { return m_plan; }
+
+private:
+    void checked(const MediumCheck &check);
+    void startStaging();
+    void TimerBurnDataFolder();
+    void dataBurnTerminated();
+    bool onMac() const { return m_context.tools.backend == ToolPaths::Backend::MacOS; }
+    DataBurnPlan makePlan() const;
+
+    ImageMessages::DataDisc m_kind = ImageMessages::DataDisc::CD;
+    QList<NodeDataFolder> arrayDataFolders;
+    DataBurnPlan m_plan;
+    QTimer timerBurnDataFolder;
+    QTimer m_stagingTimer;
+    QPointer<StagingCopy> m_staging;
+    QPointer<ImageToolRun> m_run;
+    bool m_stagingDone = false;
+};

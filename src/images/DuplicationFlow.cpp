@@ -1,0 +1,141 @@
+#include "images/DuplicationFlow.h"
+
+#include "app/Alerts.h"
+#include "app/FilePicker.h"
+#include "app/WorkingFolders.h"
+#include "images/Duplication.h"
+#include "images/ImageMessages.h"
+#include "images/IsoCreation.h"
+
+DuplicationFlow::DuplicationFlow(const ImageFlowContext &context, QObject *parent)
+    : SheetFlow(context, parent), m_tool(ImageTool::create(context.tools))
+{
+    timerDuplicateMediaCopy.setSingleShot(true);
+    timerDuplicateMediaCopy.setInterval(m_context.stepMs);
+    connect(&timerDuplicateMediaCopy, &QTimer::timeout, this, &DuplicationFlow::TimerDuplicateMediaCopy);
+}
+
+void DuplicationFlow::eject()
+{
+    if (m_context.ejectDisc)
+        m_context.ejectDisc();
+}
+
+void DuplicationFlow::DuplicateMedia()
+{
+    if (isBusy())
+        return;
+    begin();
+    QPointer<DuplicationFlow> self(this);
+    m_context.media->IsDriveEmpty([self](bool empty) {
+        if (self)
+            self->driveAnswered(empty);
+    });
+}
+
+void DuplicationFlow::driveAnswered(bool empty)
+{
+    if (empty) {
+        m_context.alerts->show(ImageMessages::noDiscToCopy());
+        finish();
+        return;
+    }
+    const QStringList chosen = m_context.picker->pick(IsoCreation::volumeRequest());
+    if (chosen.isEmpty()) {
+        finish();
+        return;
+    }
+    m_volume = chosen.first();
+    FolderOps::RemoveAllContentInFolder(m_context.dataFolder);
+
+    const ToolCommand command = Duplication::imagingCommand(*m_tool, m_context.dataFolder, m_volume);
+    auto *run = new ImageToolRun(this);
+    m_run = run;
+    connect(run, &ImageToolRun::finished, this, [this, run](int exitCode, bool) {
+        emit toolFinished(exitCode);
+        run->deleteLater();
+        CreateISOfromDriveTerminated();
+    });
+    emit toolStarted(command.program, command.arguments);
+    run->start(command, ImageToolRun::Channels::Merged);
+    emit showPerformingOperation();
+}
+
+void DuplicationFlow::CreateISOfromDriveTerminated()
+{
+    emit closePerformingOperation();
+    eject();
+    const AlertAnswer answer = m_context.alerts->show(ImageMessages::copyCountQuestion());
+    if (answer.button != 0) {
+        finish();
+        return;
+    }
+    i_Number_of_Copies = Duplication::parseCopyCount(answer.input, i_Number_of_Copies);
+    i_Counter_Number_of_Copies = 0;
+    timerDuplicateMediaCopy.start();
+}
+
+void DuplicationFlow::TimerDuplicateMediaCopy()
+{
+    const AlertAnswer answer = m_context.alerts->show(
+        ImageMessages::insertBlankQuestion(i_Counter_Number_of_Copies, i_Number_of_Copies));
+    if (answer.button != 0) {
+        emit closeUniqueProgress();
+        emit closePerformingOperation();
+        FolderOps::RemoveAllContentInFolder(m_context.dataFolder);
+        finish();
+        return;
+    }
+    QPointer<DuplicationFlow> self(this);
+    m_context.media->checkMedium(QString(), [self](const MediumCheck &check) {
+        if (self)
+            self->blankChecked(check);
+    });
+}
+
+void DuplicationFlow::blankChecked(const MediumCheck &check)
+{
+    if (check.result == MediumCheck::NoDisc) {
+        m_context.alerts->show(ImageMessages::noDisc());
+        TimerDuplicateMediaCopy();
+        return;
+    }
+    if (check.result == MediumCheck::NotWritable) {
+        m_context.alerts->show(ImageMessages::notWritable());
+        TimerDuplicateMediaCopy();
+        return;
+    }
+
+    emit showUniqueProgress();
+    emit uniqueProgress(0.0);
+    const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
+    const ToolCommand command = m_tool->burnImageCommand(drive, Duplication::imagePath(m_context.dataFolder));
+    const ImageProgress::Kind kind = m_tool->progressKind();
+    auto *run = new ImageToolRun(this);
+    m_run = run;
+    connect(run, &ImageToolRun::errorChunk, this, [this, kind](const QByteArray &chunk) {
+        if (const auto value = ImageProgress::parse(kind, chunk))
+            emit uniqueProgress(*value);
+    });
+    connect(run, &ImageToolRun::finished, this, [this, run](int exitCode, bool) {
+        emit toolFinished(exitCode);
+        run->deleteLater();
+        MediaDuplicationTerminated();
+    });
+    emit toolStarted(command.program, command.arguments);
+    run->start(command, ImageToolRun::Channels::Separate);
+}
+
+void DuplicationFlow::MediaDuplicationTerminated()
+{
+    eject();
+    ++i_Counter_Number_of_Copies;
+    emit closeUniqueProgress();
+    if (Duplication::isComplete(i_Counter_Number_of_Copies, i_Number_of_Copies)) {
+        FolderOps::RemoveAllContentInFolder(m_context.dataFolder);
+        emit operationComplete();
+        finish();
+        return;
+    }
+    timerDuplicateMediaCopy.start();
+}

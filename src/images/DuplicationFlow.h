@@ -1,0 +1,45 @@
+#pragma once
+#include <QPointer>
+#include <QTimer>
+#include <memory>
+
+#include "drives/MediaQuestions.h"
+#include "images/ImageTool.h"
+#include "images/ImageToolRun.h"
+#include "images/SheetFlow.h"
+
+// Copies a disc onto blank discs in the same drive: the chosen volume is made
+// into DATA/image.iso (working sheet), the source disc is ejected, the user
+// says how many copies, and for each copy the user is asked for a blank disc
+// ("Burn Copy n of m" / "Cancel"; asked again after "No disc" or "Media not
+// writable"), which is burned from the image with the single-bar sheet and
+// ejected. After the last copy the working folder is emptied and the
+// completion sheet shows. Cancel at that question empties the working folder
+// (the image goes) and ends without completion; cancel at the count question
+// leaves the image until the next operation empties the folder.
+class DuplicationFlow : public SheetFlow {
+    Q_OBJECT
+public:
+    explicit DuplicationFlow(const ImageFlowContext &context, QObject *parent = nullptr);
+
+    void DuplicateMedia();
+
+    int numberOfCopies() const { return i_Number_of_Copies; }
+    int copiesDone() const { return i_Counter_Number_of_Copies; }
+    QString volumePath() const { return m_volume; }
+
+private:
+    void driveAnswered(bool empty);
+    void CreateISOfromDriveTerminated();
+    void TimerDuplicateMediaCopy();
+    void blankChecked(const MediumCheck &check);
+    void MediaDuplicationTerminated();
+    void eject();
+
+    std::unique_ptr<ImageTool> m_tool;
+    QString m_volume;
+    int i_Number_of_Copies = 0;
+    int i_Counter_Number_of_Copies = 0;
+    QTimer timerDuplicateMediaCopy;
+    QPointer<ImageToolRun> m_run;
+};

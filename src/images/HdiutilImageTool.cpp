@@ -1,0 +1,14 @@
+#include "images/HdiutilImageTool.h"
+
+ToolCommand HdiutilImageTool::makeImageCommand(const QString &destIso, const QString &sourceFolder) const
+{
+    return ToolCommand{m_hdiutil,
+                       {QStringLiteral("makehybrid"), QStringLiteral("-o"), destIso, sourceFolder,
+                        QStringLiteral("-iso"), QStringLiteral("-joliet")}};
+}
+
+ToolCommand HdiutilImageTool::burnImageCommand(const Object_Optical_Drive &drive, const QString &image) const
+{
+    Q_UNUSED(drive)
+    return ToolCommand{m_hdiutil, {QStringLiteral("burn"), image, QStringLiteral("-verbose")}};
+}

@@ -1,0 +1,73 @@
+#include "images/ImageBurnFlow.h"
+
+#include <QPointer>
+
+#include "app/Alerts.h"
+#include "app/FilePicker.h"
+#include "images/ImageMessages.h"
+#include "images/IsoCreation.h"
+
+ImageBurnFlow::ImageBurnFlow(const ImageFlowContext &context, QObject *parent)
+    : SheetFlow(context, parent), m_tool(ImageTool::create(context.tools))
+{
+}
+
+void ImageBurnFlow::OnActionISOBurn()
+{
+    if (isBusy())
+        return;
+    begin();
+    const QStringList chosen = m_context.picker->pick(IsoCreation::imageRequest());
+    if (chosen.isEmpty() || chosen.first().isEmpty()) {
+        finish();
+        return;
+    }
+    m_image = chosen.first();
+    QPointer<ImageBurnFlow> self(this);
+    m_context.media->checkMedium(QString(), [self](const MediumCheck &check) {
+        if (self)
+            self->checked(check);
+    });
+}
+
+void ImageBurnFlow::checked(const MediumCheck &check)
+{
+    if (check.result == MediumCheck::NoDisc) {
+        m_context.alerts->show(ImageMessages::noDisc());
+        finish();
+        return;
+    }
+    if (check.result == MediumCheck::NotWritable) {
+        m_context.alerts->show(ImageMessages::notWritable());
+        finish();
+        return;
+    }
+
+    emit showUniqueProgress();
+    emit uniqueProgress(0.0);
+
+    const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
+    const ToolCommand command = m_tool->burnImageCommand(drive, m_image);
+    const ImageProgress::Kind kind = m_tool->progressKind();
+    auto *run = new ImageToolRun(this);
+    m_run = run;
+    connect(run, &ImageToolRun::errorChunk, this, [this, kind](const QByteArray &chunk) {
+        if (const auto value = ImageProgress::parse(kind, chunk))
+            emit uniqueProgress(*value);
+    });
+    connect(run, &ImageToolRun::finished, this, [this, run](int exitCode, bool) {
+        emit toolFinished(exitCode);
+        run->deleteLater();
+        taskTerminated();
+    });
+    emit toolStarted(command.program, command.arguments);
+    run->start(command, ImageToolRun::Channels::Separate);
+}
+
+void ImageBurnFlow::taskTerminated()
+{
+    emit closeUniqueProgress();
+    emit closePerformingOperation();
+    emit operationComplete();
+    finish();
+}

@@ -1,0 +1,83 @@
+#include "images/IsoCreationFlow.h"
+
+#include "app/FilePicker.h"
+#include "images/IsoCreation.h"
+
+IsoCreationFlow::IsoCreationFlow(const ImageFlowContext &context, QObject *parent)
+    : SheetFlow(context, parent), m_tool(ImageTool::create(context.tools))
+{
+    for (QTimer *t : {&m_step1, &m_step2, &m_step3}) {
+        t->setSingleShot(true);
+        t->setInterval(m_context.stepMs);
+    }
+    connect(&m_step1, &QTimer::timeout, this, &IsoCreationFlow::TimerCreateISOStep1Routine);
+    connect(&m_step2, &QTimer::timeout, this, &IsoCreationFlow::TimerCreateISOStep2Routine);
+    connect(&m_step3, &QTimer::timeout, this, &IsoCreationFlow::TimerCreateISOStep3Routine);
+}
+
+void IsoCreationFlow::OnActionISOCreate()
+{
+    if (isBusy())
+        return;
+    begin();
+    m_sourcePath.clear();
+    m_destPath.clear();
+    m_destPathISO.clear();
+
+    const QStringList chosen = m_context.picker->pick(IsoCreation::sourceRequest());
+    if (chosen.isEmpty()) {
+        finish();
+        return;
+    }
+    m_sourcePath = chosen.first();
+    m_step1.start();
+}
+
+void IsoCreationFlow::TimerCreateISOStep1Routine()
+{
+    const QStringList chosen = m_context.picker->pick(IsoCreation::destinationRequest(m_context.homeFolder));
+    if (chosen.isEmpty()) {
+        finish();
+        return;
+    }
+    m_destPath = chosen.first();
+    m_destPathISO = IsoCreation::destPathISO(m_destPath);
+    IsoCreation::removeOldImage(m_destPathISO);
+    m_step2.start();
+}
+
+void IsoCreationFlow::TimerCreateISOStep2Routine()
+{
+    m_sheetShown = false;
+    m_toolEnded = false;
+    const ToolCommand command = m_tool->makeImageCommand(m_destPathISO, m_sourcePath);
+    auto *run = new ImageToolRun(this);
+    m_run = run;
+    connect(run, &ImageToolRun::finished, this, [this, run](int exitCode, bool) {
+        emit toolFinished(exitCode);
+        run->deleteLater();
+        m_toolEnded = true;
+        // The working sheet comes a step after the launch; a quicker tool
+        // is answered once it is up, so it never stays behind.
+        if (m_sheetShown)
+            taskTerminated();
+    });
+    emit toolStarted(command.program, command.arguments);
+    run->start(command, ImageToolRun::Channels::Merged);
+    m_step3.start();
+}
+
+void IsoCreationFlow::TimerCreateISOStep3Routine()
+{
+    m_sheetShown = true;
+    emit showPerformingOperation();
+    if (m_toolEnded)
+        taskTerminated();
+}
+
+void IsoCreationFlow::taskTerminated()
+{
+    emit closePerformingOperation();
+    emit operationComplete();
+    finish();
+}

@@ -1,0 +1,43 @@
+#pragma once
+#include <QPointer>
+#include <QTimer>
+#include <memory>
+
+#include "images/ImageTool.h"
+#include "images/ImageToolRun.h"
+#include "images/SheetFlow.h"
+
+// The ISO tab's create action: a source folder, then (a step later) a
+// destination folder, whose "image.iso" is replaced without a question;
+// a step later the image tool runs, and a step after the launch the working
+// sheet appears. When the tool ends the sheets close and the completion
+// sheet shows; the tool's exit status is logged, not judged. Cancelling
+// either panel ends it quietly with nothing written.
+class IsoCreationFlow : public SheetFlow {
+    Q_OBJECT
+public:
+    explicit IsoCreationFlow(const ImageFlowContext &context, QObject *parent = nullptr);
+
+    void OnActionISOCreate();
+
+    QString SourcePath() const { return m_sourcePath; }
+    QString DestPath() const { return m_destPath; }
+    QString DestPathISO() const { return m_destPathISO; }
+
+private:
+    void TimerCreateISOStep1Routine();
+    void TimerCreateISOStep2Routine();
+    void TimerCreateISOStep3Routine();
+    void taskTerminated();
+
+    std::unique_ptr<ImageTool> m_tool;
+    QString m_sourcePath;
+    QString m_destPath;
+    QString m_destPathISO;
+    QTimer m_step1;
+    QTimer m_step2;
+    QTimer m_step3;
+    QPointer<ImageToolRun> m_run;
+    bool m_sheetShown = false;
+    bool m_toolEnded = false;
+};

@@ -1,0 +1,339 @@
+#pragma once
+// Shared helpers of the tst_images_* tests: a drive backend that answers
+// from a settable medium, a log catcher, a recorder of the sheet signals and
+// folder-tree comparison.
+#include <QCryptographicHash>
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QMap>
+#include <QMutex>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTimer>
+#include <QtTest>
+#include <unistd.h>
+
+#include "drives/DriveBackend.h"
+#include "images/SheetFlow.h"
+
+namespace ImagesTestKit {
+
+// A drive whose medium the test sets; every status query answers from it
+// later, from the event loop, as the real backends do.
+class FakeDrive : public DriveBackend {
+public:
+    MediaAnswers medium;
+    int queries = 0;
+    int ejects = 0;
+    std::function<void()> onEject;
+
+    static MediaAnswers blank(const QString &family)
+    {
+        MediaAnswers a;
+        a.driveEmpty = false;
+        a.oneTimeWritable = true;
+        a.reWritable = false;
+        a.family = family;
+        return a;
+    }
+    static MediaAnswers empty()
+    {
+        MediaAnswers a;
+        a.driveEmpty = true;
+        a.oneTimeWritable = false;
+        a.reWritable = false;
+        a.family = QStringLiteral("Other");
+        return a;
+    }
+    static MediaAnswers finished(const QString &family)
+    {
+        MediaAnswers a;
+        a.driveEmpty = false;
+        a.oneTimeWritable = false;
+        a.reWritable = false;
+        a.family = family;
+        return a;
+    }
+    static MediaAnswers rewritable(const QString &family)
+    {
+        MediaAnswers a = finished(family);
+        a.reWritable = true;
+        return a;
+    }
+
+    void listDrives(ListCallback done) override
+    {
+        QTimer::singleShot(0, this, [done] { done(DriveList{}); });
+    }
+    void queryStatus(const Object_Optical_Drive &, StatusCallback done) override
+    {
+        ++queries;
+        const MediaAnswers now = medium;
+        QTimer::singleShot(0, this, [done, now] {
+            MediaStatus s;
+            s.text = QStringLiteral("status");
+            s.answers = now;
+            done(s);
+        });
+    }
+    void ejectTray(const Object_Optical_Drive &) override
+    {
+        ++ejects;
+        if (onEject)
+            onEject();
+    }
+    void closeTray(const Object_Optical_Drive &) override {}
+    ToolCommand eraseCommand(const Object_Optical_Drive &, bool) const override { return {}; }
+    ToolCommand discInfoCommand(const Object_Optical_Drive &) const override { return {}; }
+};
+
+// Catches every log line (any thread) while it lives.
+class LogCatcher {
+public:
+    LogCatcher()
+    {
+        s_self = this;
+        m_previous = qInstallMessageHandler(&LogCatcher::handler);
+    }
+    ~LogCatcher()
+    {
+        qInstallMessageHandler(m_previous);
+        s_self = nullptr;
+    }
+    QStringList lines() const
+    {
+        QMutexLocker lock(&m_mutex);
+        return m_lines;
+    }
+    QStringList warnings() const
+    {
+        QMutexLocker lock(&m_mutex);
+        return m_warnings;
+    }
+    bool contains(const QString &part) const
+    {
+        for (const QString &l : lines())
+            if (l.contains(part))
+                return true;
+        return false;
+    }
+    bool warned(const QString &part) const
+    {
+        for (const QString &l : warnings())
+            if (l.contains(part))
+                return true;
+        return false;
+    }
+
+private:
+    static void handler(QtMsgType type, const QMessageLogContext &, const QString &msg)
+    {
+        if (LogCatcher *self = s_self) {
+            QMutexLocker lock(&self->m_mutex);
+            self->m_lines << msg;
+            if (type == QtWarningMsg || type == QtCriticalMsg)
+                self->m_warnings << msg;
+        }
+        fprintf(stderr, "%s\n", qPrintable(msg));
+    }
+    static inline LogCatcher *s_self = nullptr;
+    mutable QMutex m_mutex;
+    QStringList m_lines;
+    QStringList m_warnings;
+    QtMessageHandler m_previous = nullptr;
+};
+
+// Records the sheet signals of a flow in order ("showPerformingOperation",
+// "progress 12.5", "tool /usr/bin/xorriso|-outdev|...", ...).
+class SheetLog : public QObject {
+public:
+    explicit SheetLog(SheetFlow *flow)
+    {
+        auto add = [this](const QString &what) {
+            events << what;
+            times << clock.elapsed();
+        };
+        clock.start();
+        connect(flow, &SheetFlow::showPerformingOperation, this, [add] { add(QStringLiteral("showPerformingOperation")); });
+        connect(flow, &SheetFlow::closePerformingOperation, this, [add] { add(QStringLiteral("closePerformingOperation")); });
+        connect(flow, &SheetFlow::showUniqueProgress, this, [add] { add(QStringLiteral("showUniqueProgress")); });
+        connect(flow, &SheetFlow::closeUniqueProgress, this, [add] { add(QStringLiteral("closeUniqueProgress")); });
+        connect(flow, &SheetFlow::showStagingSheet, this, [add] { add(QStringLiteral("showStagingSheet")); });
+        connect(flow, &SheetFlow::closeStagingSheet, this, [add] { add(QStringLiteral("closeStagingSheet")); });
+        connect(flow, &SheetFlow::operationComplete, this, [add] { add(QStringLiteral("operationComplete")); });
+        connect(flow, &SheetFlow::ended, this, [this, add] {
+            add(QStringLiteral("ended"));
+            ++endedCount;
+        });
+        connect(flow, &SheetFlow::uniqueProgress, this, [this, add](double v) {
+            progress << v;
+            add(QStringLiteral("progress"));
+        });
+        connect(flow, &SheetFlow::toolStarted, this, [this, add](const QString &program, const QStringList &args) {
+            commands << (QStringList{program} + args);
+            add(QStringLiteral("toolStarted"));
+        });
+        connect(flow, &SheetFlow::toolFinished, this, [add](int) { add(QStringLiteral("toolFinished")); });
+    }
+
+    // The events without the progress values, for order checks.
+    QStringList sheets() const
+    {
+        QStringList out;
+        for (const QString &e : events)
+            if (e != QLatin1String("progress"))
+                out << e;
+        return out;
+    }
+    qint64 timeOf(const QString &event, int nth = 0) const
+    {
+        int seen = 0;
+        for (int i = 0; i < events.size(); ++i)
+            if (events.at(i) == event && seen++ == nth)
+                return times.at(i);
+        return -1;
+    }
+    bool waitEnded(int count = 1, int timeoutMs = 60000)
+    {
+        QElapsedTimer t;
+        t.start();
+        while (endedCount < count && t.elapsed() < timeoutMs)
+            QTest::qWait(5);
+        return endedCount >= count;
+    }
+
+    QStringList events;
+    QList<qint64> times;
+    QList<double> progress;
+    QList<QStringList> commands;
+    int endedCount = 0;
+    QElapsedTimer clock;
+};
+
+inline void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile f(path);
+    QVERIFY2(f.open(QIODevice::WriteOnly), qPrintable(path));
+    QCOMPARE(f.write(bytes), qint64(bytes.size()));
+}
+
+inline QByteArray pseudoRandom(int size, quint32 salt)
+{
+    QByteArray b(size, Qt::Uninitialized);
+    quint32 x = salt * 2654435761u + 1;
+    for (int i = 0; i < size; ++i) {
+        x ^= x << 13;
+        x ^= x >> 17;
+        x ^= x << 5;
+        b[i] = char(x & 0xff);
+    }
+    return b;
+}
+
+// Every entry below `root`: relative path -> "dir", "link:<target>" or
+// "file:<sha1>".
+inline QMap<QString, QString> tree(const QString &root)
+{
+    QMap<QString, QString> out;
+    QDirIterator it(root, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    const QDir base(root);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        const QFileInfo fi(path);
+        const QString rel = base.relativeFilePath(path);
+        if (fi.isSymLink()) {
+            QByteArray target(4096, '\0');
+            const auto len = ::readlink(QFile::encodeName(path).constData(), target.data(), size_t(target.size()));
+            out.insert(rel, QStringLiteral("link:") + QFile::decodeName(target.left(len < 0 ? 0 : int(len))));
+        } else if (fi.isDir()) {
+            out.insert(rel, QStringLiteral("dir"));
+        } else {
+            QFile f(path);
+            QByteArray hash = "unreadable";
+            if (f.open(QIODevice::ReadOnly)) {
+                QCryptographicHash h(QCryptographicHash::Sha1);
+                h.addData(&f);
+                hash = h.result().toHex();
+            }
+            out.insert(rel, QStringLiteral("file:") + QString::fromLatin1(hash));
+        }
+    }
+    return out;
+}
+
+// The same tree with every path put under `prefix`.
+inline QMap<QString, QString> under(const QString &prefix, const QMap<QString, QString> &t)
+{
+    QMap<QString, QString> out;
+    out.insert(prefix, QStringLiteral("dir"));
+    for (auto it = t.begin(); it != t.end(); ++it)
+        out.insert(prefix + QLatin1Char('/') + it.key(), it.value());
+    return out;
+}
+
+inline QString xorrisoPath()
+{
+    return QStandardPaths::findExecutable(QStringLiteral("xorriso"));
+}
+
+// Reads a pseudo-drive (or image file) back into `out` with osirrox.
+inline bool extract(const QString &imageOrDrive, const QString &out, QString *log = nullptr)
+{
+    QString dev = imageOrDrive;
+    if (!dev.startsWith(QLatin1String("stdio:")))
+        dev = QStringLiteral("stdio:") + dev;
+    QProcess p;
+    p.setProcessChannelMode(QProcess::MergedChannels);
+    p.start(QStandardPaths::findExecutable(QStringLiteral("osirrox")),
+            {QStringLiteral("-indev"), dev, QStringLiteral("-extract"), QStringLiteral("/"), out});
+    if (!p.waitForFinished(120000))
+        return false;
+    if (log)
+        *log = QString::fromUtf8(p.readAll());
+    return p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
+}
+
+// The volume id of an image or pseudo-drive, as xorriso reports it.
+inline QString volumeId(const QString &imageOrDrive)
+{
+    QString dev = imageOrDrive;
+    if (!dev.startsWith(QLatin1String("stdio:")))
+        dev = QStringLiteral("stdio:") + dev;
+    QProcess p;
+    p.setProcessChannelMode(QProcess::MergedChannels);
+    p.start(xorrisoPath(), {QStringLiteral("-indev"), dev, QStringLiteral("-pvd_info")});
+    p.waitForFinished(60000);
+    const QString text = QString::fromUtf8(p.readAll());
+    for (const QString &line : text.split(QLatin1Char('\n')))
+        if (line.startsWith(QLatin1String("Volume Id    : ")))
+            return line.mid(15).trimmed();
+    return QString();
+}
+
+inline QString fake(const char *name)
+{
+    return QStringLiteral(TAMBLO_FAKES_DIR "/") + QString::fromLatin1(name);
+}
+
+inline QString fixture(const char *name)
+{
+    return QStringLiteral(TAMBLO_FIXTURES_DIR "/") + QString::fromLatin1(name);
+}
+
+inline QStringList readLines(const QString &path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return {};
+    QStringList out = QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'));
+    while (!out.isEmpty() && out.last().isEmpty())
+        out.removeLast();
+    return out;
+}
+
+} // namespace ImagesTestKit

@@ -1,0 +1,462 @@
+// Bad input for data discs, images and duplication: a source folder that
+// vanishes, an unreadable file, a destination that cannot be written, a
+// disk that fills up. Each gives a clear log line, the operation still comes
+// to its end, and nothing of the user's is deleted.
+#include "support/FakeAlerts.h"
+#include "support/FakeFilePicker.h"
+#include "support/TestMain.h"
+
+#include <QTemporaryDir>
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
+#ifdef Q_OS_LINUX
+#include <linux/capability.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#endif
+
+#include "drives/MediaQuestions.h"
+#include "imagestest/ImagesTestKit.h"
+#include "images/DataBurnFlow.h"
+#include "images/DuplicationFlow.h"
+#include "images/ImageBurnFlow.h"
+#include "images/IsoCreationFlow.h"
+#include "images/StagingCopy.h"
+
+using namespace ImagesTestKit;
+
+namespace {
+
+struct Rig {
+    QTemporaryDir tmp;
+    FakeDrive drive;
+    FakeAlerts alerts;
+    FakeFilePicker picker;
+    Object_Optical_Drive current;
+    std::unique_ptr<MediaQuestions> media;
+    ImageFlowContext ctx;
+    QString data;
+
+    explicit Rig(ToolPaths::Backend backend = ToolPaths::Backend::Linux)
+    {
+        data = tmp.path() + "/Documents/TambloData";
+        QDir().mkpath(data);
+        current.s_Drive_Number = QStringLiteral("1");
+        current.s_Device_Path = QStringLiteral("stdio:") + tmp.path() + "/disc.bin";
+        media = std::make_unique<MediaQuestions>(drive, alerts, [] { return false; }, [this] { return current; });
+        drive.medium = FakeDrive::blank(QStringLiteral("DVD"));
+        ctx.tools.backend = backend;
+        ctx.tools.xorriso = xorrisoPath();
+        ctx.tools.drutil = fake("drutil");
+        ctx.tools.hdiutil = fake("hdiutil");
+        ctx.dataFolder = data;
+        ctx.homeFolder = tmp.path();
+        ctx.alerts = &alerts;
+        ctx.picker = &picker;
+        ctx.media = media.get();
+        ctx.currentDrive = [this] { return current; };
+        ctx.ejectDisc = [] {};
+        ctx.stagingPollMs = 30;
+    }
+    NodeDataFolder folder(const QString &path)
+    {
+        NodeDataFolder n;
+        n.s_Path = path;
+        n.i_Size_in_KBytes = StagingCopy::folderSize(path) >> 10;
+        return n;
+    }
+};
+
+// Holds the file size limit of this process (and of the tools it starts)
+// while it lives: writing past it fails as on a full disk.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        ::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &m_old);
+        struct rlimit lim = m_old;
+        lim.rlim_cur = bytes;
+        ::setrlimit(RLIMIT_FSIZE, &lim);
+    }
+    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_old); }
+
+private:
+    struct rlimit m_old;
+};
+
+bool canRead(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly);
+}
+
+} // namespace
+
+class TestImagesBadInput : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        QVERIFY2(!xorrisoPath().isEmpty(), "xorriso must be installed");
+#ifdef Q_OS_LINUX
+        // Running as root, permissions alone stop nothing: give up the
+        // capabilities that override them, for this process and every tool
+        // it starts.
+        if (::geteuid() == 0) {
+            for (int cap : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH, CAP_FOWNER})
+                QCOMPARE(::prctl(PR_CAPBSET_DROP, cap, 0, 0, 0), 0);
+            __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+            __user_cap_data_struct caps[2] = {};
+            QCOMPARE(int(::syscall(SYS_capget, &header, caps)), 0);
+            for (int cap : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH, CAP_FOWNER}) {
+                caps[cap / 32].effective &= ~(1u << (cap % 32));
+                caps[cap / 32].permitted &= ~(1u << (cap % 32));
+                caps[cap / 32].inheritable &= ~(1u << (cap % 32));
+            }
+            QCOMPARE(int(::syscall(SYS_capset, &header, caps)), 0);
+        }
+#endif
+        QTemporaryDir probe;
+        writeFile(probe.path() + "/locked", "x");
+        QVERIFY(QFile::setPermissions(probe.path() + "/locked", QFileDevice::Permissions()));
+        QVERIFY2(!canRead(probe.path() + "/locked"), "a file without permissions is still readable here");
+    }
+
+    // ---- a source folder that vanishes ----------------------------------
+    void linuxDataBurnLeavesOutAVanishedFolder()
+    {
+        Rig rig;
+        const QString a = rig.tmp.path() + "/a/Photos";
+        const QString b = rig.tmp.path() + "/b/Photos";
+        writeFile(a + "/1.jpg", pseudoRandom(10000, 1));
+        writeFile(b + "/2.jpg", pseudoRandom(10000, 2));
+        const QList<NodeDataFolder> list{rig.folder(a), rig.folder(b)};
+        QVERIFY(QDir(a).removeRecursively());
+        DataBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        LogCatcher logs;
+        flow.Burn_Data_DVD(list);
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        QVERIFY(logs.warned(QStringLiteral("Data disc: the folder \"%1\" is no longer there; it is left out").arg(a)));
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+        QVERIFY(QFileInfo::exists(b + "/2.jpg"));
+        QString xlog;
+        QVERIFY2(extract(rig.tmp.path() + "/disc.bin", rig.tmp.path() + "/rb", &xlog), qPrintable(xlog));
+        QCOMPARE(tree(rig.tmp.path() + "/rb"), under("Photos", tree(b)));
+    }
+
+    void macStagingOfAVanishingFolderIsLogged()
+    {
+        Rig rig(ToolPaths::Backend::MacOS);
+        const QString a = rig.tmp.path() + "/a/Going";
+        const QString b = rig.tmp.path() + "/b/Staying";
+        writeFile(a + "/1", "1");
+        writeFile(b + "/2", "2");
+        DataBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        // It goes away after the checks, when the staging sheet is up.
+        connect(&flow, &SheetFlow::showStagingSheet, this, [&] { QDir(rig.tmp.path() + "/a").removeRecursively(); });
+        QMap<QString, QString> staged;
+        connect(&flow, &SheetFlow::toolStarted, this, [&] { staged = tree(rig.data); });
+        LogCatcher logs;
+        flow.Burn_Data_DVD({rig.folder(a), rig.folder(b)});
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        QVERIFY(logs.warned(QStringLiteral("\"%1\" is no longer there").arg(a)));
+        QCOMPARE(staged, under("Staying", tree(b)));
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+    }
+
+    void isoOfAVanishedFolderIsLoggedAndKeepsTheRest()
+    {
+        Rig rig;
+        const QString dst = rig.tmp.path() + "/dest";
+        writeFile(dst + "/my notes.txt", "mine\n");
+        rig.picker.answers.enqueue({rig.tmp.path() + "/gone away"});
+        rig.picker.answers.enqueue({dst});
+        IsoCreationFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        LogCatcher logs;
+        flow.OnActionISOCreate();
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        QVERIFY(logs.contains(QStringLiteral("Cannot determine attributes of source file")));
+        QVERIFY(logs.warned(rig.ctx.tools.xorriso + QStringLiteral(" ended with exit code")));
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+        QCOMPARE(readLines(dst + "/my notes.txt"), QStringList{"mine"});
+    }
+
+    void duplicationOfAVanishedVolumeGoesOnAndIsLogged()
+    {
+        Rig rig;
+        rig.drive.medium = FakeDrive::finished(QStringLiteral("CD"));
+        rig.ctx.ejectDisc = [&rig] { rig.drive.medium = FakeDrive::blank(QStringLiteral("CD")); };
+        rig.picker.answers.enqueue({rig.tmp.path() + "/Volumes/Gone"});
+        AlertAnswer count;
+        count.button = 0;
+        count.input = QStringLiteral("1");
+        rig.alerts.answers.enqueue(count);
+        DuplicationFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        LogCatcher logs;
+        flow.DuplicateMedia();
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        // A failed imaging still asks for the count, and a failed burn counts.
+        QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("Enter Number of Copies"));
+        QVERIFY(logs.contains(QStringLiteral("Cannot determine attributes of source file")));
+        QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
+        QCOMPARE(flow.copiesDone(), 1);
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+    }
+
+    void burningAVanishedImageIsLogged()
+    {
+        Rig rig;
+        rig.picker.answers.enqueue({rig.tmp.path() + "/was here.iso"});
+        ImageBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        LogCatcher logs;
+        flow.OnActionISOBurn();
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+        QVERIFY(!QFileInfo::exists(rig.tmp.path() + "/disc.bin") || QFileInfo(rig.tmp.path() + "/disc.bin").size() == 0);
+    }
+
+    // ---- an unreadable file -----------------------------------------------
+    void linuxDataBurnWithAnUnreadableFileIsRefusedByTheRecorder()
+    {
+        Rig rig;
+        const QString a = rig.tmp.path() + "/a/Photos";
+        writeFile(a + "/fine.jpg", "fine");
+        writeFile(a + "/secret.jpg", "secret");
+        QVERIFY(QFile::setPermissions(a + "/secret.jpg", QFileDevice::Permissions()));
+        DataBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        LogCatcher logs;
+        flow.Burn_Data_DVD({rig.folder(a)});
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        QVERIFY(logs.contains(a + "/secret.jpg"));
+        QVERIFY(logs.contains(QStringLiteral("Access to file is not allowed")));
+        QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+        QVERIFY(QFileInfo::exists(a + "/secret.jpg"));
+        QVERIFY(QFileInfo::exists(a + "/fine.jpg"));
+        QVERIFY(QDir(rig.data).isEmpty());
+    }
+
+    void stagingNamesTheUnreadableFileAndCopiesTheRest()
+    {
+        Rig rig(ToolPaths::Backend::MacOS);
+        const QString a = rig.tmp.path() + "/a/Photos";
+        writeFile(a + "/fine.jpg", "fine");
+        writeFile(a + "/sub/secret.jpg", "secret");
+        writeFile(a + "/sub/also fine.jpg", "also");
+        QDir().mkpath(a + "/closed");
+        writeFile(a + "/closed/hidden.jpg", "h");
+        QVERIFY(QFile::setPermissions(a + "/sub/secret.jpg", QFileDevice::Permissions()));
+        QVERIFY(QFile::setPermissions(a + "/closed", QFileDevice::Permissions()));
+        DataBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        QMap<QString, QString> staged;
+        connect(&flow, &SheetFlow::toolStarted, this, [&] { staged = tree(rig.data); });
+        LogCatcher logs;
+        flow.Burn_Data_DVD({rig.folder(a)});
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        QFile::setPermissions(a + "/closed", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QVERIFY(logs.warned(QStringLiteral("Staging copy: could not copy \"%1/sub/secret.jpg\"").arg(a)));
+        QVERIFY(logs.warned(QStringLiteral("Staging copy: could not read the folder \"%1/closed\"").arg(a)));
+        QVERIFY(staged.contains("Photos/fine.jpg"));
+        QVERIFY(staged.contains("Photos/sub/also fine.jpg"));
+        QVERIFY(!staged.contains("Photos/sub/secret.jpg"));
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+        QVERIFY(QFileInfo::exists(a + "/sub/secret.jpg"));
+        QVERIFY(QFileInfo::exists(a + "/closed/hidden.jpg"));
+    }
+
+    void isoWithAnUnreadableFileIsLogged()
+    {
+        Rig rig;
+        const QString src = rig.tmp.path() + "/src";
+        writeFile(src + "/ok.txt", "ok");
+        writeFile(src + "/no.txt", "no");
+        QVERIFY(QFile::setPermissions(src + "/no.txt", QFileDevice::Permissions()));
+        QDir().mkpath(rig.tmp.path() + "/dst");
+        rig.picker.answers.enqueue({src});
+        rig.picker.answers.enqueue({rig.tmp.path() + "/dst"});
+        IsoCreationFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        LogCatcher logs;
+        flow.OnActionISOCreate();
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        QVERIFY(logs.contains(src + "/no.txt"));
+        QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
+        QVERIFY(QFileInfo::exists(src + "/no.txt"));
+        QVERIFY(QFileInfo::exists(src + "/ok.txt"));
+    }
+
+    // ---- a destination that cannot be written -----------------------------
+    void isoIntoAReadOnlyFolderIsLoggedAndTheOldImageStays()
+    {
+        Rig rig;
+        const QString src = rig.tmp.path() + "/src";
+        writeFile(src + "/f.txt", "f");
+        const QString dst = rig.tmp.path() + "/locked";
+        writeFile(dst + "/image.iso", "an old image");
+        QVERIFY(QFile::setPermissions(dst + "/image.iso", QFile::ReadOwner));
+        QVERIFY(QFile::setPermissions(dst, QFile::ReadOwner | QFile::ExeOwner));
+        rig.picker.answers.enqueue({src});
+        rig.picker.answers.enqueue({dst});
+        IsoCreationFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        LogCatcher logs;
+        flow.OnActionISOCreate();
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        QFile::setPermissions(dst, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QVERIFY(logs.warned(QStringLiteral("Could not remove the earlier image \"%1/image.iso\"").arg(dst)));
+        QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+        QCOMPARE(readLines(dst + "/image.iso"), QStringList{"an old image"});
+        QVERIFY(QFileInfo::exists(src + "/f.txt"));
+    }
+
+    void stagingIntoAReadOnlyWorkingFolderIsLogged()
+    {
+        Rig rig(ToolPaths::Backend::MacOS);
+        const QString a = rig.tmp.path() + "/a/Photos";
+        writeFile(a + "/1.jpg", "1");
+        QVERIFY(QFile::setPermissions(rig.data, QFile::ReadOwner | QFile::ExeOwner));
+        DataBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        LogCatcher logs;
+        flow.Burn_Data_DVD({rig.folder(a)});
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        QFile::setPermissions(rig.data, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QVERIFY(logs.warned(QStringLiteral("Staging copy: could not create the folder \"%1/Photos\"").arg(rig.data)));
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+        QVERIFY(QFileInfo::exists(a + "/1.jpg"));
+    }
+
+    void burningIntoAnUnwritableDriveIsLogged()
+    {
+        Rig rig;
+        const QString locked = rig.tmp.path() + "/lockeddir";
+        QDir().mkpath(locked);
+        QVERIFY(QFile::setPermissions(locked, QFile::ReadOwner | QFile::ExeOwner));
+        rig.current.s_Device_Path = QStringLiteral("stdio:") + locked + "/disc.bin";
+        const QString image = rig.tmp.path() + "/i.img";
+        writeFile(image, pseudoRandom(64 * 1024, 3));
+        rig.picker.answers.enqueue({image});
+        ImageBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        LogCatcher logs;
+        flow.OnActionISOBurn();
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        QFile::setPermissions(locked, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QVERIFY(logs.contains(QStringLiteral("Cannot acquire drive")) || logs.contains(QStringLiteral("Permission denied")));
+        QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+        QVERIFY(canRead(image));
+    }
+
+    // ---- a disk that fills up ---------------------------------------------
+    void dataBurnOntoAFullDeviceIsLogged()
+    {
+        Rig rig;
+        rig.current.s_Device_Path = QStringLiteral("stdio:/dev/full");
+        const QString a = rig.tmp.path() + "/a/Photos";
+        writeFile(a + "/big.bin", pseudoRandom(2 * 1024 * 1024, 4));
+        DataBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        LogCatcher logs;
+        flow.Burn_Data_DVD({rig.folder(a)});
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        QVERIFY(logs.contains(QStringLiteral("No space left on device")));
+        QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+        QVERIFY(canRead(a + "/big.bin"));
+        QCOMPARE(QFileInfo(a + "/big.bin").size(), qint64(2 * 1024 * 1024));
+    }
+
+    void imageBurnOntoAFullDeviceIsLogged()
+    {
+        Rig rig;
+        rig.current.s_Device_Path = QStringLiteral("stdio:/dev/full");
+        const QString image = rig.tmp.path() + "/i.img";
+        writeFile(image, pseudoRandom(1024 * 1024, 5));
+        rig.picker.answers.enqueue({image});
+        ImageBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        LogCatcher logs;
+        flow.OnActionISOBurn();
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        QVERIFY(logs.contains(QStringLiteral("No space left on device")));
+        QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
+        QCOMPARE(QFileInfo(image).size(), qint64(1024 * 1024));
+    }
+
+    void isoOnAFullDiskIsLogged()
+    {
+        Rig rig;
+        const QString src = rig.tmp.path() + "/src";
+        writeFile(src + "/big.bin", pseudoRandom(3 * 1024 * 1024, 6));
+        QDir().mkpath(rig.tmp.path() + "/dst");
+        rig.picker.answers.enqueue({src});
+        rig.picker.answers.enqueue({rig.tmp.path() + "/dst"});
+        IsoCreationFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        LogCatcher logs;
+        {
+            FileSizeLimit full(512 * 1024);
+            flow.OnActionISOCreate();
+            QVERIFY(log.waitEnded(1, 60000));
+            QVERIFY(rig.alerts.shown.isEmpty());
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        }
+        QVERIFY(logs.warned(QStringLiteral("ended with exit code")) || logs.warned(QStringLiteral("ended abnormally")));
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+        QCOMPARE(QFileInfo(src + "/big.bin").size(), qint64(3 * 1024 * 1024));
+        QVERIFY(QFileInfo(rig.tmp.path() + "/dst/image.iso").size() <= 512 * 1024);
+    }
+
+    void stagingOnAFullDiskNamesTheFile()
+    {
+        Rig rig(ToolPaths::Backend::MacOS);
+        const QString a = rig.tmp.path() + "/a/Photos";
+        writeFile(a + "/small.txt", "small");
+        writeFile(a + "/huge.bin", pseudoRandom(2 * 1024 * 1024, 7));
+        DataBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        QMap<QString, QString> staged;
+        connect(&flow, &SheetFlow::toolStarted, this, [&] { staged = tree(rig.data); });
+        LogCatcher logs;
+        {
+            FileSizeLimit full(256 * 1024);
+            flow.Burn_Data_DVD({rig.folder(a)});
+            QVERIFY(log.waitEnded(1, 60000));
+            QVERIFY(rig.alerts.shown.isEmpty());
+        QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
+        }
+        QVERIFY(logs.warned(QStringLiteral("Staging copy: could not copy \"%1/huge.bin\"").arg(a)));
+        QVERIFY(staged.contains("Photos/small.txt"));
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+        QCOMPARE(QFileInfo(a + "/huge.bin").size(), qint64(2 * 1024 * 1024));
+        QVERIFY(QDir(rig.data).isEmpty());
+    }
+};
+
+TAMBLO_TEST_MAIN(TestImagesBadInput)
+#include "tst_images_bad_input.moc"

@@ -1,0 +1,257 @@
+// Image burning: the panel, the two medium checks, the single bar from 0 of
+// 100 fed by the recorder, with a stand-in hdiutil and with real xorriso
+// writing into a pseudo-drive.
+#include "support/FakeAlerts.h"
+#include "support/FakeFilePicker.h"
+#include "support/TestMain.h"
+
+#include <QTemporaryDir>
+
+#include "drives/MediaQuestions.h"
+#include "imagestest/ImagesTestKit.h"
+#include "images/ImageBurnFlow.h"
+#include "images/XorrisoImageTool.h"
+
+using namespace ImagesTestKit;
+
+namespace {
+
+struct Rig {
+    QTemporaryDir tmp;
+    FakeDrive drive;
+    FakeAlerts alerts;
+    FakeFilePicker picker;
+    Object_Optical_Drive current;
+    std::unique_ptr<MediaQuestions> media;
+    ImageFlowContext ctx;
+
+    explicit Rig(ToolPaths::Backend backend)
+    {
+        current.s_Drive_Number = QStringLiteral("1");
+        current.s_Device_Path = QStringLiteral("stdio:") + tmp.path() + "/disc.bin";
+        media = std::make_unique<MediaQuestions>(drive, alerts, [] { return false; }, [this] { return current; });
+        ctx.tools.backend = backend;
+        ctx.tools.xorriso = xorrisoPath();
+        ctx.tools.hdiutil = fake("hdiutil");
+        ctx.dataFolder = tmp.path() + "/TambloData";
+        ctx.homeFolder = tmp.path();
+        ctx.alerts = &alerts;
+        ctx.picker = &picker;
+        ctx.media = media.get();
+        ctx.currentDrive = [this] { return current; };
+    }
+};
+
+bool isSubsequence(const QList<double> &part, const QList<double> &whole)
+{
+    int j = 0;
+    for (double v : part) {
+        while (j < whole.size() && qAbs(whole.at(j) - v) > 1e-3)
+            ++j;
+        if (j == whole.size())
+            return false;
+        ++j;
+    }
+    return true;
+}
+
+QByteArray readAll(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+} // namespace
+
+class TestImagesImageBurn : public QObject {
+    Q_OBJECT
+private slots:
+    void cancellingThePanelDoesNothing()
+    {
+        Rig rig(ToolPaths::Backend::MacOS);
+        ImageBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        flow.OnActionISOBurn();
+        QVERIFY(log.waitEnded());
+        QCOMPARE(rig.picker.requests.size(), 1);
+        const PickRequest r = rig.picker.requests.first();
+        QCOMPARE(r.kind, PickRequest::Kind::Files);
+        QVERIFY(!r.multiple);
+        QCOMPARE(r.allowedExtensions, (QStringList{"iso", "img", "dmg"}));
+        QCOMPARE(r.message, QStringLiteral("Select a ISO image to burn to media."));
+        QCOMPARE(rig.drive.queries, 0);
+        QVERIFY(rig.alerts.shown.isEmpty());
+        QCOMPARE(log.sheets(), QStringList{"ended"});
+    }
+
+    void anEmptyDriveSaysNoDiscAndRunsNothing()
+    {
+        Rig rig(ToolPaths::Backend::MacOS);
+        const QString argsLog = rig.tmp.path() + "/h.log";
+        qputenv("TAMBLO_FAKE_HDIUTIL_LOG", argsLog.toLocal8Bit());
+        rig.drive.medium = FakeDrive::empty();
+        rig.picker.answers.enqueue({rig.tmp.path() + "/x.iso"});
+        ImageBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        flow.OnActionISOBurn();
+        QVERIFY(log.waitEnded());
+        qunsetenv("TAMBLO_FAKE_HDIUTIL_LOG");
+        QCOMPARE(rig.alerts.texts(), QStringList{"No disc / There is no disc on the drive. insert a writable media on the drive and try again."});
+        QCOMPARE(rig.alerts.shown.first().buttons, QStringList{"Close"});
+        QVERIFY(log.commands.isEmpty());
+        QVERIFY(!QFileInfo::exists(argsLog));
+        QCOMPARE(log.sheets(), QStringList{"ended"});
+    }
+
+    void aFinishedDiscIsNotWritable()
+    {
+        Rig rig(ToolPaths::Backend::Linux);
+        rig.drive.medium = FakeDrive::finished(QStringLiteral("DVD"));
+        rig.picker.answers.enqueue({rig.tmp.path() + "/x.iso"});
+        ImageBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        flow.OnActionISOBurn();
+        QVERIFY(log.waitEnded());
+        QCOMPARE(rig.alerts.texts(), QStringList{"Media not writable / The media on the drive is not writable. insert a writable media on the drive and try again."});
+        QVERIFY(log.commands.isEmpty());
+        // No kind check: write-once, rewritable asked; nothing more.
+        QCOMPARE(rig.drive.queries, 3);
+    }
+
+    void macProgressFromTheRecorderFeedsTheSingleBar()
+    {
+        Rig rig(ToolPaths::Backend::MacOS);
+        const QString argsLog = rig.tmp.path() + "/h.log";
+        qputenv("TAMBLO_FAKE_HDIUTIL_LOG", argsLog.toLocal8Bit());
+        qputenv("TAMBLO_FAKE_HDIUTIL_BURN", fixture("synthetic-hdiutil-burn-verbose-progress.txt").toLocal8Bit());
+        qputenv("TAMBLO_FAKE_HDIUTIL_DELAY", "0.05");
+        rig.drive.medium = FakeDrive::blank(QStringLiteral("CD"));
+        const QString image = rig.tmp.path() + "/My Image.dmg";
+        writeFile(image, "dmg");
+        rig.picker.answers.enqueue({image});
+        ImageBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        double valueWhenStarted = -1;
+        connect(&flow, &SheetFlow::toolStarted, this, [&] { valueWhenStarted = log.progress.isEmpty() ? -1 : log.progress.last(); });
+        flow.OnActionISOBurn();
+        QVERIFY(log.waitEnded(1, 30000));
+        qunsetenv("TAMBLO_FAKE_HDIUTIL_LOG");
+        qunsetenv("TAMBLO_FAKE_HDIUTIL_BURN");
+        qunsetenv("TAMBLO_FAKE_HDIUTIL_DELAY");
+        QCOMPARE(readLines(argsLog), QStringList{"burn|" + image + "|-verbose"});
+        QVERIFY(rig.alerts.shown.isEmpty());
+        QCOMPARE(log.sheets(), (QStringList{"showUniqueProgress", "toolStarted", "toolFinished", "closeUniqueProgress",
+                                            "closePerformingOperation", "operationComplete", "ended"}));
+        // The bar starts at 0 before any output.
+        QCOMPARE(valueWhenStarted, 0.0);
+        QCOMPARE(log.progress.first(), 0.0);
+        // Then the values of the lines long enough to be read, in order.
+        const QList<double> fed = log.progress.mid(1);
+        QVERIFY2(!fed.isEmpty(), "no progress reached the bar");
+        QVERIFY(isSubsequence(fed, {5.0, 12.0, 99.0, 25.0}));
+        for (double v : fed)
+            QVERIFY(v >= 0 && v <= 100);
+    }
+
+    void anyChosenFileGoesToTheToolAsItIs()
+    {
+        Rig rig(ToolPaths::Backend::Linux);
+        rig.ctx.tools.xorriso = fake("args-logger");
+        const QString argsLog = rig.tmp.path() + "/args.log";
+        qputenv("TAMBLO_FAKE_ARGS_LOG", argsLog.toLocal8Bit());
+        rig.drive.medium = FakeDrive::rewritable(QStringLiteral("BD"));
+        const QString odd = rig.tmp.path() + "/not an image.TXT";
+        rig.picker.answers.enqueue({odd});
+        ImageBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        flow.OnActionISOBurn();
+        QVERIFY(log.waitEnded());
+        qunsetenv("TAMBLO_FAKE_ARGS_LOG");
+        QCOMPARE(readLines(argsLog),
+                 QStringList{"-as|cdrecord|-v|-nopad|dev=" + rig.current.s_Device_Path + "|" + odd});
+        QCOMPARE(flow.imagePath(), odd);
+    }
+
+    void realBurnOfAnIsoImageReadsBack()
+    {
+        QVERIFY2(!xorrisoPath().isEmpty(), "xorriso must be installed");
+        Rig rig(ToolPaths::Backend::Linux);
+        rig.drive.medium = FakeDrive::blank(QStringLiteral("DVD"));
+        const QString src = rig.tmp.path() + "/Source";
+        writeFile(src + "/a.bin", pseudoRandom(777777, 41));
+        writeFile(src + "/sub/ü.txt", "u\n");
+        const QString image = rig.tmp.path() + "/made.iso";
+        {
+            QProcess p;
+            const ToolCommand c = XorrisoImageTool(xorrisoPath()).makeImageCommand(image, src);
+            p.start(c.program, c.arguments);
+            QVERIFY(p.waitForFinished(60000));
+            QCOMPARE(p.exitCode(), 0);
+        }
+        rig.picker.answers.enqueue({image});
+        ImageBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        flow.OnActionISOBurn();
+        QVERIFY(log.waitEnded(1, 120000));
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
+        const QByteArray img = readAll(image);
+        const QByteArray disc = readAll(rig.tmp.path() + "/disc.bin");
+        QVERIFY(img.size() > 700000);
+        // The image's bytes, then at most the rest of one 32 KiB write unit of zeros.
+        QCOMPARE(disc.left(img.size()), img);
+        const QByteArray tail = disc.mid(img.size());
+        QVERIFY(tail.size() < 32 * 1024);
+        QCOMPARE(tail, QByteArray(tail.size(), '\0'));
+        QCOMPARE(disc.size() % (32 * 1024), 0);
+        QString xlog;
+        QVERIFY2(extract(rig.tmp.path() + "/disc.bin", rig.tmp.path() + "/rb", &xlog), qPrintable(xlog));
+        QCOMPARE(tree(rig.tmp.path() + "/rb"), tree(src));
+    }
+
+    void realBurnIsTheImageByteForByte()
+    {
+        QVERIFY(!xorrisoPath().isEmpty());
+        Rig rig(ToolPaths::Backend::Linux);
+        rig.drive.medium = FakeDrive::blank(QStringLiteral("CD"));
+        // A raw image of whole write units leaves nothing to round up.
+        const QString image = rig.tmp.path() + "/raw disk.img";
+        writeFile(image, pseudoRandom(3 * 1024 * 1024, 42));
+        rig.picker.answers.enqueue({image});
+        ImageBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        flow.OnActionISOBurn();
+        QVERIFY(log.waitEnded(1, 120000));
+        const QByteArray img = readAll(image);
+        const QByteArray disc = readAll(rig.tmp.path() + "/disc.bin");
+        QCOMPARE(disc.size(), img.size());
+        QVERIFY(disc == img);
+    }
+
+    void realRecorderProgressReachesTheBar()
+    {
+        QVERIFY(!xorrisoPath().isEmpty());
+        Rig rig(ToolPaths::Backend::Linux);
+        rig.ctx.tools.xorriso = fake("xorriso-slow");
+        rig.drive.medium = FakeDrive::blank(QStringLiteral("DVD"));
+        const QString image = rig.tmp.path() + "/slow.img";
+        writeFile(image, pseudoRandom(12 * 1024 * 1024, 43));
+        rig.picker.answers.enqueue({image});
+        ImageBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        flow.OnActionISOBurn();
+        QVERIFY(log.waitEnded(1, 120000));
+        QCOMPARE(log.progress.first(), 0.0);
+        const QList<double> fed = log.progress.mid(1);
+        qInfo() << "progress reported:" << fed;
+        QVERIFY2(!fed.isEmpty(), "the recorder's reports did not reach the bar");
+        for (int i = 0; i < fed.size(); ++i) {
+            QVERIFY(fed.at(i) >= 0.0 && fed.at(i) <= 100.0);
+            if (i > 0)
+                QVERIFY(fed.at(i) >= fed.at(i - 1));
+        }
+        QVERIFY(readAll(rig.tmp.path() + "/disc.bin") == readAll(image));
+    }
+};
+
+TAMBLO_TEST_MAIN(TestImagesImageBurn)
+#include "tst_images_image_burn.moc"
