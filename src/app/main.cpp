@@ -1,6 +1,60 @@
 #include <QApplication>
+#include <QSettings>
+#include <QStandardPaths>
+
+#include "app/ToolPaths.h"
+#include "app/ui/AppContext.h"
+#include "app/ui/AppDelegate.h"
+#include "app/ui/MainWindow.h"
+#include "app/ui/QtAlerts.h"
+#include "app/ui/QtFilePicker.h"
+
+namespace {
+
+// The platform's request to end (the dock's Quit on macOS, a session that
+// logs out) ends Tamblo the same way as its own Quit.
+class TerminateFilter : public QObject {
+public:
+    explicit TerminateFilter(AppDelegate &app) : m_app(app) {}
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (watched == qApp && event->type() == QEvent::Quit)
+            m_app.Terminate_App();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    AppDelegate &m_app;
+};
+
+} // namespace
+
 int main(int argc, char **argv)
 {
     QApplication app(argc, argv);
-    return 0;
+    QCoreApplication::setOrganizationName(QStringLiteral("Zendrova"));
+    QCoreApplication::setApplicationName(QStringLiteral("Tamblo"));
+    QApplication::setQuitOnLastWindowClosed(true);
+
+    QSettings settings(QStringLiteral("Zendrova"), QStringLiteral("Tamblo"));
+    QtAlerts alerts;
+    QtFilePicker picker;
+
+    AppContext context;
+    context.alerts = &alerts;
+    context.filePicker = &picker;
+    context.settings = &settings;
+    context.documentsDir = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    context.tools = ToolPaths::forThisPlatform(QCoreApplication::applicationDirPath());
+
+    AppDelegate delegate(context);
+    alerts.setParent(delegate.mainWindow());
+    picker.setParent(delegate.mainWindow());
+    TerminateFilter filter(delegate);
+    app.installEventFilter(&filter);
+    QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::Terminate_App);
+
+    if (!delegate.applicationDidFinishLaunching())
+        return 0;
+    return app.exec();
 }

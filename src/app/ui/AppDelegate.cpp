@@ -1,0 +1,872 @@
+#include "app/ui/AppDelegate.h"
+
+#include <QAction>
+#include <QCursor>
+#include <QDesktopServices>
+#include <QDir>
+#include <QMenu>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTimer>
+#include <cstdlib>
+#include <unistd.h>
+
+#include "app/HelpPages.h"
+#include "app/StartupFolders.h"
+#include "app/ui/MainWindow.h"
+#include "appearance/DarkMode.h"
+#include "appearance/ThemeWriting.h"
+#include "appearance/ui/BackgroundViews.h"
+#include "appearance/ui/TableLookApplier.h"
+#include "appearance/ui/Window_Colors.h"
+#include "burn/BurnChecks.h"
+#include "burn/MediaBurn.h"
+#include "burn/Recorder.h"
+#include "burn/ui/Window_Video_Settings.h"
+#include "compilation/CompilationActions.h"
+#include "compilation/DataFolderModel.h"
+#include "compilation/DiscKinds.h"
+#include "compilation/MediaListModel.h"
+#include "compilation/ui/CompilationTable.h"
+#include "compilation/ui/SpaceOccupiedView.h"
+#include "compilation/ui/Window_New_Disc.h"
+#include "drives/DriveBackendFactory.h"
+#include "drives/MediaQuestions.h"
+#include "images/DataBurnFlow.h"
+#include "images/DuplicationFlow.h"
+#include "images/ImageBurnFlow.h"
+#include "images/ImageFlowContext.h"
+#include "images/IsoCreationFlow.h"
+#include "images/ui/Window_Data_Copy_Folders.h"
+#include "preview/PreviewSelection.h"
+#include "preview/ui/AVSPDocument.h"
+#include "toolrun/ToolRunner.h"
+#include "toolrun/ui/StatusWindows.h"
+
+namespace {
+
+const QString DiscInfoTitle = QStringLiteral("Disc Information");
+const QString EraseNoDiscText =
+    QStringLiteral("There is no disc on the drive. insert a rewritable media on the drive and try again.");
+const QString InfoNoDiscText = QStringLiteral("There is no disc on the drive. Insert a media on the drive and try again.");
+const QString NotRewritableTitle = QStringLiteral("Media not rewritable");
+const QString NotRewritableText =
+    QStringLiteral("The media on the drive is not rewritable. insert a rewritable media on the drive and try again.");
+
+// Ends a sheet and lets its window go.
+template <typename W>
+void dropSheet(QPointer<W> &sheet)
+{
+    if (sheet) {
+        sheet->endSheet();
+        sheet->deleteLater();
+    }
+    sheet = nullptr;
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(const AppContext &context, QObject *parent)
+    : QObject(parent), m_context(context), m_settings(*context.settings), m_window(std::make_unique<MainWindow>())
+{
+    m_backend = m_context.driveBackend ? m_context.driveBackend : createDriveBackend(m_context.tools, this);
+    m_media = new MediaQuestions(*m_backend, *m_context.alerts, [this] { return m_b_Debug_Mode; },
+                                 [this] { return currentDrive(); }, this);
+    m_runner = new ToolRunner(this);
+    m_recorder = Recorder::create(m_context.tools);
+    m_mediaBurn = new MediaBurn(*m_runner, *m_recorder, *this, *m_context.alerts, mediumProbe(), this);
+
+    arrayMediaFiles = new MediaListModel(this);
+    arrayDataFolders = new DataFolderModel(this);
+    m_adding = new CompilationActions(arrayMediaFiles, arrayDataFolders, m_context.filePicker, this);
+
+    ImageFlowContext flows;
+    flows.tools = m_context.tools;
+    flows.homeFolder = QDir::homePath();
+    flows.alerts = m_context.alerts;
+    flows.picker = m_context.filePicker;
+    flows.media = m_media;
+    flows.currentDrive = [this] { return currentDrive(); };
+    flows.debugMode = [this] { return m_b_Debug_Mode; };
+    flows.ejectDisc = [this] { OnToolsEjectDisc(); };
+    flows.dataFolder = WorkingFolders::inside(m_context.documentsDir).s_Data_Folder;
+    m_dataBurn = new DataBurnFlow(flows, this);
+    m_isoCreation = new IsoCreationFlow(flows, this);
+    m_imageBurn = new ImageBurnFlow(flows, this);
+    m_duplication = new DuplicationFlow(flows, this);
+    for (SheetFlow *flow : {static_cast<SheetFlow *>(m_dataBurn), static_cast<SheetFlow *>(m_isoCreation),
+                            static_cast<SheetFlow *>(m_imageBurn), static_cast<SheetFlow *>(m_duplication)})
+        connectFlow(flow);
+
+    connectWindow();
+}
+
+AppDelegate::~AppDelegate() = default;
+
+// ---------------------------------------------------------------- start-up
+
+bool AppDelegate::applicationDidFinishLaunching()
+{
+    m_b_Debug_Mode = false;
+    s_Video_Output_Format.clear();
+    s_Audio_Output_Format.clear();
+    s_Current_Drive_Number = QStringLiteral("1");
+
+    folders = WorkingFolders::inside(m_context.documentsDir);
+    const FolderSetup setup = setUpWorkingFolders(folders, m_settings);
+    if (!setup.ok) {
+        fatal(setup.fatalText);
+        return false;
+    }
+    s_Video_Output_Format = m_settings.string(SettingsKeys::VideoFormat);
+    s_Audio_Output_Format = m_settings.string(SettingsKeys::AudioFormat);
+
+    Load_List_Of_Optical_Drives();  // answers later; the window does not wait for it
+
+    sffmpegPath = m_context.tools.ffmpeg;
+    m_adding->setFfmpegPath(sffmpegPath);
+
+    i_Audio_Type = i_Video_Type = i_Data_Type = 0;
+    MainWindow *w = m_window.get();
+    MainWindow::setBordered(w->btnAudioCD, true);
+    MainWindow::setBordered(w->btnVideoDVD, true);
+    MainWindow::setBordered(w->btnDataCD, true);
+    {
+        const QSignalBlocker block(w->tabviewMain);
+        w->tabviewMain->setCurrentIndex(0);
+    }
+    setBurnTitle(QStringLiteral("Burn Audio CD"));
+    sortFlags = ColumnSortFlags{};
+    w->spaceoccupiedviewControl->setI_Percentage(0);
+    i_Type_of_New_Disc = 1;
+
+    theme = ThemeSettings::loadAtStartup(m_settings);
+    w->spaceoccupiedviewControl->setBarColor(theme.colorSpaceOccupiedBar);
+    applyTableLook(false);
+    scheduleOnce(timerSetAlternatingRows, &AppDelegate::TimerSetAlternatingRowsRoutine);
+    scheduleOnce(timerForceColorsAtStartup, &AppDelegate::TimerForceColorsAtStartupRoutine);
+
+    w->setWindowTitle(QStringLiteral("Tamblo"));
+    w->show();
+    w->raise();
+    w->activateWindow();
+    return true;
+}
+
+void AppDelegate::fatal(const QString &text)
+{
+    AlertRequest r;
+    r.messageText = StartupTexts::FatalMessage;
+    r.informativeText = text;
+    r.buttons = {StartupTexts::FatalButton};
+    m_context.alerts->show(r);
+    Terminate_App();
+}
+
+void AppDelegate::Terminate_App()
+{
+    // At once: nothing is saved (settings are written when they change) and
+    // running tools are left to themselves.
+    if (m_context.exitProcess) {
+        m_context.exitProcess(0);
+        return;
+    }
+    ::_exit(0);
+}
+
+// ------------------------------------------------------------- the window
+
+void AppDelegate::connectWindow()
+{
+    MainWindow *w = m_window.get();
+    auto on = [this](auto *sender, auto signal, void (AppDelegate::*slot)()) {
+        connect(sender, signal, this, [this, slot] { (this->*slot)(); });
+    };
+    connect(w, &MainWindow::windowWillClose, this, &AppDelegate::Terminate_App);
+    connect(w->tabviewMain, &QTabWidget::currentChanged, this, &AppDelegate::tabViewDidSelect);
+
+    on(w->btnAudioCD, &QPushButton::clicked, &AppDelegate::OnActionAudioCD);
+    on(w->btnMP3CD, &QPushButton::clicked, &AppDelegate::OnActionMP3CD);
+    on(w->btnMP3DVD, &QPushButton::clicked, &AppDelegate::OnActionMP3DVD);
+    on(w->btnVideoDVD, &QPushButton::clicked, &AppDelegate::OnActionVideoDVD);
+    on(w->btnVideoBluray, &QPushButton::clicked, &AppDelegate::OnActionVideoBluray);
+    on(w->btnDataCD, &QPushButton::clicked, &AppDelegate::OnActionDataCD);
+    on(w->btnDataDVD, &QPushButton::clicked, &AppDelegate::OnActionDataDVD);
+    on(w->btnDataBluray, &QPushButton::clicked, &AppDelegate::OnActionDataBluray);
+    on(w->btnBurn, &QPushButton::clicked, &AppDelegate::OnBtnBurn);
+
+    on(w->toolbar_btn_Audio_New_Disc, &QPushButton::clicked, &AppDelegate::ShowNewDiscWindow);
+    on(w->toolbar_btn_Video_New_Disc, &QPushButton::clicked, &AppDelegate::ShowNewDiscWindow);
+    on(w->toolbar_btn_Data_New_Disc, &QPushButton::clicked, &AppDelegate::ShowNewDiscWindow);
+    on(w->menuitemNewDisc, &QAction::triggered, &AppDelegate::ShowNewDiscWindow);
+    on(w->toolbar_btn_Audio_Add_Files, &QPushButton::clicked, &AppDelegate::OnActionAudioAddFiles);
+    on(w->toolbar_btn_Audio_Add_Folder, &QPushButton::clicked, &AppDelegate::OnActionAudioAddFolder);
+    on(w->toolbar_btn_Video_Add_Files, &QPushButton::clicked, &AppDelegate::OnActionVideoAddFiles);
+    on(w->toolbar_btn_Video_Add_Folder, &QPushButton::clicked, &AppDelegate::OnActionVideoAddFolder);
+    on(w->toolbar_btn_Data_Add_Folder, &QPushButton::clicked, &AppDelegate::OnActionDataAddFolder);
+    on(w->toolbar_btn_Audio_Delete, &QPushButton::clicked, &AppDelegate::OnActionAudioDelete);
+    on(w->toolbar_btn_Video_Delete, &QPushButton::clicked, &AppDelegate::OnActionVideoDelete);
+    on(w->toolbar_btn_Data_Delete, &QPushButton::clicked, &AppDelegate::OnActionDataDelete);
+    on(w->toolbar_btn_Audio_Clear, &QPushButton::clicked, &AppDelegate::OnActionAudioClear);
+    on(w->toolbar_btn_Video_Clear, &QPushButton::clicked, &AppDelegate::OnActionVideoClear);
+    on(w->toolbar_btn_Data_Clear, &QPushButton::clicked, &AppDelegate::OnActionDataClear);
+    on(w->toolbar_btn_Audio_Play, &QPushButton::clicked, &AppDelegate::OnActionAudioPlay);
+    on(w->toolbar_btn_Video_Play, &QPushButton::clicked, &AppDelegate::OnActionVideoPlay);
+    on(w->toolbar_btn_Audio_Copy_Disc, &QPushButton::clicked, &AppDelegate::DuplicateMedia);
+    on(w->toolbar_btn_Video_Copy_Disc, &QPushButton::clicked, &AppDelegate::DuplicateMedia);
+    on(w->toolbar_btn_Data_Copy_Disc, &QPushButton::clicked, &AppDelegate::DuplicateMedia);
+    on(w->toolbar_btn_Video_Settings, &QPushButton::clicked, &AppDelegate::OnActionVideoSettings);
+    on(w->toolbar_btn_ISO_Create, &QPushButton::clicked, &AppDelegate::OnActionISOCreate);
+    on(w->toolbar_btn_ISO_Burn, &QPushButton::clicked, &AppDelegate::OnActionISOBurn);
+    on(w->toolbar_btn_Tools_Eject_Disc, &QPushButton::clicked, &AppDelegate::OnToolsEjectDisc);
+    on(w->toolbar_btn_Tools_Load_Disc, &QPushButton::clicked, &AppDelegate::OnToolsLoadDisc);
+    on(w->toolbar_btn_Tools_Erase_Disc, &QPushButton::clicked, &AppDelegate::OnToolsFormatRWMedia);
+    on(w->toolbar_btn_Tools_Disc_Info, &QPushButton::clicked, &AppDelegate::OnToolsDiscInfo);
+    on(w->toolbar_btn_Tools_Colors, &QPushButton::clicked, &AppDelegate::OnToolsColors);
+    on(w->menuitemEraseFull, &QAction::triggered, &AppDelegate::OnToolsFormatFull);
+    on(w->menuitemEraseQuick, &QAction::triggered, &AppDelegate::OnToolsFormatQuick);
+
+    on(w->submenuItemTabAudio, &QAction::triggered, &AppDelegate::OnMenuTabAudio);
+    on(w->submenuItemTabVideo, &QAction::triggered, &AppDelegate::OnMenuTabVideo);
+    on(w->submenuItemTabData, &QAction::triggered, &AppDelegate::OnMenuTabData);
+    on(w->submenuItemTabISO, &QAction::triggered, &AppDelegate::OnMenuTabISO);
+    on(w->submenuItemTabTools, &QAction::triggered, &AppDelegate::OnMenuTabTools);
+    on(w->menuitemHelpAppHomePage, &QAction::triggered, &AppDelegate::OnMenuHelpAppHomePage);
+    on(w->menuitemHelpCompanyHomePage, &QAction::triggered, &AppDelegate::OnMenuHelpCompanyHomePage);
+    on(w->menuitemHelpSubmitTicket, &QAction::triggered, &AppDelegate::OnMenuHelpSubmitTicket);
+    on(w->menuitemHelpPrivacyPolicy, &QAction::triggered, &AppDelegate::OnMenuHelpPrivacyPolicy);
+    on(w->menuitemQuit, &QAction::triggered, &AppDelegate::OnMenuQuit);
+    on(w->menuitemDebugMode, &QAction::triggered, &AppDelegate::OnMenuDebugMode);
+    for (int i = 0; i < 6; ++i)
+        connect(w->submenuItemDriveSlot[i], &QAction::triggered, this, [this, i] { OnMenuDriveSlot(i + 1); });
+
+    w->tableviewAudioFiles->setModel(arrayMediaFiles);
+    w->tableviewVideoFiles->setModel(arrayMediaFiles);
+    w->tableviewDataFolders->setModel(arrayDataFolders);
+    connect(w->tableviewAudioFiles, &CompilationTable::sortRequested, this, [this](int c) { sortTable(0, c); });
+    connect(w->tableviewVideoFiles, &CompilationTable::sortRequested, this, [this](int c) { sortTable(1, c); });
+    connect(w->tableviewDataFolders, &CompilationTable::sortRequested, this, [this](int c) { sortTable(2, c); });
+
+    // Adding files: the single-bar sheet counts the entries measured.
+    connect(m_adding, &CompilationActions::progressSheetShown, this, [this](int maximum) {
+        dropSheet(windowUniqueProgress);
+        windowUniqueProgress = new Window_Unique_Progress(m_window.get());
+        windowUniqueProgress->labelDescription->setText(QStringLiteral("Measuring the files…"));
+        windowUniqueProgress->progressBar->setMinDouble(0);
+        windowUniqueProgress->progressBar->setMaxDouble(maximum);
+        windowUniqueProgress->progressBar->setDoubleValue(0);
+        windowUniqueProgress->begin();
+    });
+    connect(m_adding, &CompilationActions::progressChanged, this, [this](int value) {
+        if (windowUniqueProgress)
+            windowUniqueProgress->progressBar->setDoubleValue(value);
+    });
+    connect(m_adding, &CompilationActions::progressSheetClosed, this, [this] { dropSheet(windowUniqueProgress); });
+    connect(m_adding, &CompilationActions::refreshTable, this, [this](int tab) {
+        if (tab == CompilationActions::AudioTab)
+            refreshTableAudioFiles();
+        else if (tab == CompilationActions::VideoTab)
+            refreshTableVideoFiles();
+        else
+            refreshTableDataFolders();
+    });
+}
+
+void AppDelegate::connectFlow(SheetFlow *flow)
+{
+    connect(flow, &SheetFlow::showPerformingOperation, this, &AppDelegate::Show_Window_Performing_Operation);
+    connect(flow, &SheetFlow::closePerformingOperation, this, [this] { dropSheet(windowPerformingOperation); });
+    connect(flow, &SheetFlow::showUniqueProgress, this, [this] {
+        dropSheet(windowUniqueProgress);
+        windowUniqueProgress = new Window_Unique_Progress(m_window.get());
+        windowUniqueProgress->labelDescription->setText(QStringLiteral("Burning the disc…"));
+        windowUniqueProgress->progressBar->setMinDouble(0.0);
+        windowUniqueProgress->progressBar->setMaxDouble(100.0);
+        windowUniqueProgress->progressBar->setDoubleValue(0.0);
+        windowUniqueProgress->begin();
+    });
+    connect(flow, &SheetFlow::uniqueProgress, this, [this](double value) {
+        if (windowUniqueProgress)
+            windowUniqueProgress->progressBar->setDoubleValue(value);
+    });
+    connect(flow, &SheetFlow::closeUniqueProgress, this, [this] { dropSheet(windowUniqueProgress); });
+    connect(flow, &SheetFlow::showStagingSheet, this, &AppDelegate::Show_Window_Data_Copy_Folders);
+    connect(flow, &SheetFlow::closeStagingSheet, this, &AppDelegate::Close_Window_Data_Copy_Folders);
+    connect(flow, &SheetFlow::operationComplete, this, &AppDelegate::Show_Window_Operation_Complete);
+}
+
+void AppDelegate::setBurnTitle(const QString &title)
+{
+    m_window->btnBurn->setText(title);
+    m_window->btnBurn->setAccessibleName(title);
+}
+
+void AppDelegate::tabViewDidSelect(int index)
+{
+    MainWindow *w = m_window.get();
+    const QString id = w->tabIdentifier(index);
+    const bool compilationTab = id == QLatin1String("1") || id == QLatin1String("2") || id == QLatin1String("3");
+    const bool otherTab = id == QLatin1String("4") || id == QLatin1String("5");
+    if (!compilationTab && !otherTab)
+        return;
+    if (compilationTab) {
+        w->spaceoccupiedviewControl->show();
+        w->customviewButtonBurn->show();
+        arrayDataFolders->clear();
+        refreshTableDataFolders();
+        arrayMediaFiles->clear();
+        refreshTableVideoFiles();
+        refreshTableAudioFiles();
+        const qint64 type = id == QLatin1String("1") ? i_Audio_Type : id == QLatin1String("2") ? i_Video_Type : i_Data_Type;
+        const QString title = DiscKinds::burnTitleFor(id.toInt() - 1, type);
+        if (!title.isEmpty())
+            setBurnTitle(title);
+    } else {
+        w->spaceoccupiedviewControl->hide();
+        w->customviewButtonBurn->hide();
+    }
+    const QList<QAction *> items = w->tabMenuItems();
+    for (int i = 0; i < items.size(); ++i)
+        items[i]->setChecked(i == id.toInt() - 1);
+}
+
+void AppDelegate::selectTabFromMenu(int index)
+{
+    {
+        const QSignalBlocker block(m_window->tabviewMain);
+        m_window->tabviewMain->setCurrentIndex(index);
+    }
+    tabViewDidSelect(index);
+}
+
+void AppDelegate::chooseKindButton(int tab, qint64 type)
+{
+    const DiscKind *kind = DiscKinds::forTabType(tab, type);
+    if (!kind)
+        return;
+    (tab == 0 ? i_Audio_Type : tab == 1 ? i_Video_Type : i_Data_Type) = type;
+    for (const QString &name : DiscKinds::tabButtons(tab))
+        if (auto *b = m_window->findChild<QPushButton *>(name))
+            MainWindow::setBordered(b, name == kind->buttonName);
+    setBurnTitle(kind->burnTitle);
+    if (tab == 0)
+        refreshTableAudioFiles();
+    else if (tab == 1)
+        refreshTableVideoFiles();
+    else
+        refreshTableDataFolders();
+}
+
+void AppDelegate::OnBtnBurn()
+{
+    static const QStringList titles = {
+        QStringLiteral("Burn Audio CD"),  QStringLiteral("Burn MP3 CD"),    QStringLiteral("Burn MP3 DVD"),
+        QStringLiteral("Burn Video DVD"), QStringLiteral("Burn Video Blu-ray"), QStringLiteral("Burn Data CD"),
+        QStringLiteral("Burn Data DVD"),  QStringLiteral("Burn Data Blu-ray")};
+    static void (AppDelegate::*const operations[])() = {
+        &AppDelegate::Burn_Audio_CD,   &AppDelegate::Burn_Audio_MP3_CD, &AppDelegate::Burn_Audio_MP3_DVD,
+        &AppDelegate::Burn_Video_DVD,  &AppDelegate::Burn_Video_Bluray, &AppDelegate::Burn_Data_CD,
+        &AppDelegate::Burn_Data_DVD,   &AppDelegate::Burn_Data_Bluray};
+    const int i = titles.indexOf(m_window->btnBurn->text());
+    if (i >= 0)
+        (this->*operations[i])();
+}
+
+void AppDelegate::OnMenuHelpAppHomePage() { m_context.openUrl ? m_context.openUrl(HelpPages::AppHomePage) : void(QDesktopServices::openUrl(HelpPages::AppHomePage)); }
+void AppDelegate::OnMenuHelpCompanyHomePage() { m_context.openUrl ? m_context.openUrl(HelpPages::CompanyHomePage) : void(QDesktopServices::openUrl(HelpPages::CompanyHomePage)); }
+void AppDelegate::OnMenuHelpSubmitTicket() { m_context.openUrl ? m_context.openUrl(HelpPages::SubmitTicket) : void(QDesktopServices::openUrl(HelpPages::SubmitTicket)); }
+void AppDelegate::OnMenuHelpPrivacyPolicy() { m_context.openUrl ? m_context.openUrl(HelpPages::PrivacyPolicy) : void(QDesktopServices::openUrl(HelpPages::PrivacyPolicy)); }
+
+void AppDelegate::OnMenuDebugMode()
+{
+    m_b_Debug_Mode = !m_b_Debug_Mode;
+    m_window->menuitemDebugMode->setChecked(m_b_Debug_Mode);
+}
+
+// ---------------------------------------------------------------- burns
+
+MediumProbe AppDelegate::mediumProbe()
+{
+    MediumProbe p;
+    p.IsDriveEmpty = [this](std::function<void(bool)> done) { m_media->IsDriveEmpty(std::move(done)); };
+    p.IsMediaOneTimeWritable = [this](std::function<void(bool)> done) { m_media->IsMediaOneTimeWritable(std::move(done)); };
+    p.IsMediaReWritable = [this](std::function<void(bool)> done) { m_media->IsMediaReWritable(std::move(done)); };
+    p.TypeOfMediaInTheDrive = [this](std::function<void(QString)> done) { m_media->TypeOfMediaInTheDrive(std::move(done)); };
+    return p;
+}
+
+void AppDelegate::burnMedia(int operation)
+{
+    MediaBurnContext c;
+    c.sffmpegPath = sffmpegPath;
+    c.s_Audio_Folder = folders.s_Audio_Folder;
+    c.s_Video_Folder = folders.s_Video_Folder;
+    c.s_Video_Output_Format = s_Video_Output_Format;
+    c.s_Audio_Output_Format = s_Audio_Output_Format;
+    c.currentDrive = currentDrive();
+    c.m_b_Debug_Mode = m_b_Debug_Mode;
+    m_mediaBurn->burn(static_cast<BurnOperation>(operation), arrayMediaFiles->records(), c);
+}
+
+void AppDelegate::Burn_Audio_CD() { burnMedia(int(BurnOperation::AudioCD)); }
+void AppDelegate::Burn_Audio_MP3_CD() { burnMedia(int(BurnOperation::MP3CD)); }
+void AppDelegate::Burn_Audio_MP3_DVD() { burnMedia(int(BurnOperation::MP3DVD)); }
+void AppDelegate::Burn_Video_DVD() { burnMedia(int(BurnOperation::VideoDVD)); }
+void AppDelegate::Burn_Video_Bluray() { burnMedia(int(BurnOperation::VideoBluray)); }
+void AppDelegate::Burn_Data_CD() { m_dataBurn->Burn_Data_CD(arrayDataFolders->records()); }
+void AppDelegate::Burn_Data_DVD() { m_dataBurn->Burn_Data_DVD(arrayDataFolders->records()); }
+void AppDelegate::Burn_Data_Bluray() { m_dataBurn->Burn_Data_Bluray(arrayDataFolders->records()); }
+
+void AppDelegate::beginProgress()
+{
+    windowProgress = new Window_Progress(m_window.get());
+    windowProgress->begin();
+}
+
+void AppDelegate::setOverallRange(double maximum)
+{
+    if (!windowProgress)
+        return;
+    windowProgress->progressOverall->setMinDouble(0);
+    windowProgress->progressOverall->setMaxDouble(maximum);
+    windowProgress->progressOverall->setDoubleValue(0);
+}
+
+void AppDelegate::setOverallValue(double value)
+{
+    if (windowProgress)
+        windowProgress->progressOverall->setDoubleValue(value);
+}
+
+void AppDelegate::setFileRange(double maximum)
+{
+    if (!windowProgress)
+        return;
+    windowProgress->progressBar->setMinDouble(0);
+    windowProgress->progressBar->setMaxDouble(maximum);
+}
+
+void AppDelegate::setFileValue(double value)
+{
+    if (windowProgress)
+        windowProgress->progressBar->setDoubleValue(value);
+}
+
+void AppDelegate::endProgress() { dropSheet(windowProgress); }
+void AppDelegate::endPerformingOperation() { dropSheet(windowPerformingOperation); }
+
+// ---------------------------------------------------------- status sheets
+
+void AppDelegate::Show_Window_Performing_Operation()
+{
+    windowPerformingOperation = new Window_Performing_Operation(m_window.get());
+    windowPerformingOperation->begin();
+}
+
+void AppDelegate::Show_Window_Operation_Complete()
+{
+    windowOperationCompleted = new Window_Operation_Terminated(m_window.get());
+    connect(windowOperationCompleted, &Window_Operation_Terminated::OnOK, this,
+            &AppDelegate::Close_Window_Operation_Complete);
+    windowOperationCompleted->begin();
+}
+
+void AppDelegate::Close_Window_Operation_Complete() { dropSheet(windowOperationCompleted); }
+
+void AppDelegate::taskTerminated()
+{
+    dropSheet(windowUniqueProgress);
+    dropSheet(windowPerformingOperation);
+    Show_Window_Operation_Complete();
+}
+
+// ------------------------------------------------------------------ drives
+
+Object_Optical_Drive AppDelegate::currentDrive() const
+{
+    const int i = m_driveMenu.currentDriveIndex;
+    if (i >= 0 && i < array_Optical_Media_Drives.size())
+        return array_Optical_Media_Drives.at(i);
+    Object_Optical_Drive none;
+    none.s_Drive_Number = s_Current_Drive_Number;
+    return none;
+}
+
+void AppDelegate::Load_List_Of_Optical_Drives()
+{
+    QPointer<AppDelegate> self(this);
+    m_backend->listDrives([self](const DriveList &drives) {
+        if (!self)
+            return;
+        self->array_Optical_Media_Drives = drives;
+        self->m_driveMenu = DriveSelection::afterListing(
+            drives, self->m_settings.string(SettingsKeys::LastSelectedDrive), self->s_Current_Drive_Number);
+        self->applyDriveMenu();
+        emit self->drivesListed();
+    });
+}
+
+void AppDelegate::applyDriveMenu()
+{
+    if (m_driveMenu.storeLabel)
+        m_settings.setString(SettingsKeys::LastSelectedDrive, m_driveMenu.labelToStore);
+    m_driveMenu.storeLabel = false;
+    s_Current_Drive_Number = m_driveMenu.currentDriveNumber;
+    for (int i = 0; i < DriveMenuState::ItemCount; ++i) {
+        QAction *item = m_window->submenuItemDriveSlot[i];
+        if (!m_driveMenu.titles[i].isEmpty())
+            item->setText(m_driveMenu.titles[i]);
+        item->setChecked(m_driveMenu.checked[i]);
+        item->setVisible(m_driveMenu.visible[i]);
+    }
+}
+
+void AppDelegate::OnMenuDriveSlot(int item)
+{
+    if (!DriveSelection::chooseItem(array_Optical_Media_Drives, item, m_driveMenu)) {
+        // No drive behind the item: nothing changes, and the item keeps its state.
+        if (item >= 1 && item <= 6)
+            m_window->submenuItemDriveSlot[item - 1]->setChecked(m_driveMenu.checked[item - 1]);
+        return;
+    }
+    applyDriveMenu();
+}
+
+void AppDelegate::OnToolsEjectDisc() { m_backend->ejectTray(currentDrive()); }
+void AppDelegate::OnToolsLoadDisc() { m_backend->closeTray(currentDrive()); }
+
+void AppDelegate::OnToolsFormatRWMedia()
+{
+    m_window->popupmenuErase->popup(QCursor::pos());
+}
+
+void AppDelegate::erase(bool full)
+{
+    QPointer<AppDelegate> self(this);
+    m_media->IsDriveEmpty([self, full](bool empty) {
+        if (!self)
+            return;
+        if (empty) {
+            self->m_context.alerts->close(QStringLiteral("No disc"), EraseNoDiscText);
+            return;
+        }
+        self->m_media->IsMediaReWritable([self, full](bool rewritable) {
+            if (!self)
+                return;
+            if (!rewritable) {
+                self->m_context.alerts->close(NotRewritableTitle, NotRewritableText);
+                return;
+            }
+            const ToolCommand command = self->m_backend->eraseCommand(self->currentDrive(), full);
+            self->m_runner->runNotified(command, [self] {
+                if (self)
+                    self->taskTerminated();
+            });
+            self->Show_Window_Performing_Operation();
+        });
+    });
+}
+
+void AppDelegate::OnToolsDiscInfo()
+{
+    QPointer<AppDelegate> self(this);
+    m_media->IsDriveEmpty([self](bool empty) {
+        if (!self)
+            return;
+        if (empty) {
+            self->m_context.alerts->close(QStringLiteral("No disc"), InfoNoDiscText);
+            return;
+        }
+        self->m_backend->queryStatus(self->currentDrive(), [self](const MediaStatus &status) {
+            if (!self)
+                return;
+            AlertRequest r;
+            r.messageText = DiscInfoTitle;
+            r.informativeText = status.text;
+            r.buttons = {QStringLiteral("OK")};
+            self->m_context.alerts->show(r);
+        });
+    });
+}
+
+// ------------------------------------------------------------ compilation
+
+void AppDelegate::OnActionAudioAddFiles() { m_adding->OnActionAudioAddFiles(); }
+void AppDelegate::OnActionAudioAddFolder() { m_adding->OnActionAudioAddFolder(); }
+void AppDelegate::OnActionVideoAddFiles() { m_adding->OnActionVideoAddFiles(); }
+void AppDelegate::OnActionVideoAddFolder() { m_adding->OnActionVideoAddFolder(); }
+void AppDelegate::OnActionDataAddFolder() { m_adding->OnActionDataAddFolder(); }
+
+void AppDelegate::OnActionAudioDelete()
+{
+    arrayMediaFiles->removeRowsAt(m_window->tableviewAudioFiles->selectedRows());
+    refreshTableAudioFiles();
+}
+
+void AppDelegate::OnActionVideoDelete()
+{
+    arrayMediaFiles->removeRowsAt(m_window->tableviewVideoFiles->selectedRows());
+    refreshTableVideoFiles();
+}
+
+void AppDelegate::OnActionDataDelete()
+{
+    arrayDataFolders->removeRowsAt(m_window->tableviewDataFolders->selectedRows());
+    refreshTableDataFolders();
+}
+
+void AppDelegate::OnActionAudioClear()
+{
+    arrayMediaFiles->clear();
+    refreshTableAudioFiles();
+}
+
+void AppDelegate::OnActionVideoClear()
+{
+    arrayMediaFiles->clear();
+    refreshTableVideoFiles();
+}
+
+void AppDelegate::OnActionDataClear()
+{
+    arrayDataFolders->clear();
+    refreshTableDataFolders();
+}
+
+void AppDelegate::refreshTableAudioFiles()
+{
+    m_window->tableviewAudioFiles->viewport()->update();
+    i_Audio_Total_Duration_in_Seconds = arrayMediaFiles->totalDurationSeconds();
+    PaintSpaceOccupiedControl();
+}
+
+void AppDelegate::refreshTableVideoFiles()
+{
+    m_window->tableviewVideoFiles->viewport()->update();
+    i_Video_Total_Duration_in_Seconds = arrayMediaFiles->totalDurationSeconds();
+    PaintSpaceOccupiedControl();
+}
+
+void AppDelegate::refreshTableDataFolders()
+{
+    m_window->tableviewDataFolders->viewport()->update();
+    i_Data_Total_Size_in_KBytes = arrayDataFolders->totalKBytes();
+    PaintSpaceOccupiedControl();
+}
+
+void AppDelegate::sortTable(int tab, int column)
+{
+    if (tab == 2) {
+        arrayDataFolders->sortByClickedColumn(column, sortFlags);
+        refreshTableDataFolders();
+        return;
+    }
+    arrayMediaFiles->sortByClickedColumn(column, sortFlags);
+    if (tab == 0)
+        refreshTableAudioFiles();
+    else
+        refreshTableVideoFiles();
+}
+
+void AppDelegate::PaintSpaceOccupiedControl()
+{
+    const quint64 percent = DiscKinds::percentage(
+        m_window->selectedTabIdentifier(), i_Audio_Total_Duration_in_Seconds, i_Video_Total_Duration_in_Seconds,
+        i_Data_Total_Size_in_KBytes, i_Audio_Type, i_Video_Type, i_Data_Type);
+    m_window->spaceoccupiedviewControl->setI_Percentage(qint64(percent));
+}
+
+void AppDelegate::Show_Window_New_Disc()
+{
+    if (windowNewDisc)
+        return;
+    windowNewDisc = new Window_New_Disc(i_Type_of_New_Disc, m_window.get());
+    windowNewDisc->setWindowFlag(Qt::Sheet, true);
+    windowNewDisc->setWindowModality(Qt::WindowModal);
+    connect(windowNewDisc, &Window_New_Disc::closeRequested, this, [this](qint64 kind) {
+        i_Type_of_New_Disc = kind;
+        Close_Window_New_Disc();
+    });
+    windowNewDisc->open();
+}
+
+void AppDelegate::Close_Window_New_Disc()
+{
+    if (windowNewDisc) {
+        windowNewDisc->hide();
+        windowNewDisc->deleteLater();
+    }
+    windowNewDisc = nullptr;
+
+    const NewDiscResult r = DiscKinds::applyNewDisc(i_Type_of_New_Disc);
+    i_Type_of_New_Disc = r.i_Type_of_New_Disc;
+    if (r.setsType)
+        (r.typeTab == 0 ? i_Audio_Type : r.typeTab == 1 ? i_Video_Type : i_Data_Type) = r.typeValue;
+    if (r.emptyLists) {
+        arrayDataFolders->clear();
+        refreshTableDataFolders();
+        arrayMediaFiles->clear();
+        refreshTableVideoFiles();
+        refreshTableAudioFiles();
+    }
+    if (r.selectTab >= 0) {
+        m_window->tabviewMain->setCurrentIndex(r.selectTab);
+        if (auto *b = m_window->findChild<QPushButton *>(r.borderedButton))
+            MainWindow::setBordered(b, true);
+        for (const QString &name : r.borderlessButtons)
+            if (auto *b = m_window->findChild<QPushButton *>(name))
+                MainWindow::setBordered(b, false);
+    }
+    if (!r.burnTitle.isEmpty())
+        setBurnTitle(r.burnTitle);
+}
+
+// ---------------------------------------------------------- video settings
+
+void AppDelegate::Show_Window_Video_Settings()
+{
+    if (windowVideoSettings)
+        return;
+    windowVideoSettings = new Window_Video_Settings(s_Video_Output_Format, s_Audio_Output_Format, m_settings,
+                                                    m_window.get());
+    windowVideoSettings->setWindowFlag(Qt::Sheet, true);
+    windowVideoSettings->setWindowModality(Qt::WindowModal);
+    connect(windowVideoSettings, &Window_Video_Settings::stored, this,
+            [this](const QString &video, const QString &audio) {
+                s_Video_Output_Format = video;
+                s_Audio_Output_Format = audio;
+            });
+    connect(windowVideoSettings, &QDialog::finished, this, &AppDelegate::Close_Window_Video_Settings);
+    windowVideoSettings->open();
+}
+
+void AppDelegate::Close_Window_Video_Settings()
+{
+    if (windowVideoSettings) {
+        windowVideoSettings->hide();
+        windowVideoSettings->deleteLater();
+    }
+    windowVideoSettings = nullptr;
+}
+
+// ------------------------------------------------------- images and copies
+
+void AppDelegate::OnActionISOCreate() { m_isoCreation->OnActionISOCreate(); }
+void AppDelegate::OnActionISOBurn() { m_imageBurn->OnActionISOBurn(); }
+void AppDelegate::DuplicateMedia() { m_duplication->DuplicateMedia(); }
+
+void AppDelegate::Show_Window_Data_Copy_Folders()
+{
+    windowDataCopyFolders = new Window_Data_Copy_Folders(m_window.get());
+    windowDataCopyFolders->begin();
+}
+
+void AppDelegate::Close_Window_Data_Copy_Folders() { dropSheet(windowDataCopyFolders); }
+
+// ----------------------------------------------------------------- colours
+
+bool AppDelegate::systemIsDark() const
+{
+    return m_context.systemIsDark ? m_context.systemIsDark() : DarkMode::systemIsDark();
+}
+
+void AppDelegate::applyTableLook(bool okRule)
+{
+    const TableLook look = ThemeWriting::tableLook(theme, systemIsDark(), okRule);
+    for (CompilationTable *t : {m_window->tableviewVideoFiles, m_window->tableviewAudioFiles,
+                                m_window->tableviewDataFolders})
+        TableLookApplier::applyBackground(t, look);
+    arrayMediaFiles->setTextColor(look.cellText);
+    arrayDataFolders->setTextColor(look.cellText);
+}
+
+void AppDelegate::scheduleOnce(QPointer<QTimer> &slot, void (AppDelegate::*routine)())
+{
+    if (slot) {
+        slot->stop();
+        slot->deleteLater();
+    }
+    auto *timer = new QTimer(this);
+    timer->setSingleShot(true);
+    timer->setInterval(100);
+    connect(timer, &QTimer::timeout, this, [this, routine, timer] {
+        timer->deleteLater();
+        (this->*routine)();
+    });
+    slot = timer;
+    timer->start();
+}
+
+void AppDelegate::OnToolsColors()
+{
+    if (windowColors)
+        return;
+    windowColors = new Window_Colors(theme, m_settings, m_window.get());
+    windowColors->setWindowFlag(Qt::Sheet, true);
+    windowColors->setWindowModality(Qt::WindowModal);
+    connect(windowColors, &Window_Colors::accepted, this, [this](const Theme &chosen) {
+        theme = chosen;
+        OK_Window_Colors();
+    });
+    connect(windowColors, &Window_Colors::cancelled, this, &AppDelegate::Cancel_Window_Colors);
+    connect(windowColors, &Window_Colors::originalsRestored, this, [this](const Theme &defaults) {
+        for (ThemeColor c : ThemeDefaults::all)
+            theme[c] = defaults[c];
+    });
+    windowColors->open();
+}
+
+void AppDelegate::OK_Window_Colors()
+{
+    Cancel_Window_Colors();  // ends the sheet
+    ThemeWriting::writeAfterOk(m_settings, theme);
+    applyTableLook(true);
+    scheduleOnce(timerSetAlternatingRows, &AppDelegate::TimerSetAlternatingRowsRoutine);
+    scheduleOnce(timerForceColorsAtStartup, &AppDelegate::TimerForceColorsAtStartupRoutine);
+}
+
+void AppDelegate::Cancel_Window_Colors()
+{
+    if (windowColors) {
+        windowColors->hide();
+        windowColors->deleteLater();
+    }
+    windowColors = nullptr;
+}
+
+void AppDelegate::TimerSetAlternatingRowsRoutine()
+{
+    const bool on = theme.b_List_Alternating_Rows == 1;
+    for (CompilationTable *t : {m_window->tableviewVideoFiles, m_window->tableviewAudioFiles,
+                                m_window->tableviewDataFolders})
+        TableLookApplier::applyAlternatingRows(t, on);
+}
+
+void AppDelegate::TimerForceColorsAtStartupRoutine()
+{
+    MainWindow *w = m_window.get();
+    w->spaceoccupiedviewControl->setBarColor(theme.colorSpaceOccupiedBar);
+    const QList<QWidget *> views = {
+             w->view_Toolbar_Audio_BG, w->view_Toolbar_Audio_Sub_BG, w->view_Toolbar_Video_BG,
+             w->view_Toolbar_Video_Sub_BG, w->view_Toolbar_Data_BG, w->view_Toolbar_Data_Sub_BG,
+             w->view_Toolbar_ISO_BG, w->view_Toolbar_Tools_BG, w->spaceoccupiedviewControl,
+             w->customviewButtonBurn};
+    for (QWidget *v : views)
+        v->update();
+}
+
+// ----------------------------------------------------------------- preview
+
+void AppDelegate::play(int tab)
+{
+    CompilationTable *table = tab == 0 ? m_window->tableviewAudioFiles : m_window->tableviewVideoFiles;
+    const int row = PreviewSelection::rowToPlay(table->selectedRows(), *m_context.alerts);
+    if (row < 0 || row >= arrayMediaFiles->count())
+        return;
+    if (windowPlayer)
+        windowPlayer->close();
+    windowPlayer = new AVSPDocument(arrayMediaFiles->at(row).s_File_URL, *m_context.alerts, m_window.get());
+    windowPlayer->setAttribute(Qt::WA_DeleteOnClose);
+    windowPlayer->setWindowModality(Qt::ApplicationModal);
+    windowPlayer->show();
+}

@@ -1,0 +1,304 @@
+#include "app/ui/MainWindow.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include "appearance/ui/BackgroundViews.h"
+#include "compilation/ui/CompilationTable.h"
+#include "compilation/ui/SpaceOccupiedView.h"
+
+namespace {
+
+QPushButton *button(const QString &title, const QString &objectName, QWidget *parent,
+                    const QString &accessible = QString())
+{
+    auto *b = new QPushButton(title, parent);
+    b->setObjectName(objectName);
+    b->setAccessibleName(accessible.isEmpty() ? title : accessible);
+    b->setAutoDefault(false);
+    return b;
+}
+
+// A toolbar strip: its buttons left to right, then room.
+View_Toolbar_BG_Color *strip(QWidget *parent, const QString &name, const QList<QPushButton *> &buttons)
+{
+    auto *v = new View_Toolbar_BG_Color(parent);
+    v->setObjectName(name);
+    v->setAccessibleName(name);
+    auto *lay = new QHBoxLayout(v);
+    lay->setContentsMargins(8, 6, 8, 6);
+    for (QPushButton *b : buttons) {
+        b->setParent(v);
+        lay->addWidget(b);
+    }
+    lay->addStretch(1);
+    return v;
+}
+
+QAction *menuItem(QMenu *menu, const QString &title, const QString &name, bool checkable = false)
+{
+    QAction *a = menu->addAction(title);
+    a->setObjectName(name);
+    a->setCheckable(checkable);
+    return a;
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent)
+{
+    setObjectName(QStringLiteral("MainWindow"));
+    setWindowTitle(QStringLiteral("Tamblo"));
+    setAccessibleName(QStringLiteral("Tamblo"));
+    setMinimumSize(700, 400);
+    resize(900, 560);
+
+    auto *central = new QWidget(this);
+    auto *outer = new QVBoxLayout(central);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->setSpacing(0);
+
+    tabviewMain = new QTabWidget(central);
+    tabviewMain->setObjectName(QStringLiteral("tabviewMain"));
+    tabviewMain->setAccessibleName(QStringLiteral("Compilation tabs"));
+    tabviewMain->setDocumentMode(true);
+
+    // Audio
+    auto *audio = new QWidget;
+    {
+        toolbar_btn_Audio_New_Disc = button(QStringLiteral("New Disc"), QStringLiteral("toolbar_btn_Audio_New_Disc"), audio);
+        toolbar_btn_Audio_Add_Files = button(QStringLiteral("Add Files"), QStringLiteral("toolbar_btn_Audio_Add_Files"), audio);
+        toolbar_btn_Audio_Add_Folder = button(QStringLiteral("Add Folder"), QStringLiteral("toolbar_btn_Audio_Add_Folder"), audio);
+        toolbar_btn_Audio_Delete = button(QStringLiteral("Delete"), QStringLiteral("toolbar_btn_Audio_Delete"), audio);
+        toolbar_btn_Audio_Clear = button(QStringLiteral("Clear"), QStringLiteral("toolbar_btn_Audio_Clear"), audio);
+        toolbar_btn_Audio_Play = button(QStringLiteral("Play"), QStringLiteral("toolbar_btn_Audio_Play"), audio);
+        toolbar_btn_Audio_Copy_Disc = button(QStringLiteral("Copy Disc"), QStringLiteral("toolbar_btn_Audio_Copy_Disc"), audio);
+        btnAudioCD = button(QStringLiteral("Audio CD"), QStringLiteral("btnAudioCD"), audio);
+        btnMP3CD = button(QStringLiteral("MP3 CD"), QStringLiteral("btnMP3CD"), audio);
+        btnMP3DVD = button(QStringLiteral("MP3 DVD"), QStringLiteral("btnMP3DVD"), audio);
+        view_Toolbar_Audio_BG = strip(audio, QStringLiteral("view_Toolbar_Audio_BG"),
+                                      {toolbar_btn_Audio_New_Disc, toolbar_btn_Audio_Add_Files,
+                                       toolbar_btn_Audio_Add_Folder, toolbar_btn_Audio_Delete,
+                                       toolbar_btn_Audio_Clear, toolbar_btn_Audio_Play,
+                                       toolbar_btn_Audio_Copy_Disc});
+        view_Toolbar_Audio_Sub_BG = strip(audio, QStringLiteral("view_Toolbar_Audio_Sub_BG"),
+                                          {btnAudioCD, btnMP3CD, btnMP3DVD});
+        tableviewAudioFiles = new CompilationTable(QStringLiteral("Audio files"), audio);
+        tableviewAudioFiles->setObjectName(QStringLiteral("tableviewAudioFiles"));
+        auto *lay = new QVBoxLayout(audio);
+        lay->setContentsMargins(0, 0, 0, 0);
+        lay->setSpacing(0);
+        lay->addWidget(view_Toolbar_Audio_BG);
+        lay->addWidget(view_Toolbar_Audio_Sub_BG);
+        lay->addWidget(tableviewAudioFiles, 1);
+    }
+
+    // Video
+    auto *video = new QWidget;
+    {
+        toolbar_btn_Video_New_Disc = button(QStringLiteral("New Disc"), QStringLiteral("toolbar_btn_Video_New_Disc"), video);
+        toolbar_btn_Video_Add_Files = button(QStringLiteral("Add Files"), QStringLiteral("toolbar_btn_Video_Add_Files"), video);
+        toolbar_btn_Video_Add_Folder = button(QStringLiteral("Add Folder"), QStringLiteral("toolbar_btn_Video_Add_Folder"), video);
+        toolbar_btn_Video_Delete = button(QStringLiteral("Delete"), QStringLiteral("toolbar_btn_Video_Delete"), video);
+        toolbar_btn_Video_Clear = button(QStringLiteral("Clear"), QStringLiteral("toolbar_btn_Video_Clear"), video);
+        toolbar_btn_Video_Play = button(QStringLiteral("Play"), QStringLiteral("toolbar_btn_Video_Play"), video);
+        toolbar_btn_Video_Copy_Disc = button(QStringLiteral("Copy Disc"), QStringLiteral("toolbar_btn_Video_Copy_Disc"), video);
+        toolbar_btn_Video_Settings = button(QStringLiteral("Settings"), QStringLiteral("toolbar_btn_Video_Settings"), video,
+                                            QStringLiteral("Video Settings"));
+        btnVideoDVD = button(QStringLiteral("Video DVD"), QStringLiteral("btnVideoDVD"), video);
+        btnVideoBluray = button(QStringLiteral("Video Blu-ray"), QStringLiteral("btnVideoBluray"), video);
+        view_Toolbar_Video_BG = strip(video, QStringLiteral("view_Toolbar_Video_BG"),
+                                      {toolbar_btn_Video_New_Disc, toolbar_btn_Video_Add_Files,
+                                       toolbar_btn_Video_Add_Folder, toolbar_btn_Video_Delete,
+                                       toolbar_btn_Video_Clear, toolbar_btn_Video_Play,
+                                       toolbar_btn_Video_Copy_Disc, toolbar_btn_Video_Settings});
+        view_Toolbar_Video_Sub_BG = strip(video, QStringLiteral("view_Toolbar_Video_Sub_BG"),
+                                          {btnVideoDVD, btnVideoBluray});
+        tableviewVideoFiles = new CompilationTable(QStringLiteral("Video files"), video);
+        tableviewVideoFiles->setObjectName(QStringLiteral("tableviewVideoFiles"));
+        auto *lay = new QVBoxLayout(video);
+        lay->setContentsMargins(0, 0, 0, 0);
+        lay->setSpacing(0);
+        lay->addWidget(view_Toolbar_Video_BG);
+        lay->addWidget(view_Toolbar_Video_Sub_BG);
+        lay->addWidget(tableviewVideoFiles, 1);
+    }
+
+    // Data
+    auto *data = new QWidget;
+    {
+        toolbar_btn_Data_New_Disc = button(QStringLiteral("New Disc"), QStringLiteral("toolbar_btn_Data_New_Disc"), data);
+        toolbar_btn_Data_Add_Folder = button(QStringLiteral("Add Folder"), QStringLiteral("toolbar_btn_Data_Add_Folder"), data);
+        toolbar_btn_Data_Delete = button(QStringLiteral("Delete"), QStringLiteral("toolbar_btn_Data_Delete"), data);
+        toolbar_btn_Data_Clear = button(QStringLiteral("Clear"), QStringLiteral("toolbar_btn_Data_Clear"), data);
+        toolbar_btn_Data_Copy_Disc = button(QStringLiteral("Copy Disc"), QStringLiteral("toolbar_btn_Data_Copy_Disc"), data);
+        btnDataCD = button(QStringLiteral("Data CD"), QStringLiteral("btnDataCD"), data);
+        btnDataDVD = button(QStringLiteral("Data DVD"), QStringLiteral("btnDataDVD"), data);
+        btnDataBluray = button(QStringLiteral("Data Blu-ray"), QStringLiteral("btnDataBluray"), data);
+        view_Toolbar_Data_BG = strip(data, QStringLiteral("view_Toolbar_Data_BG"),
+                                     {toolbar_btn_Data_New_Disc, toolbar_btn_Data_Add_Folder,
+                                      toolbar_btn_Data_Delete, toolbar_btn_Data_Clear,
+                                      toolbar_btn_Data_Copy_Disc});
+        view_Toolbar_Data_Sub_BG = strip(data, QStringLiteral("view_Toolbar_Data_Sub_BG"),
+                                         {btnDataCD, btnDataDVD, btnDataBluray});
+        tableviewDataFolders = new CompilationTable(QStringLiteral("Data folders"), data);
+        tableviewDataFolders->setObjectName(QStringLiteral("tableviewDataFolders"));
+        auto *lay = new QVBoxLayout(data);
+        lay->setContentsMargins(0, 0, 0, 0);
+        lay->setSpacing(0);
+        lay->addWidget(view_Toolbar_Data_BG);
+        lay->addWidget(view_Toolbar_Data_Sub_BG);
+        lay->addWidget(tableviewDataFolders, 1);
+    }
+
+    // ISO
+    auto *iso = new QWidget;
+    {
+        toolbar_btn_ISO_Create = button(QStringLiteral("Create ISO Image"), QStringLiteral("toolbar_btn_ISO_Create"), iso);
+        toolbar_btn_ISO_Burn = button(QStringLiteral("Burn ISO Image"), QStringLiteral("toolbar_btn_ISO_Burn"), iso);
+        view_Toolbar_ISO_BG = strip(iso, QStringLiteral("view_Toolbar_ISO_BG"), {toolbar_btn_ISO_Create, toolbar_btn_ISO_Burn});
+        auto *lay = new QVBoxLayout(iso);
+        lay->setContentsMargins(0, 0, 0, 0);
+        lay->addWidget(view_Toolbar_ISO_BG);
+        lay->addStretch(1);
+    }
+
+    // Tools
+    auto *tools = new QWidget;
+    {
+        toolbar_btn_Tools_Eject_Disc = button(QStringLiteral("Eject"), QStringLiteral("toolbar_btn_Tools_Eject_Disc"), tools,
+                                              QStringLiteral("Eject Disc"));
+        toolbar_btn_Tools_Load_Disc = button(QStringLiteral("Close Tray"), QStringLiteral("toolbar_btn_Tools_Load_Disc"), tools);
+        toolbar_btn_Tools_Erase_Disc = button(QStringLiteral("Erase"), QStringLiteral("toolbar_btn_Tools_Erase_Disc"), tools,
+                                              QStringLiteral("Erase Disc"));
+        toolbar_btn_Tools_Disc_Info = button(QStringLiteral("Disc Info"), QStringLiteral("toolbar_btn_Tools_Disc_Info"), tools);
+        toolbar_btn_Tools_Colors = button(QStringLiteral("Colors"), QStringLiteral("toolbar_btn_Tools_Colors"), tools);
+        view_Toolbar_Tools_BG = strip(tools, QStringLiteral("view_Toolbar_Tools_BG"),
+                                      {toolbar_btn_Tools_Eject_Disc, toolbar_btn_Tools_Load_Disc,
+                                       toolbar_btn_Tools_Erase_Disc, toolbar_btn_Tools_Disc_Info,
+                                       toolbar_btn_Tools_Colors});
+        popupmenuErase = new QMenu(QStringLiteral("Erase"), this);
+        popupmenuErase->setObjectName(QStringLiteral("popupmenuErase"));
+        menuitemEraseFull = menuItem(popupmenuErase, QStringLiteral("Erase Completely"), QStringLiteral("menuitemEraseFull"));
+        menuitemEraseQuick = menuItem(popupmenuErase, QStringLiteral("Erase Quickly"), QStringLiteral("menuitemEraseQuick"));
+        auto *lay = new QVBoxLayout(tools);
+        lay->setContentsMargins(0, 0, 0, 0);
+        lay->addWidget(view_Toolbar_Tools_BG);
+        lay->addStretch(1);
+    }
+
+    const QList<QPair<QWidget *, QString>> tabs = {{audio, QStringLiteral("Audio")}, {video, QStringLiteral("Video")},
+                                                   {data, QStringLiteral("Data")}, {iso, QStringLiteral("ISO")},
+                                                   {tools, QStringLiteral("Tools")}};
+    for (int i = 0; i < tabs.size(); ++i) {
+        tabs[i].first->setAccessibleName(tabs[i].second);
+        tabviewMain->addTab(tabs[i].first, tabs[i].second);
+        tabviewMain->tabBar()->setTabData(i, QString::number(i + 1));
+    }
+    outer->addWidget(tabviewMain, 1);
+
+    // Bottom bar: the gauge and the Burn button.
+    auto *bottom = new QWidget(central);
+    bottom->setObjectName(QStringLiteral("bottomBar"));
+    auto *bl = new QHBoxLayout(bottom);
+    bl->setContentsMargins(8, 6, 8, 6);
+    spaceoccupiedviewControl = new SpaceOccupiedView(bottom);
+    spaceoccupiedviewControl->setObjectName(QStringLiteral("customviewSpaceOccupied"));
+    customviewButtonBurn = new View_Bottom_Bar_BG_Color(bottom);
+    customviewButtonBurn->setObjectName(QStringLiteral("customviewButtonBurn"));
+    auto *burnLay = new QHBoxLayout(customviewButtonBurn);
+    burnLay->setContentsMargins(6, 4, 6, 4);
+    btnBurn = button(QStringLiteral("Burn Audio CD"), QStringLiteral("btnBurn"), customviewButtonBurn);
+    btnBurn->setMinimumWidth(170);
+    burnLay->addWidget(btnBurn);
+    bl->addWidget(spaceoccupiedviewControl, 1);
+    bl->addWidget(customviewButtonBurn);
+    outer->addWidget(bottom);
+    setCentralWidget(central);
+
+    // Menus
+    QMenu *appMenu = menuBar()->addMenu(QStringLiteral("Tamblo"));
+    menuitemDebugMode = menuItem(appMenu, QStringLiteral("Debug Mode"), QStringLiteral("menuitemDebugMode"), true);
+    appMenu->addSeparator();
+    menuitemQuit = menuItem(appMenu, QStringLiteral("Quit Tamblo"), QStringLiteral("menuitemQuit"));
+    menuitemQuit->setShortcut(QKeySequence::Quit);
+    menuitemQuit->setMenuRole(QAction::QuitRole);
+
+    QMenu *discMenu = menuBar()->addMenu(QStringLiteral("Disc"));
+    menuitemNewDisc = menuItem(discMenu, QStringLiteral("New Disc…"), QStringLiteral("menuitemNewDisc"));
+    menuitemNewDisc->setShortcut(QKeySequence::New);
+
+    QMenu *tabMenu = menuBar()->addMenu(QStringLiteral("Tab"));
+    submenuItemTabAudio = menuItem(tabMenu, QStringLiteral("Audio"), QStringLiteral("submenuItemTabAudio"), true);
+    submenuItemTabVideo = menuItem(tabMenu, QStringLiteral("Video"), QStringLiteral("submenuItemTabVideo"), true);
+    submenuItemTabData = menuItem(tabMenu, QStringLiteral("Data"), QStringLiteral("submenuItemTabData"), true);
+    submenuItemTabISO = menuItem(tabMenu, QStringLiteral("ISO"), QStringLiteral("submenuItemTabISO"), true);
+    submenuItemTabTools = menuItem(tabMenu, QStringLiteral("Tools"), QStringLiteral("submenuItemTabTools"), true);
+    submenuItemTabAudio->setChecked(true);
+
+    QMenu *driveMenu = menuBar()->addMenu(QStringLiteral("Drive"));
+    for (int i = 0; i < 6; ++i) {
+        submenuItemDriveSlot[i] = menuItem(driveMenu, i == 0 ? QStringLiteral("No Drive") : QStringLiteral("Drive %1").arg(i + 1),
+                                           QStringLiteral("submenuItemDriveSlot%1").arg(i + 1), true);
+        submenuItemDriveSlot[i]->setVisible(i == 0);
+    }
+
+    QMenu *helpMenu = menuBar()->addMenu(QStringLiteral("Help"));
+    menuitemHelpAppHomePage = menuItem(helpMenu, QStringLiteral("Tamblo Home Page"), QStringLiteral("menuitemHelpAppHomePage"));
+    menuitemHelpCompanyHomePage = menuItem(helpMenu, QStringLiteral("Zendrova Home Page"), QStringLiteral("menuitemHelpCompanyHomePage"));
+    menuitemHelpSubmitTicket = menuItem(helpMenu, QStringLiteral("Submit a Support Ticket"), QStringLiteral("menuitemHelpSubmitTicket"));
+    menuitemHelpPrivacyPolicy = menuItem(helpMenu, QStringLiteral("Privacy Policy"), QStringLiteral("menuitemHelpPrivacyPolicy"));
+
+    setBordered(btnAudioCD, true);
+    setBordered(btnMP3CD, false);
+    setBordered(btnMP3DVD, false);
+    setBordered(btnVideoDVD, true);
+    setBordered(btnVideoBluray, false);
+    setBordered(btnDataCD, true);
+    setBordered(btnDataDVD, false);
+    setBordered(btnDataBluray, false);
+}
+
+QString MainWindow::tabIdentifier(int index) const
+{
+    return tabviewMain->tabBar()->tabData(index).toString();
+}
+
+QString MainWindow::selectedTabIdentifier() const
+{
+    return tabIdentifier(tabviewMain->currentIndex());
+}
+
+void MainWindow::setBordered(QPushButton *button, bool bordered)
+{
+    button->setFlat(!bordered);
+    QFont f = button->font();
+    f.setBold(bordered);
+    button->setFont(f);
+    // Screen readers hear which kind is chosen.
+    button->setAccessibleDescription(bordered ? QStringLiteral("Chosen") : QString());
+}
+
+bool MainWindow::isBordered(const QPushButton *button)
+{
+    return !button->isFlat();
+}
+
+QList<QAction *> MainWindow::tabMenuItems() const
+{
+    return {submenuItemTabAudio, submenuItemTabVideo, submenuItemTabData, submenuItemTabISO, submenuItemTabTools};
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    event->accept();
+    emit windowWillClose();
+}
