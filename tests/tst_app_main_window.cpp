@@ -1,4 +1,5 @@
 #include <QAction>
+#include <QProcess>
 #include <QHeaderView>
 #include <QMenu>
 #include <QPushButton>
@@ -574,6 +575,66 @@ private slots:
         QCOMPARE(h.app->arrayMediaFiles->count(), 0);
         QCOMPARE(w->tableviewVideoFiles->model()->rowCount(), 0);
         QVERIFY(h.alerts.shown.isEmpty());
+    }
+
+    void addingShowsTheSingleBarSheetAndFillsBothMediaTables()
+    {
+        AppHarness<> h;
+        QVERIFY(h.start());
+        QTemporaryDir media;
+        QStringList files;
+        for (int i = 1; i <= 3; ++i) {
+            const QString f = media.filePath(QString("tone %1.mp3").arg(i));
+            QCOMPARE(QProcess::execute("ffmpeg", {"-nostdin", "-v", "error", "-f", "lavfi", "-i",
+                                                  "sine=d=" + QString::number(i), f}),
+                     0);
+            files << f;
+        }
+        h.app->OnMenuTabVideo();  // added on the Video tab ...
+        h.picker.answers.enqueue(files);
+        QList<double> values;
+        double maximum = -1;
+        QTimer watch;
+        connect(&watch, &QTimer::timeout, this, [&] {
+            if (h.app->windowUniqueProgress) {
+                maximum = h.app->windowUniqueProgress->progressBar->maxDouble();
+                const double v = h.app->windowUniqueProgress->progressBar->doubleValue();
+                if (values.isEmpty() || values.last() != v)
+                    values << v;
+            }
+        });
+        watch.start(1);
+        h.app->mainWindow()->toolbar_btn_Video_Add_Files->click();
+        QVERIFY(h.app->windowUniqueProgress);
+        QVERIFY(h.app->windowUniqueProgress->isVisible());
+        QTRY_COMPARE_WITH_TIMEOUT(h.app->arrayMediaFiles->count(), 3, 20000);
+        QTRY_VERIFY(!h.app->windowUniqueProgress);
+        QCOMPARE(maximum, 3.0);
+        QVERIFY(values.size() >= 1);
+        QCOMPARE(values.first(), 0.0);
+        // ... shows in the Audio table too, and the total is the files' seconds.
+        QCOMPARE(h.app->mainWindow()->tableviewAudioFiles->model()->rowCount(), 3);
+        QCOMPARE(h.app->i_Video_Total_Duration_in_Seconds, qint64(1 + 2 + 3));
+        QCOMPARE(h.app->arrayMediaFiles->at(2).s_File_Name_With_Extension, QString("tone 3.mp3"));
+    }
+
+    void dataFolderIsMeasuredBehindTheSheet()
+    {
+        AppHarness<> h;
+        QVERIFY(h.start());
+        QTemporaryDir tree;
+        QFile f(tree.filePath("a.bin"));
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(QByteArray(2048, 'x'));
+        f.close();
+        h.app->OnMenuTabData();
+        h.picker.answers.enqueue({tree.path()});
+        h.app->mainWindow()->toolbar_btn_Data_Add_Folder->click();
+        QVERIFY(h.app->windowUniqueProgress);
+        QTRY_COMPARE(h.app->arrayDataFolders->count(), 1);
+        QTRY_VERIFY(!h.app->windowUniqueProgress);
+        QCOMPARE(h.app->arrayDataFolders->at(0).i_Size_in_KBytes, quint64(2));
+        QCOMPARE(h.app->i_Data_Total_Size_in_KBytes, qint64(2));
     }
 
     void playWithNothingSelectedSaysSo()

@@ -85,6 +85,8 @@ bool CompilationActions::addDataFolder(const QString &folderPath)
     if (folderPath.isEmpty() || isBusy())
         return false;
     emit busyChanged(true);
+    // One entry to measure: the sheet stays up while the tree is walked.
+    emit progressSheetShown(1);
     m_folder.start(folderPath);
     return true;
 }
@@ -112,6 +114,8 @@ void CompilationActions::onFolderMeasured(const NodeDataFolder &record)
 {
     if (m_data)
         m_data->append(record);
+    emit progressChanged(1);
+    emit progressSheetClosed();
     emit busyChanged(false);
     emit refreshTable(DataTab);
 }

@@ -14,7 +14,7 @@ class DataFolderModel;
 // probed off the UI thread behind a determinate progress sheet (the window
 // shows it on progressSheetShown, moves it on progressChanged and closes it
 // on progressSheetClosed); the data folder is measured off the UI thread
-// too. Records land in the lists in the panel's (or folder's) order; the
+// too, behind the same sheet (maximum 1). Records land in the lists in the panel's (or folder's) order; the
 // same file chosen twice is listed twice. Each action ends with the tab's
 // table refresh (refreshTable). Cancelling a panel, or a folder with nothing
 // to add, does nothing and says nothing.

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
 #include <memory>
@@ -49,6 +50,7 @@ struct AppHarness {
         c.settings = settings.get();
         c.documentsDir = documents;
         c.tools.backend = ToolPaths::Backend::Linux;
+        c.tools.ffmpeg = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
         c.driveBackend = drive;
         c.exitProcess = [this](int code) { exits << code; };
         c.openUrl = [this](const QUrl &u) { opened << u; };
