@@ -1,0 +1,578 @@
+// The add actions of the Audio, Video and Data tabs: the panels they ask
+// for, the progress sheet, the order in which records land, and bad input.
+// Media is made here with ffmpeg's lavfi sources.
+#include "support/TestMain.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QUrl>
+#include <algorithm>
+
+#include "compilation/CompilationActions.h"
+#include "compilation/DataFolderModel.h"
+#include "compilation/ExtensionLists.h"
+#include "compilation/Measurements.h"
+#include "compilation/MediaListModel.h"
+#include "support/FakeFilePicker.h"
+
+namespace {
+
+// Everything the actions say, in the order they say it.
+struct Recorder {
+    QStringList events;
+    explicit Recorder(CompilationActions *actions)
+    {
+        QObject::connect(actions, &CompilationActions::progressSheetShown, actions,
+                         [this](int max) { events << QStringLiteral("shown %1").arg(max); });
+        QObject::connect(actions, &CompilationActions::progressChanged, actions,
+                         [this](int v) { events << QStringLiteral("progress %1").arg(v); });
+        QObject::connect(actions, &CompilationActions::progressSheetClosed, actions,
+                         [this] { events << QStringLiteral("closed"); });
+        QObject::connect(actions, &CompilationActions::refreshTable, actions,
+                         [this](int tab) { events << QStringLiteral("refresh %1").arg(tab); });
+    }
+    bool refreshed() const
+    {
+        return std::any_of(events.cbegin(), events.cend(),
+                           [](const QString &e) { return e.startsWith(QLatin1String("refresh")); });
+    }
+};
+
+// One fresh set of lists, panel and actions per test.
+struct Rig {
+    MediaListModel media;
+    DataFolderModel data;
+    FakeFilePicker picker;
+    CompilationActions actions{&media, &data, &picker};
+    Recorder rec{&actions};
+    explicit Rig(const QString &ffmpeg) { actions.setFfmpegPath(ffmpeg); }
+};
+
+NodeMediaFile placeholder(const QString &name)
+{
+    NodeMediaFile n;
+    n.s_File_Path = QStringLiteral("/nowhere/") + name;
+    n.s_File_Name_With_Extension = name;
+    n.s_Folder_Path = QStringLiteral("/nowhere");
+    n.s_Duration = QStringLiteral(" 00:00:01.0");
+    n.i_Duration_in_Seconds = 1;
+    n.s_File_Size = QStringLiteral("1.00 KB");
+    return n;
+}
+
+// The byte total of a tree counted here, entry by entry (folders with the
+// size of their own entry, the top folder left out).
+quint64 treeBytes(const QString &folder)
+{
+    quint64 total = 0;
+    QDirIterator it(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        it.next();
+        const qint64 s = it.fileInfo().size();
+        if (s > 0)
+            total += quint64(s);
+    }
+    return total;
+}
+
+bool writeText(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly))
+        return false;
+    return f.write(bytes) == bytes.size();
+}
+
+} // namespace
+
+class TestCompilationAdding : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_dir;
+    QString m_ffmpeg;
+    int m_folderCount = 0;
+
+    QString path(const QString &name) const { return m_dir.filePath(name); }
+
+    bool ffmpeg(const QStringList &args)
+    {
+        QProcess p;
+        p.setProgram(m_ffmpeg);
+        p.setArguments(QStringList{QStringLiteral("-nostdin"), QStringLiteral("-v"),
+                                   QStringLiteral("error"), QStringLiteral("-y")}
+                       + args);
+        p.setStandardInputFile(QProcess::nullDevice());
+        p.start();
+        return p.waitForFinished(120000) && p.exitStatus() == QProcess::NormalExit
+            && p.exitCode() == 0;
+    }
+
+    bool makeTone(const QString &file, int seconds)
+    {
+        return ffmpeg({QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
+                       QStringLiteral("sine=frequency=440:d=%1").arg(seconds), file});
+    }
+
+    // A new empty folder inside the test's temporary folder.
+    QString newFolder(const QString &stem)
+    {
+        const QString p = path(QStringLiteral("%1-%2").arg(stem).arg(++m_folderCount));
+        return QDir().mkpath(p) ? p : QString();
+    }
+
+    // A copy of one of the generated base files under another name.
+    static bool copyAs(const QString &from, const QString &to)
+    {
+        QFile::remove(to);
+        return QFile::copy(from, to);
+    }
+
+    static void waitForRefresh(Rig &rig, int timeoutMs = 60000)
+    {
+        QTRY_VERIFY_WITH_TIMEOUT(rig.rec.refreshed(), timeoutMs);
+    }
+
+    // The record of a real file must carry every field the lists show.
+    static void checkRecord(const NodeMediaFile &n, const QString &filePath, qint64 seconds)
+    {
+        const QFileInfo fi(filePath);
+        QCOMPARE(n.s_File_Path, filePath);
+        QCOMPARE(n.s_File_URL, QUrl::fromLocalFile(filePath));
+        QCOMPARE(n.s_Folder_Path, fi.absolutePath());
+        QCOMPARE(n.s_File_Name_With_Extension, fi.fileName());
+        QCOMPARE(n.s_File_Extension, fi.suffix());
+        QCOMPARE(n.s_Duration, QStringLiteral(" 00:00:%1.0").arg(seconds, 2, 10, QLatin1Char('0')));
+        QCOMPARE(n.i_Duration_in_Seconds, seconds);
+        QVERIFY(fi.size() > 0);
+        QCOMPARE(n.s_File_Size, Measurements::sizeText(quint64(fi.size())));
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_ffmpeg = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
+        QVERIFY2(!m_ffmpeg.isEmpty(), "ffmpeg must be installed for these tests");
+        QVERIFY(m_dir.isValid());
+        QVERIFY(makeTone(path("base2.mp3"), 2));
+        QVERIFY(makeTone(path("base3.mp3"), 3));
+        QVERIFY(ffmpeg({"-f", "lavfi", "-i", "testsrc=d=2:s=160x120:r=25", "-pix_fmt", "yuv420p",
+                        path("base2.mp4")}));
+    }
+
+    // Three audio files from the panel: the sheet, its steps in order, the
+    // refresh, and three filled records appended in the panel's order.
+    void threeAudioFilesShowSheetStepsAndRecords()
+    {
+        Rig rig(m_ffmpeg);
+        rig.media.append(placeholder(QStringLiteral("already.mp3")));
+
+        const QString dir = newFolder("three");
+        const QStringList files{dir + "/Zulu first.MP3", dir + "/alpha second.mp3",
+                                dir + "/Mike third.Mp3"};
+        for (const QString &f : files)
+            QVERIFY(copyAs(path("base2.mp3"), f));
+        rig.picker.answers.enqueue(files);
+
+        QSignalSpy shown(&rig.actions, &CompilationActions::progressSheetShown);
+        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        QCOMPARE(shown.count(), 1);
+        QCOMPARE(shown.at(0).at(0).toInt(), 3);
+        QVERIFY(rig.actions.isBusy());
+        waitForRefresh(rig);
+
+        QCOMPARE(rig.rec.events,
+                 QStringList({"shown 3", "progress 1", "progress 2", "progress 3", "closed",
+                              "refresh 0"}));
+        QVERIFY(!rig.actions.isBusy());
+        QCOMPARE(rig.media.count(), 4);
+        QCOMPARE(rig.media.at(0).s_File_Name_With_Extension, QStringLiteral("already.mp3"));
+        for (int i = 0; i < 3; ++i)
+            checkRecord(rig.media.at(i + 1), files.at(i), 2);
+        QCOMPARE(rig.media.at(1).s_File_Extension, QStringLiteral("MP3"));
+        QCOMPARE(rig.media.at(2).s_File_Extension, QStringLiteral("mp3"));
+        QCOMPARE(rig.media.at(3).s_File_Extension, QStringLiteral("Mp3"));
+        QCOMPARE(rig.media.at(1).s_Duration, QStringLiteral(" 00:00:02.0"));
+        QCOMPARE(rig.data.count(), 0);
+    }
+
+    // The panels the five actions ask for.
+    void panelRequests()
+    {
+        Rig rig(m_ffmpeg);  // every answer is Cancel
+        QVERIFY(!rig.actions.OnActionAudioAddFiles());
+        QVERIFY(!rig.actions.OnActionVideoAddFiles());
+        QVERIFY(!rig.actions.OnActionAudioAddFolder());
+        QVERIFY(!rig.actions.OnActionVideoAddFolder());
+        QVERIFY(!rig.actions.OnActionDataAddFolder());
+        QCOMPARE(rig.picker.requests.size(), 5);
+
+        const QStringList audio{"wma", "wav", "cda", "mp3", "mp2", "mpga", "m4a"};
+        const QStringList video{"wmv", "mov", "mpg", "mpeg", "mpe", "avi", "asf", "asx", "qt",
+                                "mp4", "mpeg-4", "flv", "ts", "3gp", "fli", "m1v", "m2v", "mjpg"};
+        QCOMPARE(ExtensionLists::audio(), audio);
+        QCOMPARE(ExtensionLists::video(), video);
+
+        const PickRequest &audioFiles = rig.picker.requests.at(0);
+        QCOMPARE(audioFiles.kind, PickRequest::Kind::Files);
+        QVERIFY(audioFiles.multiple);
+        QCOMPARE(audioFiles.allowedExtensions, audio);
+
+        const PickRequest &videoFiles = rig.picker.requests.at(1);
+        QCOMPARE(videoFiles.kind, PickRequest::Kind::Files);
+        QVERIFY(videoFiles.multiple);
+        QCOMPARE(videoFiles.allowedExtensions, video);
+
+        for (int i = 2; i < 5; ++i) {
+            const PickRequest &folder = rig.picker.requests.at(i);
+            QCOMPARE(folder.kind, PickRequest::Kind::Folder);
+            QVERIFY(!folder.multiple);
+        }
+    }
+
+    // Extensions match exactly: b.MP3 and c.txt are left out.
+    void folderAddsOnlyExactExtension()
+    {
+        Rig rig(m_ffmpeg);
+        const QString dir = newFolder("exact");
+        QVERIFY(copyAs(path("base2.mp3"), dir + "/a.mp3"));
+        QVERIFY(copyAs(path("base2.mp3"), dir + "/b.MP3"));
+        QVERIFY(writeText(dir + "/c.txt", "text"));
+        rig.picker.answers.enqueue({dir});
+
+        QVERIFY(rig.actions.OnActionAudioAddFolder());
+        waitForRefresh(rig);
+        QCOMPARE(rig.rec.events,
+                 QStringList({"shown 1", "progress 1", "closed", "refresh 0"}));
+        QCOMPARE(rig.media.count(), 1);
+        checkRecord(rig.media.at(0), dir + "/a.mp3", 2);
+    }
+
+    // Only the folder's own files, never those of its subfolders.
+    void folderAddsTopLevelOnly()
+    {
+        Rig rig(m_ffmpeg);
+        const QString dir = newFolder("top");
+        QVERIFY(QDir().mkpath(dir + "/sub/deeper"));
+        QVERIFY(QDir().mkpath(dir + "/folder.mp3"));  // a folder named like a file
+        QVERIFY(copyAs(path("base2.mp3"), dir + "/one.mp3"));
+        QVERIFY(copyAs(path("base3.mp3"), dir + "/two.mp3"));
+        QVERIFY(copyAs(path("base2.mp3"), dir + "/sub/inner.mp3"));
+        QVERIFY(copyAs(path("base2.mp3"), dir + "/sub/deeper/deepest.mp3"));
+
+        QVERIFY(rig.actions.addMediaFolder(CompilationActions::AudioTab, dir));
+        waitForRefresh(rig);
+        QCOMPARE(rig.rec.events.first(), QStringLiteral("shown 2"));
+        QCOMPARE(rig.rec.events.last(), QStringLiteral("refresh 0"));
+        QCOMPARE(rig.media.count(), 2);
+        QStringList names;
+        for (const NodeMediaFile &n : rig.media.records()) {
+            names << n.s_File_Name_With_Extension;
+            QCOMPARE(n.s_Folder_Path, dir);
+        }
+        names.sort();
+        QCOMPARE(names, QStringList({"one.mp3", "two.mp3"}));
+        for (const NodeMediaFile &n : rig.media.records())
+            checkRecord(n, n.s_File_Path, n.s_File_Name_With_Extension == "one.mp3" ? 2 : 3);
+    }
+
+    // Nothing to add: no sheet, no signal at all, false.
+    void folderWithoutMatchesDoesNothing()
+    {
+        Rig rig(m_ffmpeg);
+        QSignalSpy busy(&rig.actions, &CompilationActions::busyChanged);
+        const QString dir = newFolder("nomatch");
+        QVERIFY(writeText(dir + "/c.txt", "text"));
+        QVERIFY(copyAs(path("base2.mp3"), dir + "/d.MP3"));
+        QVERIFY(QDir().mkpath(dir + "/sub"));
+        QVERIFY(copyAs(path("base2.mp3"), dir + "/sub/e.mp3"));
+        const QString empty = newFolder("empty");
+
+        rig.picker.answers.enqueue({dir});
+        QVERIFY(!rig.actions.OnActionAudioAddFolder());
+        rig.picker.answers.enqueue({empty});
+        QVERIFY(!rig.actions.OnActionVideoAddFolder());
+        QVERIFY(!rig.actions.addMediaFolder(CompilationActions::VideoTab, dir));
+        QVERIFY(!rig.actions.addMediaFolder(CompilationActions::AudioTab, path("no-such-folder")));
+        QCOMPARE(rig.picker.requests.size(), 2);
+        QTest::qWait(300);
+        QCOMPARE(rig.rec.events, QStringList());
+        QCOMPARE(busy.count(), 0);
+        QCOMPARE(rig.media.count(), 0);
+        QVERIFY(!rig.actions.isBusy());
+    }
+
+    // Cancel on any panel: nothing at all.
+    void cancelledPanelDoesNothing()
+    {
+        Rig rig(m_ffmpeg);
+        rig.media.append(placeholder(QStringLiteral("keep.mp3")));
+        QSignalSpy busy(&rig.actions, &CompilationActions::busyChanged);
+        QSignalSpy rowsIn(&rig.media, &QAbstractItemModel::rowsInserted);
+        QSignalSpy dataIn(&rig.data, &QAbstractItemModel::rowsInserted);
+
+        rig.picker.answers.enqueue(QStringList());
+        QVERIFY(!rig.actions.OnActionAudioAddFiles());
+        rig.picker.answers.enqueue(QStringList());
+        QVERIFY(!rig.actions.OnActionVideoAddFiles());
+        QVERIFY(!rig.actions.OnActionAudioAddFolder());
+        QVERIFY(!rig.actions.OnActionVideoAddFolder());
+        QVERIFY(!rig.actions.OnActionDataAddFolder());
+        QCOMPARE(rig.picker.requests.size(), 5);
+
+        QTest::qWait(300);
+        QCOMPARE(rig.rec.events, QStringList());
+        QCOMPARE(busy.count(), 0);
+        QCOMPARE(rowsIn.count(), 0);
+        QCOMPARE(dataIn.count(), 0);
+        QCOMPARE(rig.media.count(), 1);
+        QCOMPARE(rig.data.count(), 0);
+        QVERIFY(!rig.actions.isBusy());
+    }
+
+    // The Video tab adds to the same list the Audio tab shows.
+    void videoTabSharesTheMediaList()
+    {
+        Rig rig(m_ffmpeg);
+        const QString dir = newFolder("video");
+        const QString song = dir + "/song.mp3";
+        const QString clip = dir + "/clip.mp4";
+        QVERIFY(copyAs(path("base2.mp3"), song));
+        QVERIFY(copyAs(path("base2.mp4"), clip));
+
+        rig.picker.answers.enqueue({song});
+        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        waitForRefresh(rig);
+        QCOMPARE(rig.rec.events.last(), QStringLiteral("refresh 0"));
+        rig.rec.events.clear();
+
+        rig.picker.answers.enqueue({clip});
+        QVERIFY(rig.actions.OnActionVideoAddFiles());
+        waitForRefresh(rig);
+        QCOMPARE(rig.rec.events,
+                 QStringList({"shown 1", "progress 1", "closed", "refresh 1"}));
+        QCOMPARE(rig.media.count(), 2);
+        checkRecord(rig.media.at(0), song, 2);
+        checkRecord(rig.media.at(1), clip, 2);
+        QCOMPARE(rig.data.count(), 0);
+
+        // The Video folder action keeps the video list's extensions.
+        rig.rec.events.clear();
+        rig.picker.answers.enqueue({dir});
+        QVERIFY(rig.actions.OnActionVideoAddFolder());
+        waitForRefresh(rig);
+        QCOMPARE(rig.rec.events.last(), QStringLiteral("refresh 1"));
+        QCOMPARE(rig.media.count(), 3);
+        checkRecord(rig.media.at(2), clip, 2);
+    }
+
+    // The same file chosen twice is listed twice.
+    void sameFileTwiceIsListedTwice()
+    {
+        Rig rig(m_ffmpeg);
+        const QString f = path("base3.mp3");
+        rig.picker.answers.enqueue({f, f});
+        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        waitForRefresh(rig);
+        QCOMPARE(rig.rec.events,
+                 QStringList({"shown 2", "progress 1", "progress 2", "closed", "refresh 0"}));
+        QCOMPARE(rig.media.count(), 2);
+        checkRecord(rig.media.at(0), f, 3);
+        checkRecord(rig.media.at(1), f, 3);
+
+        // And once more in a later add.
+        rig.rec.events.clear();
+        rig.picker.answers.enqueue({f});
+        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        waitForRefresh(rig);
+        QCOMPARE(rig.media.count(), 3);
+        checkRecord(rig.media.at(2), f, 3);
+        QCOMPARE(rig.media.totalDurationSeconds(), qint64(9));
+    }
+
+    // The data folder: measured off the UI thread behind a sheet of one step.
+    void dataFolderMeasuredBehindSheet()
+    {
+        Rig rig(m_ffmpeg);
+        const QString dir = newFolder("data");
+        QVERIFY(QDir().mkpath(dir + "/sub/deeper"));
+        QVERIFY(writeText(dir + "/big.bin", QByteArray(300 * 1024 + 17, 'b')));
+        QVERIFY(writeText(dir + "/sub/mid.bin", QByteArray(70 * 1024, 'm')));
+        QVERIFY(writeText(dir + "/sub/deeper/.hidden", QByteArray(5000, 'h')));
+        const quint64 bytes = treeBytes(dir);
+        QVERIFY(bytes > 375 * 1024);
+
+        rig.picker.answers.enqueue({dir});
+        QSignalSpy busy(&rig.actions, &CompilationActions::busyChanged);
+        QVERIFY(rig.actions.OnActionDataAddFolder());
+        // Returned before the walk's result came back: it lands from the
+        // event loop, after the sheet went up.
+        QCOMPARE(rig.rec.events, QStringList({"shown 1"}));
+        QCOMPARE(rig.data.count(), 0);
+        QVERIFY(rig.actions.isBusy());
+        QCOMPARE(busy.count(), 1);
+        QCOMPARE(busy.at(0).at(0).toBool(), true);
+        // A second add while one runs starts nothing.
+        QVERIFY(!rig.actions.addDataFolder(dir));
+
+        waitForRefresh(rig);
+        QCOMPARE(rig.rec.events,
+                 QStringList({"shown 1", "progress 1", "closed", "refresh 2"}));
+        QCOMPARE(busy.count(), 2);
+        QCOMPARE(busy.at(1).at(0).toBool(), false);
+        QCOMPARE(rig.data.count(), 1);
+        QCOMPARE(rig.data.at(0).s_Path, dir);
+        QCOMPARE(rig.data.at(0).i_Size_in_KBytes, bytes >> 10);
+        QCOMPARE(rig.data.at(0).s_Size, Measurements::sizeText(bytes));
+        QCOMPARE(rig.media.count(), 0);
+
+        // The same folder again: two rows, twice the kilobytes.
+        rig.rec.events.clear();
+        QVERIFY(rig.actions.addDataFolder(dir));
+        waitForRefresh(rig);
+        QCOMPARE(rig.rec.events,
+                 QStringList({"shown 1", "progress 1", "closed", "refresh 2"}));
+        QCOMPARE(rig.data.count(), 2);
+        QCOMPARE(rig.data.at(1).s_Path, dir);
+        QCOMPARE(rig.data.totalKBytes(), qint64(2 * (bytes >> 10)));
+    }
+
+    // A file that is not media: a record with no duration, not a crash.
+    void garbageFileGivesEmptyDuration()
+    {
+        Rig rig(m_ffmpeg);
+        const QString dir = newFolder("garbage");
+        const QString bad = dir + "/x.mp3";
+        QByteArray text;
+        for (int i = 0; i < 200; ++i)
+            text += "this is not audio at all, line " + QByteArray::number(i) + "\n";
+        QVERIFY(writeText(bad, text));
+        const QString good = dir + "/good.mp3";
+        QVERIFY(copyAs(path("base2.mp3"), good));
+
+        rig.picker.answers.enqueue({bad, good});
+        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        waitForRefresh(rig);
+        QCOMPARE(rig.rec.events,
+                 QStringList({"shown 2", "progress 1", "progress 2", "closed", "refresh 0"}));
+        QCOMPARE(rig.media.count(), 2);
+        const NodeMediaFile &n = rig.media.at(0);
+        QCOMPARE(n.s_File_Path, bad);
+        QCOMPARE(n.s_File_Name_With_Extension, QStringLiteral("x.mp3"));
+        QCOMPARE(n.s_File_Extension, QStringLiteral("mp3"));
+        QCOMPARE(n.s_Folder_Path, dir);
+        QCOMPARE(n.s_Duration, QString());
+        QCOMPARE(n.i_Duration_in_Seconds, qint64(0));
+        QCOMPARE(n.s_File_Size, Measurements::sizeText(quint64(text.size())));
+        checkRecord(rig.media.at(1), good, 2);
+    }
+
+    // Names that a shell would mangle reach ffmpeg whole.
+    void awkwardNamesGetTheirDuration()
+    {
+        Rig rig(m_ffmpeg);
+        const QString dir = newFolder("names");
+        const QStringList names{
+            QStringLiteral("-rf 'x' é.mp3"),
+            QStringLiteral("with  two  spaces .mp3"),
+            QStringLiteral("say \"hi\" $HOME `id` ;&|.mp3"),
+            QStringLiteral("Ünïcødé ñame 日本.mp3"),
+            QStringLiteral("-i.mp3"),
+        };
+        QStringList files;
+        for (const QString &name : names) {
+            files << dir + "/" + name;
+            QVERIFY2(copyAs(path("base3.mp3"), files.last()), qPrintable(name));
+        }
+        rig.picker.answers.enqueue(files);
+        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        waitForRefresh(rig);
+        QCOMPARE(rig.media.count(), names.size());
+        for (int i = 0; i < names.size(); ++i) {
+            QCOMPARE(rig.media.at(i).s_File_Name_With_Extension, names.at(i));
+            checkRecord(rig.media.at(i), files.at(i), 3);
+        }
+    }
+
+    // A data folder deleted while it is walked still ends with one record
+    // and the sheet closed.
+    void dataFolderRemovedWhileMeasured()
+    {
+        Rig rig(m_ffmpeg);
+        const QString dir = newFolder("vanishing");
+        for (int d = 0; d < 40; ++d) {
+            const QString sub = QStringLiteral("%1/d%2/e%2").arg(dir).arg(d);
+            QVERIFY(QDir().mkpath(sub));
+            for (int f = 0; f < 100; ++f)
+                QVERIFY(writeText(QStringLiteral("%1/f%2.bin").arg(sub).arg(f),
+                                  QByteArray(100 + f, 'z')));
+        }
+        const quint64 before = treeBytes(dir);
+        QVERIFY(before > 400000);
+
+        QVERIFY(rig.actions.addDataFolder(dir));
+        QVERIFY(QDir(dir).removeRecursively());
+        QVERIFY(!QFileInfo::exists(dir));
+
+        waitForRefresh(rig);
+        QCOMPARE(rig.rec.events,
+                 QStringList({"shown 1", "progress 1", "closed", "refresh 2"}));
+        QCOMPARE(rig.data.count(), 1);
+        QCOMPARE(rig.data.at(0).s_Path, dir);
+        QVERIFY(rig.data.at(0).i_Size_in_KBytes <= before >> 10);
+        QVERIFY(!rig.data.at(0).s_Size.isEmpty());
+        QVERIFY(!rig.actions.isBusy());
+
+        // The actions take a new add afterwards.
+        const QString again = newFolder("after");
+        QVERIFY(writeText(again + "/one.bin", QByteArray(4096, 'a')));
+        rig.rec.events.clear();
+        QVERIFY(rig.actions.addDataFolder(again));
+        waitForRefresh(rig);
+        QCOMPARE(rig.data.count(), 2);
+        QCOMPARE(rig.data.at(1).i_Size_in_KBytes, quint64(4));
+    }
+
+    // Probes run side by side, yet records land in the panel's order.
+    void parallelProbesKeepPanelOrder()
+    {
+        Rig rig(m_ffmpeg);
+        rig.actions.probeJob()->setMaxParallel(8);
+        QCOMPARE(rig.actions.probeJob()->maxParallel(), 8);
+
+        const QString dir = newFolder("parallel");
+        QStringList files;
+        QList<qint64> seconds;
+        // Longest first; wav and mp3 mixed, so probes take unequal times.
+        for (int i = 0; i < 8; ++i) {
+            const int s = 9 - i;
+            const QString ext = (i % 2) ? QStringLiteral("wav") : QStringLiteral("mp3");
+            files << QStringLiteral("%1/p%2-%3s.%4").arg(dir).arg(i).arg(s).arg(ext);
+            seconds << s;
+            QVERIFY(makeTone(files.last(), s));
+        }
+        rig.picker.answers.enqueue(files);
+        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        waitForRefresh(rig);
+
+        QStringList expected{"shown 8"};
+        for (int i = 1; i <= 8; ++i)
+            expected << QStringLiteral("progress %1").arg(i);
+        expected << "closed" << "refresh 0";
+        QCOMPARE(rig.rec.events, expected);
+        QCOMPARE(rig.media.count(), 8);
+        for (int i = 0; i < 8; ++i)
+            checkRecord(rig.media.at(i), files.at(i), seconds.at(i));
+        QCOMPARE(rig.media.totalDurationSeconds(), qint64(9 + 8 + 7 + 6 + 5 + 4 + 3 + 2));
+    }
+};
+
+TAMBLO_TEST_MAIN(TestCompilationAdding)
+#include "tst_compilation_adding.moc"
