@@ -1,0 +1,691 @@
+// Whole burns driven from the main window's Burn button, through the
+// application controller, down to the tools: real ffmpeg and xorriso writing
+// into a pseudo-drive (a file) on Linux, and the stand-in drutil on the macOS
+// path. The status sheets are watched through the controller's outlets and
+// the disc is read back afterwards.
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QPushButton>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <memory>
+
+#include "app/AppSettings.h"
+#include "app/ui/AppContext.h"
+#include "app/ui/AppDelegate.h"
+#include "app/ui/MainWindow.h"
+#include "burn/MediaBurn.h"
+#include "compilation/CompilationActions.h"
+#include "compilation/DataFolderModel.h"
+#include "compilation/MediaListModel.h"
+#include "images/DataBurnFlow.h"
+#include "imagestest/ImagesTestKit.h"
+#include "support/FakeAlerts.h"
+#include "support/FakeFilePicker.h"
+#include "support/TestMain.h"
+#include "toolrun/ui/StatusWindows.h"
+
+using ImagesTestKit::FakeDrive;
+
+namespace {
+
+// The fake drive of ImagesTestKit, listing one drive whose device is a file:
+// the Linux recorders then write their session into that file.
+class PseudoDrive : public FakeDrive {
+public:
+    explicit PseudoDrive(const QString &device) : m_device(device) {}
+    int lists = 0;
+
+    void listDrives(ListCallback done) override
+    {
+        ++lists;
+        Object_Optical_Drive d;
+        d.s_Drive_Number = QStringLiteral("1");
+        d.sManufacturer = QStringLiteral("E2E");
+        d.sModel = QStringLiteral("Pseudo drive");
+        d.s_Device_Path = m_device;
+        QTimer::singleShot(0, this, [done, d] { done(DriveList{d}); });
+    }
+
+private:
+    QString m_device;
+};
+
+// Watches the controller's four status-sheet outlets and notes, in order,
+// each sheet that appears ("two-bar", "working", "complete", "single-bar")
+// and each that goes ("-two-bar" ...). It looks on every turn of the event
+// loop; every sheet of a burn lives across at least one turn (a tool runs
+// while it is up).
+class SheetWatch : public QObject {
+public:
+    explicit SheetWatch(AppDelegate *app) : m_app(app)
+    {
+        m_timer.setTimerType(Qt::PreciseTimer);
+        m_timer.setInterval(1);
+        connect(&m_timer, &QTimer::timeout, this, &SheetWatch::tick);
+        m_timer.start();
+        tick();
+    }
+
+    void tick()
+    {
+        const QObject *now[4] = {m_app->windowProgress.data(), m_app->windowPerformingOperation.data(),
+                                 m_app->windowOperationCompleted.data(), m_app->windowUniqueProgress.data()};
+        static const char *const names[4] = {"two-bar", "working", "complete", "single-bar"};
+        // Departures first: a handler that ends one sheet and shows the next
+        // in the same turn reads in that order.
+        for (int i = 0; i < 4; ++i)
+            if (m_seen[i] && now[i] != m_seen[i]) {
+                events << QStringLiteral("-") + QLatin1String(names[i]);
+                m_seen[i] = nullptr;
+            }
+        for (int i = 0; i < 4; ++i)
+            if (now[i] && !m_seen[i]) {
+                events << QLatin1String(names[i]);
+                m_seen[i] = now[i];
+                if (!static_cast<const QWidget *>(now[i])->isVisible())
+                    notShown << QLatin1String(names[i]);
+            }
+    }
+
+    QStringList events;
+    QStringList notShown;  // sheets that were in their outlet but not on screen
+
+private:
+    AppDelegate *m_app;
+    QTimer m_timer;
+    const QObject *m_seen[4] = {nullptr, nullptr, nullptr, nullptr};
+};
+
+// Sets environment variables for one scope.
+class EnvGuard {
+public:
+    void set(const char *name, const QString &value)
+    {
+        m_names << name;
+        qputenv(name, value.toLocal8Bit());
+    }
+    ~EnvGuard()
+    {
+        for (const QByteArray &n : std::as_const(m_names))
+            qunsetenv(n.constData());
+    }
+
+private:
+    QList<QByteArray> m_names;
+};
+
+// Extracted discs carry read-only folders; open them up so the temporary
+// folder can go.
+void makeWritable(const QString &root)
+{
+    if (root.isEmpty() || !QFileInfo::exists(root))
+        return;
+    QDirIterator it(root, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    QFile::setPermissions(root, QFile::permissions(root) | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    while (it.hasNext()) {
+        const QString p = it.next();
+        const QFileInfo fi(p);
+        if (fi.isSymLink())
+            continue;
+        QFileDevice::Permissions perms = QFile::permissions(p) | QFileDevice::WriteOwner | QFileDevice::ReadOwner;
+        if (fi.isDir())
+            perms |= QFileDevice::ExeOwner;
+        QFile::setPermissions(p, perms);
+    }
+}
+
+QStringList entries(const QString &folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+}
+
+// One controller on its own Documents, settings file and pseudo-drive, all
+// inside the test's temporary HOME.
+struct Rig {
+    QTemporaryDir root{TestEnv::home() + QStringLiteral("/e2e-XXXXXX")};
+    QString documents = root.filePath(QStringLiteral("Documents"));
+    QString disc = root.filePath(QStringLiteral("disc.iso"));
+    QString device = QStringLiteral("stdio:") + disc;
+    std::unique_ptr<QSettings> settings =
+        std::make_unique<QSettings>(root.filePath(QStringLiteral("Tamblo.conf")), QSettings::IniFormat);
+    FakeAlerts alerts;
+    FakeFilePicker picker;
+    PseudoDrive *drive = nullptr;  // owned by the controller once it starts
+    QList<int> exits;
+    std::unique_ptr<AppDelegate> app;
+
+    ~Rig()
+    {
+        app.reset();
+        makeWritable(root.path());
+    }
+
+    QString audioFolder() const { return documents + QStringLiteral("/TambloAudio"); }
+    QString videoFolder() const { return documents + QStringLiteral("/TambloVideo"); }
+    QString dataFolder() const { return documents + QStringLiteral("/TambloData"); }
+    MainWindow *window() const { return app->mainWindow(); }
+
+    // Builds the controller, launches it and waits for the drive listing.
+    // `tools.backend` MacOS with `withFakeDrive` false makes the controller
+    // build its own drutil backend.
+    bool start(const ToolPaths &tools, bool withFakeDrive)
+    {
+        AppContext c;
+        c.alerts = &alerts;
+        c.filePicker = &picker;
+        c.settings = settings.get();
+        c.documentsDir = documents;
+        c.tools = tools;
+        if (withFakeDrive) {
+            drive = new PseudoDrive(device);
+            c.driveBackend = drive;
+        }
+        c.exitProcess = [this](int code) { exits << code; };
+        c.openUrl = [](const QUrl &) {};
+        c.systemIsDark = [] { return false; };
+        app = std::make_unique<AppDelegate>(c);
+        if (drive)
+            drive->setParent(app.get());
+        QSignalSpy listed(app.get(), &AppDelegate::drivesListed);
+        if (!app->applicationDidFinishLaunching())
+            return false;
+        if (listed.isEmpty() && !listed.wait(10000))
+            return false;
+        return QTest::qWaitForWindowExposed(app->mainWindow());
+    }
+
+    // Adds media files through the Add Files button of the current tab's
+    // toolbar and waits for them to be measured.
+    bool addMedia(QPushButton *addButton, const QStringList &paths)
+    {
+        const int before = app->arrayMediaFiles->count();
+        picker.answers.enqueue(paths);
+        QTest::mouseClick(addButton, Qt::LeftButton);
+        QElapsedTimer t;
+        t.start();
+        while (t.elapsed() < 30000) {
+            if (app->arrayMediaFiles->count() == before + paths.size() && !app->compilationActions()->isBusy()
+                && !app->windowUniqueProgress)
+                return true;
+            QTest::qWait(10);
+        }
+        return false;
+    }
+
+    bool addDataFolder(const QString &path)
+    {
+        const int before = app->arrayDataFolders->count();
+        picker.answers.enqueue({path});
+        QTest::mouseClick(window()->toolbar_btn_Data_Add_Folder, Qt::LeftButton);
+        QElapsedTimer t;
+        t.start();
+        while (t.elapsed() < 30000) {
+            if (app->arrayDataFolders->count() == before + 1 && !app->compilationActions()->isBusy()
+                && !app->windowUniqueProgress)
+                return true;
+            QTest::qWait(10);
+        }
+        return false;
+    }
+};
+
+} // namespace
+
+class TestAppBurnEndToEnd : public QObject {
+    Q_OBJECT
+
+    QString m_ffmpeg, m_ffprobe, m_xorriso, m_cdrskin, m_eject;
+    QTemporaryDir m_media;
+    QString m_mp3, m_wav, m_mp4;
+
+    static QString run(const QString &program, const QStringList &args, int *exitCode = nullptr,
+                       bool merged = true)
+    {
+        QProcess p;
+        p.setStandardInputFile(QProcess::nullDevice());
+        if (merged)
+            p.setProcessChannelMode(QProcess::MergedChannels);
+        p.start(program, args);
+        if (!p.waitForFinished(60000)) {
+            p.kill();
+            p.waitForFinished();
+        }
+        if (exitCode)
+            *exitCode = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+        return QString::fromUtf8(p.readAllStandardOutput());
+    }
+
+    bool make(const QStringList &args)
+    {
+        int code = -1;
+        const QString out = run(m_ffmpeg, QStringList{"-v", "error", "-y"} + args, &code);
+        if (code != 0)
+            qWarning().noquote() << out;
+        return code == 0;
+    }
+
+    ToolPaths linuxTools() const
+    {
+        ToolPaths t;
+        t.backend = ToolPaths::Backend::Linux;
+        t.ffmpeg = m_ffmpeg;
+        t.xorriso = m_xorriso;
+        t.cdrskin = m_cdrskin;
+        t.eject = m_eject;
+        return t;
+    }
+
+    // The plain files of a pseudo-drive, as xorriso lists them ("'/a b.mp3'").
+    QStringList filesOn(const QString &disc) const
+    {
+        int code = -1;
+        QStringList files = run(m_xorriso, {"-indev", "stdio:" + disc, "-find", "/", "-type", "f"}, &code, false)
+                                .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        files.sort();
+        return files;
+    }
+
+    // Copies the whole tree of a pseudo-drive out into `dest`.
+    bool extractAll(const QString &disc, const QString &dest, QString *log) const
+    {
+        int code = -1;
+        *log = run(m_xorriso, {"-osirrox", "on", "-indev", "stdio:" + disc, "-extract", "/", dest}, &code);
+        return code == 0;
+    }
+
+    QJsonObject stream(const QString &path, const QString &type) const
+    {
+        const QString out = run(m_ffprobe,
+                                {"-v", "error", "-show_entries",
+                                 "stream=codec_name,codec_type,bit_rate,sample_rate,channels,width,height", "-of",
+                                 "json", path},
+                                nullptr, false);
+        for (const QJsonValue &v : QJsonDocument::fromJson(out.toUtf8()).object().value("streams").toArray())
+            if (v.toObject().value("codec_type").toString() == type)
+                return v.toObject();
+        return {};
+    }
+
+    // Clicks Burn and waits for the completion sheet.
+    static bool burnAndWaitForComplete(Rig &rig, SheetWatch &watch, int timeoutMs = 60000)
+    {
+        QTest::mouseClick(rig.window()->btnBurn, Qt::LeftButton);
+        QElapsedTimer t;
+        t.start();
+        while (!rig.app->windowOperationCompleted && t.elapsed() < timeoutMs)
+            QTest::qWait(10);
+        watch.tick();
+        return !rig.app->windowOperationCompleted.isNull();
+    }
+
+    static void closeCompleteSheet(Rig &rig)
+    {
+        QVERIFY(rig.app->windowOperationCompleted);
+        QVERIFY(rig.app->windowOperationCompleted->isVisible());
+        QCOMPARE(rig.app->windowOperationCompleted->labelMessage->text(), QStringLiteral("The operation is complete."));
+        QTest::mouseClick(rig.app->windowOperationCompleted->btnOK, Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(!rig.app->windowOperationCompleted, 5000);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_ffmpeg = QStandardPaths::findExecutable("ffmpeg");
+        m_ffprobe = QStandardPaths::findExecutable("ffprobe");
+        m_xorriso = QStandardPaths::findExecutable("xorriso");
+        m_cdrskin = QStandardPaths::findExecutable("cdrskin");
+        m_eject = QStandardPaths::findExecutable("eject");
+        if (m_ffmpeg.isEmpty() || m_ffprobe.isEmpty())
+            QFAIL("ffmpeg and ffprobe must be installed (on PATH) for the end-to-end burns");
+        if (m_xorriso.isEmpty() || m_cdrskin.isEmpty())
+            QFAIL("xorriso and cdrskin must be installed (on PATH) for the end-to-end burns");
+        QVERIFY(m_media.isValid());
+
+        m_mp3 = m_media.filePath("tone one.mp3");
+        m_wav = m_media.filePath("tone two.wav");
+        m_mp4 = m_media.filePath("clip.mp4");
+        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_mp3}));
+        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=660:duration=3", m_wav}));
+        QVERIFY(make({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25", "-f", "lavfi", "-i",
+                      "sine=frequency=550:duration=2", "-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt",
+                      "yuv420p", "-c:a", "aac", "-shortest", m_mp4}));
+    }
+
+    // MP3 CD on Linux: two files measured through the Add Files button, the
+    // kind button, Burn; two-bar, working and complete sheets in that order;
+    // the pseudo-drive then holds both MP3s at its root.
+    void linuxMp3CdFromTheBurnButton()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        MainWindow *w = rig.window();
+        QCOMPARE(rig.drive->lists, 1);
+        QCOMPARE(rig.app->currentDrive().s_Device_Path, rig.device);
+        QCOMPARE(w->tabviewMain->currentIndex(), 0);
+
+        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3, m_wav}));
+        QCOMPARE(rig.app->arrayMediaFiles->at(0).s_File_Path, m_mp3);
+        QCOMPARE(rig.app->arrayMediaFiles->at(1).s_File_Path, m_wav);
+        QCOMPARE(rig.app->arrayMediaFiles->at(0).i_Duration_in_Seconds, qint64(2));
+        QCOMPARE(rig.app->arrayMediaFiles->at(1).i_Duration_in_Seconds, qint64(3));
+
+        QVERIFY(w->btnMP3CD->isVisible());
+        QTest::mouseClick(w->btnMP3CD, Qt::LeftButton);
+        QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn MP3 CD"));
+        QCOMPARE(rig.app->arrayMediaFiles->count(), 2);  // choosing the kind keeps the list
+
+        QList<ToolCommand> recordings;
+        connect(rig.app->mediaBurn(), &MediaBurn::recordingStarted, this,
+                [&](const ToolCommand &c) { recordings << c; });
+        SheetWatch watch(rig.app.get());
+        QVERIFY2(burnAndWaitForComplete(rig, watch), qPrintable(watch.events.join(", ")));
+
+        QCOMPARE(watch.events, (QStringList{"two-bar", "-two-bar", "working", "-working", "complete"}));
+        QVERIFY2(watch.notShown.isEmpty(), qPrintable(watch.notShown.join(", ")));
+        QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
+        QCOMPARE(rig.drive->queries, 3);  // empty?, writable?, which family?
+        QCOMPARE(recordings.size(), 1);
+        QCOMPARE(recordings.first().program, m_xorriso);
+        QCOMPARE(recordings.first().arguments,
+                 (QStringList{"-dev", rig.device, "-volid", "TambloAudio", "-map", rig.audioFolder(), "/", "-commit"}));
+        QVERIFY(!rig.app->mediaBurn()->isBusy());
+
+        // The working folder is emptied after the recording, but kept.
+        QVERIFY(QFileInfo(rig.audioFolder()).isDir());
+        QCOMPARE(entries(rig.audioFolder()), QStringList());
+
+        // The disc: both files, renamed to .mp3, at the root.
+        QVERIFY2(QFileInfo(rig.disc).size() > 0, qPrintable(rig.disc));
+        QCOMPARE(filesOn(rig.disc), (QStringList{"'/tone one.mp3'", "'/tone two.mp3'"}));
+        QCOMPARE(ImagesTestKit::volumeId(rig.disc), QStringLiteral("TambloAudio"));
+        const QString out = rig.root.filePath("readback");
+        QString log;
+        QVERIFY2(extractAll(rig.disc, out, &log), qPrintable(log));
+        for (const QString &name : {QStringLiteral("tone one.mp3"), QStringLiteral("tone two.mp3")}) {
+            const QJsonObject a = stream(out + "/" + name, "audio");
+            QVERIFY2(!a.isEmpty(), qPrintable(name));
+            QCOMPARE(a.value("codec_name").toString(), QStringLiteral("mp3"));
+            QCOMPARE(a.value("bit_rate").toString(), QStringLiteral("192000"));
+            QCOMPARE(a.value("sample_rate").toString(), QStringLiteral("44100"));
+            QCOMPARE(a.value("channels").toInt(), 2);
+        }
+
+        closeCompleteSheet(rig);
+        QVERIFY(rig.exits.isEmpty());
+    }
+
+    // Video DVD on Linux with the first-run settings (NTSC, AC-3).
+    void linuxVideoDvdFromTheBurnButton()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("DVD"));
+        MainWindow *w = rig.window();
+        QCOMPARE(rig.app->s_Video_Output_Format, QStringLiteral("0"));
+        QCOMPARE(rig.app->s_Audio_Output_Format, QStringLiteral("0"));
+        QCOMPARE(rig.settings->value(SettingsKeys::VideoFormat).toString(), QStringLiteral("0"));
+        QCOMPARE(rig.settings->value(SettingsKeys::AudioFormat).toString(), QStringLiteral("0"));
+
+        w->tabviewMain->setCurrentIndex(1);
+        QCOMPARE(w->selectedTabIdentifier(), QStringLiteral("2"));
+        QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Video DVD"));
+        QVERIFY(rig.addMedia(w->toolbar_btn_Video_Add_Files, {m_mp4}));
+        QCOMPARE(rig.app->arrayMediaFiles->at(0).i_Duration_in_Seconds, qint64(2));
+        QVERIFY(w->btnVideoDVD->isVisible());
+        QTest::mouseClick(w->btnVideoDVD, Qt::LeftButton);
+        QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Video DVD"));
+
+        QList<ToolCommand> recordings;
+        connect(rig.app->mediaBurn(), &MediaBurn::recordingStarted, this,
+                [&](const ToolCommand &c) { recordings << c; });
+        SheetWatch watch(rig.app.get());
+        QVERIFY2(burnAndWaitForComplete(rig, watch), qPrintable(watch.events.join(", ")));
+
+        QCOMPARE(watch.events, (QStringList{"two-bar", "-two-bar", "working", "-working", "complete"}));
+        QVERIFY2(watch.notShown.isEmpty(), qPrintable(watch.notShown.join(", ")));
+        QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
+        QCOMPARE(recordings.size(), 1);
+        QCOMPARE(recordings.first().arguments,
+                 (QStringList{"-dev", rig.device, "-volid", "TambloVideo", "-map", rig.videoFolder(), "/", "-commit"}));
+        QVERIFY(QFileInfo(rig.videoFolder()).isDir());
+        QCOMPARE(entries(rig.videoFolder()), QStringList());
+
+        QCOMPARE(filesOn(rig.disc), QStringList{"'/clip.mpg'"});
+        const QString out = rig.root.filePath("readback");
+        QString log;
+        QVERIFY2(extractAll(rig.disc, out, &log), qPrintable(log));
+        const QJsonObject v = stream(out + "/clip.mpg", "video");
+        const QJsonObject a = stream(out + "/clip.mpg", "audio");
+        QCOMPARE(v.value("codec_name").toString(), QStringLiteral("mpeg2video"));
+        QCOMPARE(v.value("width").toInt(), 720);
+        QCOMPARE(v.value("height").toInt(), 480);
+        QCOMPARE(a.value("codec_name").toString(), QStringLiteral("ac3"));
+        QCOMPARE(a.value("sample_rate").toString(), QStringLiteral("48000"));
+
+        closeCompleteSheet(rig);
+    }
+
+    // An empty audio list is refused before the drive is asked anything.
+    void emptyAudioListIsRefusedBeforeTheDriveIsAsked()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        MainWindow *w = rig.window();
+        ImagesTestKit::writeFile(rig.audioFolder() + "/left-over.wav", "mine");
+        QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Audio CD"));
+        QCOMPARE(rig.app->arrayMediaFiles->count(), 0);
+
+        SheetWatch watch(rig.app.get());
+        QTest::mouseClick(w->btnBurn, Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.alerts.shown.size(), 1, 5000);
+        QTest::qWait(300);  // nothing else may follow
+        watch.tick();
+        QCOMPARE(rig.alerts.texts(), QStringList{"No audio files on the list / There are no audio files on the list. "
+                                                 "Add audio files to the list and try again."});
+        QCOMPARE(rig.alerts.shown.first().buttons, QStringList{"Close"});
+        QCOMPARE(rig.drive->queries, 0);
+        QCOMPARE(watch.events, QStringList());
+        QVERIFY(!rig.app->mediaBurn()->isBusy());
+        QVERIFY(QFileInfo::exists(rig.audioFolder() + "/left-over.wav"));
+        QVERIFY(!QFileInfo::exists(rig.disc));
+    }
+
+    // A DVD in the drive refuses an audio CD; in debug mode a second alert
+    // names the medium read and the burn's warning code.
+    void dvdInTheDriveRefusesAnAudioCd()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("DVD"));
+        MainWindow *w = rig.window();
+        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
+        QTest::mouseClick(w->btnAudioCD, Qt::LeftButton);
+        QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Audio CD"));
+        const QString notCd = QStringLiteral(
+            "Media not CD / The media on the drive is not a CD. insert a writable CD on the drive and try again.");
+
+        SheetWatch watch(rig.app.get());
+        QTest::mouseClick(w->btnBurn, Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.alerts.shown.size(), 1, 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(!rig.app->mediaBurn()->isBusy(), 5000);
+        QCOMPARE(rig.alerts.texts(), QStringList{notCd});
+        QCOMPARE(rig.alerts.shown.first().buttons, QStringList{"Close"});
+        QCOMPARE(rig.drive->queries, 3);  // empty?, writable?, which family?
+
+        QVERIFY(!rig.app->m_b_Debug_Mode);
+        rig.app->OnMenuDebugMode();
+        QVERIFY(rig.app->m_b_Debug_Mode);
+        QVERIFY(w->menuitemDebugMode->isChecked());
+        QTest::mouseClick(w->btnBurn, Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.alerts.shown.size(), 3, 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(!rig.app->mediaBurn()->isBusy(), 5000);
+        QTest::qWait(300);  // nothing else may follow
+        watch.tick();
+        QCOMPARE(rig.alerts.texts(), (QStringList{notCd, notCd, "DVD / Warning 0060."}));
+        QCOMPARE(rig.alerts.shown.at(2).messageText, QStringLiteral("DVD"));
+        QCOMPARE(rig.alerts.shown.at(2).informativeText, QStringLiteral("Warning 0060."));
+        QCOMPARE(rig.alerts.shown.at(2).buttons, QStringList{"Close"});
+        QCOMPARE(rig.drive->queries, 6);
+        QCOMPARE(watch.events, QStringList());
+        QVERIFY(!QFileInfo::exists(rig.disc));
+        QCOMPARE(rig.app->arrayMediaFiles->count(), 1);
+    }
+
+    // The Data tab with nothing on its list.
+    void emptyDataListIsRefused()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        MainWindow *w = rig.window();
+        w->tabviewMain->setCurrentIndex(2);
+        QCOMPARE(w->selectedTabIdentifier(), QStringLiteral("3"));
+        QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Data CD"));
+
+        SheetWatch watch(rig.app.get());
+        QTest::mouseClick(w->btnBurn, Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.alerts.shown.size(), 1, 5000);
+        QTest::qWait(300);
+        watch.tick();
+        QCOMPARE(rig.alerts.texts(), QStringList{"No folders on the list / There are no folders on the list. "
+                                                 "Add folders to the list and try again."});
+        QCOMPARE(rig.alerts.shown.first().buttons, QStringList{"Close"});
+        QCOMPARE(rig.drive->queries, 0);
+        QCOMPARE(watch.events, QStringList());
+        QVERIFY(!QFileInfo::exists(rig.disc));
+    }
+
+    // Data CD on Linux: two folders both called Photos; the second goes under
+    // "Photos 1". Read back byte for byte.
+    void linuxDataCdWithTwoFoldersCalledPhotos()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        MainWindow *w = rig.window();
+
+        const QString a = rig.root.filePath("sources/first place/Photos");
+        const QString b = rig.root.filePath("sources/second/Photos");
+        ImagesTestKit::writeFile(a + "/beach day.jpg", ImagesTestKit::pseudoRandom(200000, 1));
+        ImagesTestKit::writeFile(a + "/Ünïcødé 写真 ñ.txt", "unicode name\n");
+        ImagesTestKit::writeFile(a + "/2024/summer/sea.jpg", ImagesTestKit::pseudoRandom(70000, 2));
+        ImagesTestKit::writeFile(b + "/beach day.jpg", ImagesTestKit::pseudoRandom(150000, 3));  // same name, other bytes
+        ImagesTestKit::writeFile(b + "/notes.txt", "second folder\n");
+        ImagesTestKit::writeFile(rig.dataFolder() + "/stale.bin", "old");
+
+        w->tabviewMain->setCurrentIndex(2);
+        QCOMPARE(w->selectedTabIdentifier(), QStringLiteral("3"));
+        QVERIFY(rig.addDataFolder(a));
+        QVERIFY(rig.addDataFolder(b));
+        QCOMPARE(rig.app->arrayDataFolders->at(0).s_Path, a);
+        QCOMPARE(rig.app->arrayDataFolders->at(1).s_Path, b);
+        QVERIFY(rig.app->arrayDataFolders->at(0).i_Size_in_KBytes > 0);
+        QVERIFY(w->btnDataCD->isVisible());
+        QTest::mouseClick(w->btnDataCD, Qt::LeftButton);
+        QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Data CD"));
+
+        QStringList dataFolderDuringBurn{"unset"};
+        SheetWatch watch(rig.app.get());
+        connect(rig.app->dataBurn(), &SheetFlow::showPerformingOperation, this,
+                [&] { dataFolderDuringBurn = entries(rig.dataFolder()); });
+        QVERIFY2(burnAndWaitForComplete(rig, watch), qPrintable(watch.events.join(", ")));
+
+        QCOMPARE(watch.events, (QStringList{"working", "-working", "complete"}));
+        QVERIFY2(watch.notShown.isEmpty(), qPrintable(watch.notShown.join(", ")));
+        QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
+        QCOMPARE(rig.drive->queries, 3);
+        QCOMPARE(dataFolderDuringBurn, QStringList());  // emptied before the burn ...
+        QVERIFY(QFileInfo(rig.dataFolder()).isDir());
+        QCOMPARE(entries(rig.dataFolder()), QStringList());  // ... and after
+
+        const QString out = rig.root.filePath("readback");
+        QString log;
+        QVERIFY2(extractAll(rig.disc, out, &log), qPrintable(log));
+        QMap<QString, QString> expected = ImagesTestKit::under("Photos", ImagesTestKit::tree(a));
+        expected.insert(ImagesTestKit::under("Photos 1/Photos", ImagesTestKit::tree(b)));
+        expected.insert("Photos 1", "dir");
+        const QMap<QString, QString> got = ImagesTestKit::tree(out);
+        QCOMPARE(got.keys(), expected.keys());
+        QCOMPARE(got, expected);
+        QVERIFY(got.contains("Photos/Ünïcødé 写真 ñ.txt"));
+        QVERIFY(got.contains("Photos 1/Photos/beach day.jpg"));
+        QVERIFY(got.value("Photos/beach day.jpg") != got.value("Photos 1/Photos/beach day.jpg"));
+        QCOMPARE(ImagesTestKit::volumeId(rig.disc), QStringLiteral("TambloData"));
+        // The sources stay where they were.
+        QVERIFY(QFileInfo::exists(a + "/Ünïcødé 写真 ñ.txt"));
+        QVERIFY(QFileInfo::exists(b + "/notes.txt"));
+
+        closeCompleteSheet(rig);
+    }
+
+    // The macOS path with the controller's own drutil backend on the
+    // stand-in drutil: list, three status queries, then one audio burn of
+    // the working folder holding the transcoded WAV.
+    void macAudioCdThroughDrutil()
+    {
+        Rig rig;
+        const QString drutilLog = rig.root.filePath("drutil.log");
+        const QString snapshot = rig.root.filePath("handed-to-drutil");
+        EnvGuard env;
+        env.set("TAMBLO_FAKE_DRUTIL_LOG", drutilLog);
+        env.set("TAMBLO_FAKE_DRUTIL_LIST", ImagesTestKit::fixture("drutil-list-one-drive.txt"));
+        env.set("TAMBLO_FAKE_DRUTIL_STATUS", ImagesTestKit::fixture("synthetic-drutil-status-blank-cdr.txt"));
+        env.set("TAMBLO_E2E_SNAPSHOT_DIR", snapshot);
+
+        ToolPaths tools;
+        tools.backend = ToolPaths::Backend::MacOS;
+        tools.ffmpeg = m_ffmpeg;
+        tools.drutil = ImagesTestKit::fake("e2e-drutil-snapshot");  // copies the folder, then runs ./drutil
+        tools.hdiutil = ImagesTestKit::fake("hdiutil");
+        QVERIFY(QFileInfo(tools.drutil).isExecutable());
+        QVERIFY(rig.start(tools, false));
+        MainWindow *w = rig.window();
+        QCOMPARE(rig.app->array_Optical_Media_Drives.size(), 1);
+        QCOMPARE(rig.app->currentDrive().s_Drive_Number, QStringLiteral("1"));
+        QCOMPARE(ImagesTestKit::readLines(drutilLog), QStringList{"list"});
+
+        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
+        QTest::mouseClick(w->btnAudioCD, Qt::LeftButton);
+        QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Audio CD"));
+
+        SheetWatch watch(rig.app.get());
+        QVERIFY2(burnAndWaitForComplete(rig, watch), qPrintable(watch.events.join(", ")));
+
+        QCOMPARE(watch.events, (QStringList{"two-bar", "-two-bar", "working", "-working", "complete"}));
+        QVERIFY2(watch.notShown.isEmpty(), qPrintable(watch.notShown.join(", ")));
+        QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
+        const QStringList log = ImagesTestKit::readLines(drutilLog);
+        QCOMPARE(int(log.count("status|-drive|1")), 3);
+        QCOMPARE(log, (QStringList{"list", "status|-drive|1", "status|-drive|1", "status|-drive|1",
+                                   "burn|-audio|" + rig.documents + "/TambloAudio|-drive|1"}));
+
+        // What drutil was handed: the one transcoded track, CD audio.
+        QCOMPARE(entries(snapshot), QStringList{"tone one.wav"});
+        const QJsonObject a = stream(snapshot + "/tone one.wav", "audio");
+        QCOMPARE(a.value("codec_name").toString(), QStringLiteral("pcm_s16le"));
+        QCOMPARE(a.value("sample_rate").toString(), QStringLiteral("44100"));
+        QCOMPARE(a.value("channels").toInt(), 2);
+        QVERIFY(QFileInfo(rig.audioFolder()).isDir());
+        QCOMPARE(entries(rig.audioFolder()), QStringList());
+
+        closeCompleteSheet(rig);
+    }
+};
+
+TAMBLO_TEST_MAIN(TestAppBurnEndToEnd)
+#include "tst_app_burn_end_to_end.moc"
