@@ -249,18 +249,9 @@ void AppDelegate::connectWindow()
 
     // Adding files: the single-bar sheet counts the entries measured.
     connect(m_adding, &CompilationActions::progressSheetShown, this, [this](int maximum) {
-        dropSheet(windowUniqueProgress);
-        windowUniqueProgress = new Window_Unique_Progress(m_window.get());
-        windowUniqueProgress->labelDescription->setText(QStringLiteral("Measuring the files…"));
-        windowUniqueProgress->progressBar->setMinDouble(0);
-        windowUniqueProgress->progressBar->setMaxDouble(maximum);
-        windowUniqueProgress->progressBar->setDoubleValue(0);
-        windowUniqueProgress->begin();
+        showUniqueProgress(QStringLiteral("Measuring the files…"), maximum);
     });
-    connect(m_adding, &CompilationActions::progressChanged, this, [this](int value) {
-        if (windowUniqueProgress)
-            windowUniqueProgress->progressBar->setDoubleValue(value);
-    });
+    connect(m_adding, &CompilationActions::progressChanged, this, &AppDelegate::setUniqueProgress);
     connect(m_adding, &CompilationActions::progressSheetClosed, this, [this] { dropSheet(windowUniqueProgress); });
     connect(m_adding, &CompilationActions::refreshTable, this, [this](int tab) {
         if (tab == CompilationActions::AudioTab)
@@ -276,23 +267,31 @@ void AppDelegate::connectFlow(SheetFlow *flow)
 {
     connect(flow, &SheetFlow::showPerformingOperation, this, &AppDelegate::Show_Window_Performing_Operation);
     connect(flow, &SheetFlow::closePerformingOperation, this, [this] { dropSheet(windowPerformingOperation); });
-    connect(flow, &SheetFlow::showUniqueProgress, this, [this] {
-        dropSheet(windowUniqueProgress);
-        windowUniqueProgress = new Window_Unique_Progress(m_window.get());
-        windowUniqueProgress->labelDescription->setText(QStringLiteral("Burning the disc…"));
-        windowUniqueProgress->progressBar->setMinDouble(0.0);
-        windowUniqueProgress->progressBar->setMaxDouble(100.0);
-        windowUniqueProgress->progressBar->setDoubleValue(0.0);
-        windowUniqueProgress->begin();
-    });
-    connect(flow, &SheetFlow::uniqueProgress, this, [this](double value) {
-        if (windowUniqueProgress)
-            windowUniqueProgress->progressBar->setDoubleValue(value);
-    });
+    connect(flow, &SheetFlow::showUniqueProgress, this,
+            [this] { showUniqueProgress(QStringLiteral("Burning the disc…"), 100.0); });
+    connect(flow, &SheetFlow::uniqueProgress, this, &AppDelegate::setUniqueProgress);
     connect(flow, &SheetFlow::closeUniqueProgress, this, [this] { dropSheet(windowUniqueProgress); });
     connect(flow, &SheetFlow::showStagingSheet, this, &AppDelegate::Show_Window_Data_Copy_Folders);
     connect(flow, &SheetFlow::closeStagingSheet, this, &AppDelegate::Close_Window_Data_Copy_Folders);
     connect(flow, &SheetFlow::operationComplete, this, &AppDelegate::Show_Window_Operation_Complete);
+}
+
+// The single-bar sheet: from 0 of `maximum`, fed by setUniqueProgress.
+void AppDelegate::showUniqueProgress(const QString &caption, double maximum)
+{
+    dropSheet(windowUniqueProgress);
+    windowUniqueProgress = new Window_Unique_Progress(m_window.get());
+    windowUniqueProgress->labelDescription->setText(caption);
+    windowUniqueProgress->progressBar->setMinDouble(0.0);
+    windowUniqueProgress->progressBar->setMaxDouble(maximum);
+    windowUniqueProgress->progressBar->setDoubleValue(0.0);
+    windowUniqueProgress->begin();
+}
+
+void AppDelegate::setUniqueProgress(double value)
+{
+    if (windowUniqueProgress)
+        windowUniqueProgress->progressBar->setDoubleValue(value);
 }
 
 void AppDelegate::setBurnTitle(const QString &title)
@@ -372,10 +371,18 @@ void AppDelegate::OnBtnBurn()
         (this->*operations[i])();
 }
 
-void AppDelegate::OnMenuHelpAppHomePage() { m_context.openUrl ? m_context.openUrl(HelpPages::AppHomePage) : void(QDesktopServices::openUrl(HelpPages::AppHomePage)); }
-void AppDelegate::OnMenuHelpCompanyHomePage() { m_context.openUrl ? m_context.openUrl(HelpPages::CompanyHomePage) : void(QDesktopServices::openUrl(HelpPages::CompanyHomePage)); }
-void AppDelegate::OnMenuHelpSubmitTicket() { m_context.openUrl ? m_context.openUrl(HelpPages::SubmitTicket) : void(QDesktopServices::openUrl(HelpPages::SubmitTicket)); }
-void AppDelegate::OnMenuHelpPrivacyPolicy() { m_context.openUrl ? m_context.openUrl(HelpPages::PrivacyPolicy) : void(QDesktopServices::openUrl(HelpPages::PrivacyPolicy)); }
+void AppDelegate::openPage(const QUrl &page)
+{
+    if (m_context.openUrl)
+        m_context.openUrl(page);
+    else
+        QDesktopServices::openUrl(page);
+}
+
+void AppDelegate::OnMenuHelpAppHomePage() { openPage(HelpPages::AppHomePage); }
+void AppDelegate::OnMenuHelpCompanyHomePage() { openPage(HelpPages::CompanyHomePage); }
+void AppDelegate::OnMenuHelpSubmitTicket() { openPage(HelpPages::SubmitTicket); }
+void AppDelegate::OnMenuHelpPrivacyPolicy() { openPage(HelpPages::PrivacyPolicy); }
 
 void AppDelegate::OnMenuDebugMode()
 {

@@ -218,6 +218,9 @@ private:
     void selectTabFromMenu(int index);
     void chooseKindButton(int tab, qint64 type);
     void setBurnTitle(const QString &title);
+    void showUniqueProgress(const QString &caption, double maximum);
+    void setUniqueProgress(double value);
+    void openPage(const QUrl &page);
     void applyDriveMenu();
     void erase(bool full);
     void play(int tab);
