@@ -401,7 +401,7 @@ private slots:
         QCOMPARE(recordings.size(), 1);
         QCOMPARE(recordings.first().program, m_xorriso);
         QCOMPARE(recordings.first().arguments,
-                 (QStringList{"-dev", rig.device, "-volid", "TambloAudio", "-map", rig.audioFolder(), "/", "-commit"}));
+                 (QStringList{"-pacifier", "interval=0.2", "-dev", rig.device, "-volid", "TambloAudio", "-map", rig.audioFolder(), "/", "-commit"}));
         QVERIFY(!rig.app->mediaBurn()->isBusy());
 
         // The working folder is emptied after the recording, but kept.
@@ -460,7 +460,7 @@ private slots:
         QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
         QCOMPARE(recordings.size(), 1);
         QCOMPARE(recordings.first().arguments,
-                 (QStringList{"-dev", rig.device, "-volid", "TambloVideo", "-map", rig.videoFolder(), "/", "-commit"}));
+                 (QStringList{"-pacifier", "interval=0.2", "-dev", rig.device, "-volid", "TambloVideo", "-map", rig.videoFolder(), "/", "-commit"}));
         QVERIFY(QFileInfo(rig.videoFolder()).isDir());
         QCOMPARE(entries(rig.videoFolder()), QStringList());
 
@@ -684,6 +684,132 @@ private slots:
         QCOMPARE(entries(rig.audioFolder()), QStringList());
 
         closeCompleteSheet(rig);
+    }
+
+    // Duplication walked as a user walks it: Copy Disc on the Data tab, a
+    // volume chosen, the working sheet while the image is made, the count
+    // question, one blank-disc question and one single-bar sheet per copy,
+    // and the completion sheet after the last copy. Each copy comes out of
+    // the pseudo-drive on its eject and is read back.
+    void linuxDuplicationOfTwoCopiesFromTheCopyDiscButton()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::finished(QStringLiteral("CD"));  // the disc to copy
+        MainWindow *w = rig.window();
+
+        const QString volume = rig.root.filePath("Volumes/HOLIDAY 2024");
+        ImagesTestKit::writeFile(volume + "/README.txt", "readme\n");
+        ImagesTestKit::writeFile(volume + "/photos/beach day.jpg", ImagesTestKit::pseudoRandom(180000, 7));
+        ImagesTestKit::writeFile(volume + "/Ünïcødé/ñ.txt", "n\n");
+        ImagesTestKit::writeFile(rig.dataFolder() + "/stale.bin", "old");
+        QStringList copies;
+        rig.drive->onEject = [&] {
+            // Out comes the disc in the drive; in goes a blank one.
+            if (QFileInfo::exists(rig.disc)) {
+                const QString copy = rig.root.filePath(QStringLiteral("copy%1.bin").arg(copies.size() + 1));
+                QVERIFY(QFile::rename(rig.disc, copy));
+                copies << copy;
+            }
+            rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        };
+        rig.picker.answers.enqueue({volume});
+        AlertAnswer count;
+        count.button = 0;
+        count.input = QStringLiteral("2");
+        rig.alerts.answers.enqueue(count);
+        QByteArray image;
+        QStringList dataFolderWhileImaging{"unset"};
+        rig.alerts.onShow = [&](const AlertRequest &r) {
+            if (r.messageText == QLatin1String("Enter Number of Copies")) {
+                QFile f(rig.dataFolder() + "/image.iso");
+                if (f.open(QIODevice::ReadOnly))
+                    image = f.readAll();
+                dataFolderWhileImaging = entries(rig.dataFolder());
+            }
+        };
+
+        w->tabviewMain->setCurrentIndex(2);
+        QVERIFY(w->toolbar_btn_Data_Copy_Disc->isVisible());
+        SheetWatch watch(rig.app.get());
+        QTest::mouseClick(w->toolbar_btn_Data_Copy_Disc, Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(rig.app->windowOperationCompleted, 120000);
+        watch.tick();
+
+        QCOMPARE(watch.events, (QStringList{"working", "-working", "single-bar", "-single-bar", "single-bar",
+                                            "-single-bar", "complete"}));
+        QVERIFY2(watch.notShown.isEmpty(), qPrintable(watch.notShown.join(", ")));
+        QCOMPARE(rig.picker.requests.size(), 1);
+        QCOMPARE(rig.picker.requests.first().message, QStringLiteral("Select a volume to duplicate."));
+        QCOMPARE(dataFolderWhileImaging, QStringList{"image.iso"});  // the stale file went first
+        QVERIFY(image.size() > 180000);
+
+        QStringList asked;
+        for (const AlertRequest &r : std::as_const(rig.alerts.shown))
+            asked << r.messageText + QStringLiteral(" [") + r.buttons.join(QStringLiteral(", ")) + QStringLiteral("]");
+        const QString insert = QStringLiteral("Insert a writable media and click OK or click Cancel to stop the media duplication.");
+        QCOMPARE(asked, (QStringList{"Enter Number of Copies [OK, Cancel]", insert + " [Burn Copy 1 of 2, Cancel]",
+                                     insert + " [Burn Copy 2 of 2, Cancel]"}));
+        QCOMPARE(rig.alerts.shown.at(0).inputDefault, QStringLiteral("1"));
+        QCOMPARE(rig.drive->ejects, 3);  // the source, then each copy
+        QCOMPARE(copies.size(), 2);
+        for (const QString &copy : std::as_const(copies)) {
+            QFile f(copy);
+            QVERIFY(f.open(QIODevice::ReadOnly));
+            QCOMPARE(f.read(image.size()), image);
+            const QString out = copy + QStringLiteral(".tree");
+            QString log;
+            QVERIFY2(extractAll(copy, out, &log), qPrintable(log));
+            QCOMPARE(ImagesTestKit::tree(out), ImagesTestKit::tree(volume));
+            QCOMPARE(ImagesTestKit::volumeId(copy), QStringLiteral("HOLIDAY 2024"));
+        }
+        QCOMPARE(entries(rig.dataFolder()), QStringList());  // the image is gone after the last copy
+        QVERIFY(QFileInfo::exists(volume + "/README.txt"));   // the source is untouched
+        closeCompleteSheet(rig);
+    }
+
+    // Cancel at the second blank-disc question: the single-bar sheet of the
+    // first copy has gone, no completion sheet, the image is deleted, and
+    // nothing else is asked.
+    void cancellingTheSecondCopyDeletesTheImage()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::finished(QStringLiteral("CD"));
+        MainWindow *w = rig.window();
+        const QString volume = rig.root.filePath("Volumes/OLD DISC");
+        ImagesTestKit::writeFile(volume + "/a.txt", "a\n");
+        rig.drive->onEject = [&] {
+            QFile::remove(rig.disc);
+            rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        };
+        rig.picker.answers.enqueue({volume});
+        AlertAnswer count;
+        count.button = 0;
+        count.input = QStringLiteral("3");
+        AlertAnswer burn;
+        burn.button = 0;
+        AlertAnswer cancel;
+        cancel.button = 1;
+        rig.alerts.answers << count << burn << cancel;
+
+        w->tabviewMain->setCurrentIndex(0);
+        QVERIFY(w->toolbar_btn_Audio_Copy_Disc->isVisible());
+        SheetWatch watch(rig.app.get());
+        QTest::mouseClick(w->toolbar_btn_Audio_Copy_Disc, Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.alerts.shown.size(), 3, 60000);
+        QTest::qWait(300);
+        watch.tick();
+
+        QCOMPARE(rig.alerts.shown.at(1).buttons.value(0), QStringLiteral("Burn Copy 1 of 3"));
+        QCOMPARE(rig.alerts.shown.at(2).buttons.value(0), QStringLiteral("Burn Copy 2 of 3"));
+        QCOMPARE(watch.events, (QStringList{"working", "-working", "single-bar", "-single-bar"}));
+        QVERIFY(!rig.app->windowOperationCompleted);
+        QVERIFY(!rig.app->windowUniqueProgress);
+        QVERIFY(!rig.app->windowPerformingOperation);
+        QCOMPARE(entries(rig.dataFolder()), QStringList());
+        QVERIFY(QFileInfo::exists(volume + "/a.txt"));
+        QCOMPARE(rig.drive->ejects, 2);  // the source and the one copy made
     }
 };
 

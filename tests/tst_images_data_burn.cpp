@@ -179,7 +179,7 @@ private slots:
         QVERIFY(QDir(rig.data).exists());
         // The burn is a step after the checks.
         QVERIFY(log.timeOf("toolStarted") >= 95);
-        const QStringList expected{"-outdev", rig.current.s_Device_Path, "-joliet", "on", "-volid", "TambloData",
+        const QStringList expected{"-pacifier", "interval=0.2", "-outdev", rig.current.s_Device_Path, "-joliet", "on", "-volid", "TambloData",
                                    "-map", rig.tmp.path() + "/a/Photos", "/Photos",
                                    "-map", rig.tmp.path() + "/b/Photos", "/Photos 1/Photos", "-commit"};
         QCOMPARE(readLines(argsLog), QStringList{expected.join(QLatin1Char('|'))});

@@ -168,7 +168,7 @@ private slots:
         QVERIFY(log.waitEnded());
         qunsetenv("TAMBLO_FAKE_ARGS_LOG");
         QCOMPARE(readLines(argsLog),
-                 QStringList{"-as|cdrecord|-v|-nopad|dev=" + rig.current.s_Device_Path + "|" + odd});
+                 QStringList{"-pacifier|interval=0.2|-as|cdrecord|-v|-nopad|dev=" + rig.current.s_Device_Path + "|" + odd});
         QCOMPARE(flow.imagePath(), odd);
     }
 

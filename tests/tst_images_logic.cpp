@@ -207,12 +207,12 @@ private slots:
         const ToolCommand make = tool.makeImageCommand(QStringLiteral("/home/me/out dir/image.iso"),
                                                        QStringLiteral("/home/me/Holiday Photos/"));
         QCOMPARE(make.program, QStringLiteral("/usr/bin/xorriso"));
-        QCOMPARE(make.arguments, (QStringList{"-as", "mkisofs", "-J", "-R", "-V", "Holiday Photos", "-o",
+        QCOMPARE(make.arguments, (QStringList{"-pacifier", "interval=0.2", "-as", "mkisofs", "-J", "-R", "-V", "Holiday Photos", "-o",
                                               "/home/me/out dir/image.iso", "/home/me/Holiday Photos/"}));
         Object_Optical_Drive drive;
         drive.s_Device_Path = QStringLiteral("/dev/sr1");
         const ToolCommand burn = tool.burnImageCommand(drive, QStringLiteral("/tmp/x y.img"));
-        QCOMPARE(burn.arguments, (QStringList{"-as", "cdrecord", "-v", "-nopad", "dev=/dev/sr1", "/tmp/x y.img"}));
+        QCOMPARE(burn.arguments, (QStringList{"-pacifier", "interval=0.2", "-as", "cdrecord", "-v", "-nopad", "dev=/dev/sr1", "/tmp/x y.img"}));
         QCOMPARE(tool.progressKind(), ImageProgress::Kind::XorrisoRecordPercent);
     }
 
@@ -360,7 +360,7 @@ private slots:
         QCOMPARE(mac.program, QStringLiteral("/usr/bin/drutil"));
         QCOMPARE(mac.arguments, (QStringList{"burn", data, "-drive", "1"}));
         const ToolCommand onLinux = plan.xorrisoBurnCommand(QStringLiteral("/usr/bin/xorriso"), QStringLiteral("/dev/sr0"));
-        QCOMPARE(onLinux.arguments, (QStringList{"-outdev", "/dev/sr0", "-joliet", "on", "-volid", "TambloData",
+        QCOMPARE(onLinux.arguments, (QStringList{"-pacifier", "interval=0.2", "-outdev", "/dev/sr0", "-joliet", "on", "-volid", "TambloData",
                                                "-map", tmp.path() + "/a/Photos", "/Photos",
                                                "-map", tmp.path() + "/b/Photos", "/Photos 1/Photos", "-commit"}));
         QVERIFY(!onLinux.arguments.contains(QStringLiteral("-blank")));

@@ -1,6 +1,7 @@
 // Times a data disc of about 1 GB in 3 folders burned by Tamblo into a
 // pseudo-drive, and an ISO image of the same data, each against xorriso
-// doing the same by hand, alternating in the same run.
+// doing the same by hand (with Tamblo's own command line, and once more with
+// xorriso's default once-a-second pacing), in turns in the same run.
 //
 //   bench_images [work folder] [rounds] [megabytes]
 //
@@ -16,6 +17,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <algorithm>
+#include <functional>
 #include <cstdio>
 
 #include "app/Alerts.h"
@@ -25,6 +27,7 @@
 #include "images/DataBurnFlow.h"
 #include "images/IsoCreationFlow.h"
 #include "images/XorrisoImageTool.h"
+#include "toolrun/XorrisoPacing.h"
 
 namespace {
 
@@ -145,24 +148,36 @@ double lowest(const QList<double> &v)
     return *std::min_element(v.begin(), v.end());
 }
 
-void report(const char *what, const QList<double> &total, const QList<double> &tool, const QList<double> &hand)
+void printRuns(const char *label, const QList<double> &v, double against)
 {
-    const double mt = median(total), mo = median(tool), mh = median(hand);
-    std::printf("%s\n", what);
-    std::printf("  fastest runs: by hand %.3f s, Tamblo tool %.3f s (%+.1f %%), Tamblo action %.3f s (%+.1f %%)\n",
-                lowest(hand), lowest(tool), (lowest(tool) / lowest(hand) - 1) * 100, lowest(total),
-                (lowest(total) / lowest(hand) - 1) * 100);
-    std::printf("  by hand (xorriso alone)          median %7.3f s   runs:", mh);
-    for (double v : hand)
-        std::printf(" %.3f", v);
-    std::printf("\n  Tamblo, tool launch -> complete  median %7.3f s   (%+.1f %%)   runs:", mo, (mo / mh - 1) * 100);
-    for (double v : tool)
-        std::printf(" %.3f", v);
-    std::printf("\n  Tamblo, action -> complete       median %7.3f s   (%+.1f %%)   runs:", mt, (mt / mh - 1) * 100);
-    for (double v : total)
-        std::printf(" %.3f", v);
+    std::printf("  %-34s median %7.3f s", label, median(v));
+    if (against > 0)
+        std::printf("   (%+.1f %%)", (median(v) / against - 1) * 100);
+    std::printf("   runs:");
+    for (double x : v)
+        std::printf(" %.3f", x);
     std::printf("\n");
+}
+
+void report(const char *what, const QList<double> &total, const QList<double> &tool, const QList<double> &hand,
+            const QList<double> &handDefault)
+{
+    const double mh = median(hand);
+    std::printf("%s\n", what);
+    printRuns("by hand, Tamblo's command line", hand, 0);
+    printRuns("by hand, xorriso's default pacing", handDefault, mh);
+    printRuns("Tamblo, tool launch -> complete", tool, mh);
+    printRuns("Tamblo, action -> complete", total, mh);
+    std::printf("  Tamblo action against xorriso's default pacing: %+.1f %%\n",
+                (median(total) / median(handDefault) - 1) * 100);
     std::fflush(stdout);
+}
+
+// Runs the three sides of a round in an order that turns with the round.
+void runRound(int round, const QList<std::function<void()>> &sides)
+{
+    for (int i = 0; i < sides.size(); ++i)
+        sides.at((i + round) % sides.size())();
 }
 
 } // namespace
@@ -229,17 +244,20 @@ int main(int argc, char **argv)
     const QString productDisc = work + "/disc-tamblo.iso";
     const QString handDisc = work + "/disc-hand.iso";
     current.s_Device_Path = QStringLiteral("stdio:") + productDisc;
-    const QStringList handArgs{"-outdev", "stdio:" + handDisc, "-joliet", "on",
-                               "-map", folders.at(0), "/Photos",
-                               "-map", folders.at(1), "/Photos 1/Photos",
-                               "-map", folders.at(2), "/Music", "-commit"};
+    // By hand: the very command line Tamblo starts, into another file; and
+    // the same without the pacing setting, as a person would type it.
+    const QStringList handArgsDefault{"-outdev", "stdio:" + handDisc, "-joliet", "on", "-volid", "TambloData",
+                                      "-map", folders.at(0), "/Photos",
+                                      "-map", folders.at(1), "/Photos 1/Photos",
+                                      "-map", folders.at(2), "/Music", "-commit"};
+    const QStringList handArgs = xorrisoPacing() + handArgsDefault;
 
-    // Warm the page cache the same way for both.
+    // Warm the page cache the same way for all.
     byHand(xorriso, handArgs);
     QFile::remove(handDisc);
     settle();
 
-    QList<double> dTotal, dTool, dHand;
+    QList<double> dTotal, dTool, dHand, dHandDefault;
     for (int r = 0; r < rounds; ++r) {
         auto product = [&] {
             DataBurnFlow flow(ctx);
@@ -254,17 +272,17 @@ int main(int argc, char **argv)
             QFile::remove(handDisc);
             settle();
         };
-        if (r % 2) {
-            hand();
-            product();
-        } else {
-            product();
-            hand();
-        }
-        std::printf("data round %d: tamblo %.3f s (tool %.3f s), by hand %.3f s\n", r + 1, dTotal.last(), dTool.last(), dHand.last());
+        auto handDefault = [&] {
+            dHandDefault << byHand(xorriso, handArgsDefault);
+            QFile::remove(handDisc);
+            settle();
+        };
+        runRound(r, {product, hand, handDefault});
+        std::printf("data round %d: tamblo %.3f s (tool %.3f s), by hand %.3f s, default pacing %.3f s\n", r + 1,
+                    dTotal.last(), dTool.last(), dHand.last(), dHandDefault.last());
         std::fflush(stdout);
     }
-    report("Data disc, 3 folders -> pseudo-drive", dTotal, dTool, dHand);
+    report("Data disc, 3 folders -> pseudo-drive", dTotal, dTool, dHand, dHandDefault);
 
     // ISO creation of the folder holding the three.
     const QString isoSource = work + "/src";
@@ -273,7 +291,9 @@ int main(int argc, char **argv)
     QDir().mkpath(productDest);
     QDir().mkpath(handDest);
     const ToolCommand handIso = XorrisoImageTool(xorriso).makeImageCommand(handDest + "/image.iso", isoSource);
-    QList<double> iTotal, iTool, iHand;
+    QStringList handIsoDefault = handIso.arguments;
+    handIsoDefault.erase(handIsoDefault.begin(), handIsoDefault.begin() + xorrisoPacing().size());
+    QList<double> iTotal, iTool, iHand, iHandDefault;
     for (int r = 0; r < rounds; ++r) {
         auto product = [&] {
             IsoCreationFlow flow(ctx);
@@ -289,17 +309,17 @@ int main(int argc, char **argv)
             QFile::remove(handDest + "/image.iso");
             settle();
         };
-        if (r % 2) {
-            hand();
-            product();
-        } else {
-            product();
-            hand();
-        }
-        std::printf("iso round %d: tamblo %.3f s (tool %.3f s), by hand %.3f s\n", r + 1, iTotal.last(), iTool.last(), iHand.last());
+        auto handDefault = [&] {
+            iHandDefault << byHand(handIso.program, handIsoDefault);
+            QFile::remove(handDest + "/image.iso");
+            settle();
+        };
+        runRound(r, {product, hand, handDefault});
+        std::printf("iso round %d: tamblo %.3f s (tool %.3f s), by hand %.3f s, default pacing %.3f s\n", r + 1,
+                    iTotal.last(), iTool.last(), iHand.last(), iHandDefault.last());
         std::fflush(stdout);
     }
-    report("ISO creation of the same data", iTotal, iTool, iHand);
+    report("ISO creation of the same data", iTotal, iTool, iHand, iHandDefault);
 
     // Leave a given work folder as it was found.
     for (const char *made : {"/src", "/Documents", "/iso-tamblo", "/iso-hand"})

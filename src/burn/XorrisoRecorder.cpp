@@ -1,4 +1,5 @@
 #include "burn/XorrisoRecorder.h"
+#include "toolrun/XorrisoPacing.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -22,9 +23,10 @@ ToolCommand XorrisoRecorder::burnFolderCommand(const Object_Optical_Drive &drive
     const QString device = drive.s_Device_Path;
     if (device.isEmpty())
         return {};
-    return {m_xorriso,
-            {QStringLiteral("-dev"), device, QStringLiteral("-volid"), volumeName(folder), QStringLiteral("-map"),
-             folder, QStringLiteral("/"), QStringLiteral("-commit")}};
+    QStringList args = xorrisoPacing();
+    args << QStringLiteral("-dev") << device << QStringLiteral("-volid") << volumeName(folder)
+         << QStringLiteral("-map") << folder << QStringLiteral("/") << QStringLiteral("-commit");
+    return {m_xorriso, args};
 }
 
 QString XorrisoRecorder::volumeName(const QString &folder)

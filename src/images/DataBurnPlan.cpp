@@ -4,6 +4,7 @@
 #include <QFileInfo>
 
 #include "images/XorrisoImageTool.h"
+#include "toolrun/XorrisoPacing.h"
 
 namespace {
 
@@ -66,8 +67,9 @@ QString DataBurnPlan::volumeId() const
 
 ToolCommand DataBurnPlan::xorrisoBurnCommand(const QString &xorriso, const QString &device) const
 {
-    QStringList args{QStringLiteral("-outdev"), device, QStringLiteral("-joliet"), QStringLiteral("on"),
-                     QStringLiteral("-volid"), volumeId()};
+    QStringList args = xorrisoPacing();
+    args << QStringLiteral("-outdev") << device << QStringLiteral("-joliet") << QStringLiteral("on")
+         << QStringLiteral("-volid") << volumeId();
     for (const StagingEntry &e : m_entries) {
         // A listed link to a folder puts the folder's contents on the disc,
         // not the link.

@@ -1,4 +1,5 @@
 #include "images/XorrisoImageTool.h"
+#include "toolrun/XorrisoPacing.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -32,15 +33,17 @@ QString XorrisoImageTool::volumeIdFor(const QString &name)
 
 ToolCommand XorrisoImageTool::makeImageCommand(const QString &destIso, const QString &sourceFolder) const
 {
-    return ToolCommand{m_xorriso,
-                       {QStringLiteral("-as"), QStringLiteral("mkisofs"), QStringLiteral("-J"),
-                        QStringLiteral("-R"), QStringLiteral("-V"), volumeIdFor(folderName(sourceFolder)),
-                        QStringLiteral("-o"), destIso, sourceFolder}};
+    QStringList args = xorrisoPacing();
+    args << QStringLiteral("-as") << QStringLiteral("mkisofs") << QStringLiteral("-J") << QStringLiteral("-R")
+         << QStringLiteral("-V") << volumeIdFor(folderName(sourceFolder)) << QStringLiteral("-o") << destIso
+         << sourceFolder;
+    return ToolCommand{m_xorriso, args};
 }
 
 ToolCommand XorrisoImageTool::burnImageCommand(const Object_Optical_Drive &drive, const QString &image) const
 {
-    return ToolCommand{m_xorriso,
-                       {QStringLiteral("-as"), QStringLiteral("cdrecord"), QStringLiteral("-v"),
-                        QStringLiteral("-nopad"), QStringLiteral("dev=") + drive.s_Device_Path, image}};
+    QStringList args = xorrisoPacing();
+    args << QStringLiteral("-as") << QStringLiteral("cdrecord") << QStringLiteral("-v") << QStringLiteral("-nopad")
+         << QStringLiteral("dev=") + drive.s_Device_Path << image;
+    return ToolCommand{m_xorriso, args};
 }
