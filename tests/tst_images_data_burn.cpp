@@ -178,7 +178,7 @@ private slots:
         QVERIFY(QDir(rig.data).isEmpty());
         QVERIFY(QDir(rig.data).exists());
         // The burn is a step after the checks.
-        QVERIFY(log.timeOf("toolStarted") >= 95);
+        QVERIFY(log.timeOf("toolStarted") >= 90);  // one 0.1 s step (a coarse timer may be 5 % early)
         const QStringList expected{"-pacifier", "interval=0.2", "-outdev", rig.current.s_Device_Path, "-joliet", "on", "-volid", "TambloData",
                                    "-map", rig.tmp.path() + "/a/Photos", "/Photos",
                                    "-map", rig.tmp.path() + "/b/Photos", "/Photos 1/Photos", "-commit"};

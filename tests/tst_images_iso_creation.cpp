@@ -72,7 +72,7 @@ private slots:
         QCOMPARE(dest.kind, PickRequest::Kind::Folder);
         QVERIFY(!dest.multiple);
         QCOMPARE(dest.startFolder, rig.tmp.path() + "/home/Documents");
-        QVERIFY(secondPanelAt >= 95);  // a step after the first panel
+        QVERIFY(secondPanelAt >= 90);  // a step after the first panel (a coarse timer may be 5 % early)
         QCOMPARE(log.sheets(), QStringList{"ended"});
         QVERIFY(rig.alerts.shown.isEmpty());
         QCOMPARE(QDir(rig.tmp.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"src"});
@@ -110,7 +110,7 @@ private slots:
         QCOMPARE(log.sheets(), (QStringList{"toolStarted", "toolFinished", "showPerformingOperation",
                                             "closePerformingOperation", "operationComplete", "ended"}));
         QVERIFY(log.timeOf("toolStarted") >= 190);
-        QVERIFY(log.timeOf("showPerformingOperation") - log.timeOf("toolStarted") >= 95);
+        QVERIFY(log.timeOf("showPerformingOperation") - log.timeOf("toolStarted") >= 90);  // a coarse timer may be 5 % early
         const QStringList image = readLines(dst + "/image.iso");
         QCOMPARE(image.value(0), "fake image of " + src);
         QVERIFY(logs.contains(QStringLiteral("Creating hybrid image...")));
@@ -142,6 +142,9 @@ private slots:
         QVERIFY2(extract(dst + "/image.iso", readback, &xlog), qPrintable(xlog));
         QCOMPARE(tree(readback), tree(src));
         QCOMPARE(volumeId(dst + "/image.iso"), QStringLiteral("Holiday Ünïcødé"));
+        // The Joliet tree (what Windows reads) keeps the letters too.
+        QVERIFY(jolietHolds(dst + "/image.iso", QStringLiteral("ñandú é.jpg")));
+        QVERIFY(jolietHolds(dst + "/image.iso", QStringLiteral("写真")));
     }
 
     void aSecondRunReplacesTheEarlierImage()

@@ -40,7 +40,7 @@ private slots:
         QCOMPARE(p.eject, QStandardPaths::findExecutable("eject"));
         QVERIFY(p.drutil.isEmpty());
     }
-    void childGetsCLocaleAndNullStdin()
+    void childGetsAnEnglishUtf8LocaleAndNullStdin()
     {
         // `cat` with no arguments copies its standard input: with the null
         // device it ends at once with nothing; LC_ALL is printed by env.
@@ -48,7 +48,8 @@ private slots:
         ToolProcess::prepare(p, {"/bin/sh", {"-c", "cat; echo \"LC_ALL=$LC_ALL\""}});
         p.start();
         QVERIFY(p.waitForFinished(5000));
-        QCOMPARE(QString::fromUtf8(p.readAllStandardOutput()), QString("LC_ALL=C\n"));
+        QCOMPARE(QString::fromUtf8(p.readAllStandardOutput()), QString("LC_ALL=C.UTF-8\n"));
+        QCOMPARE(ToolProcess::childLocale(), QStringLiteral("C.UTF-8"));
     }
 };
 

@@ -4,11 +4,20 @@
 
 namespace ToolProcess {
 
+QString childLocale()
+{
+#ifdef Q_OS_MACOS
+    return QStringLiteral("en_US.UTF-8");
+#else
+    return QStringLiteral("C.UTF-8");
+#endif
+}
+
 static QProcessEnvironment childEnvironment()
 {
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
-    env.insert(QStringLiteral("LANG"), QStringLiteral("C"));
+    env.insert(QStringLiteral("LC_ALL"), childLocale());
+    env.insert(QStringLiteral("LANG"), childLocale());
     return env;
 }
 

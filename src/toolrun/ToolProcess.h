@@ -3,10 +3,16 @@
 
 #include "toolrun/ToolCommand.h"
 
-// The one place where Tamblo starts a child process. Every child gets
-// LC_ALL=C (the markers we read are English) and the null device as its
-// standard input (a tool that asks a question gets its answer at once).
+// The one place where Tamblo starts a child process. Every child gets an
+// English locale with UTF-8 text (childLocale(): the markers we read are
+// English, and file names stay whole: under a plain "C" locale xorriso takes
+// names for ASCII and writes "_" for every other letter in a disc's Joliet
+// tree) and the null device as its standard input (a tool that asks a
+// question gets its answer at once).
 namespace ToolProcess {
+
+// "C.UTF-8" (Linux) or "en_US.UTF-8" (macOS), set as LC_ALL and LANG.
+QString childLocale();
 
 // Prepares (does not start) a process for the command.
 void prepare(QProcess &process, const ToolCommand &command,

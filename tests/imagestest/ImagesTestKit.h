@@ -315,6 +315,22 @@ inline QString volumeId(const QString &imageOrDrive)
     return QString();
 }
 
+// Whether an image (or pseudo-drive) holds `name` as a Joliet name: Joliet
+// keeps names in UCS-2 big-endian, so a name mangled to "_" on the way in
+// is not found.
+inline bool jolietHolds(const QString &image, const QString &name)
+{
+    QFile f(image);
+    if (!f.open(QIODevice::ReadOnly))
+        return false;
+    QByteArray ucs2;
+    for (QChar c : name) {
+        ucs2.append(char(c.unicode() >> 8));
+        ucs2.append(char(c.unicode() & 0xff));
+    }
+    return f.readAll().contains(ucs2);
+}
+
 inline QString fake(const char *name)
 {
     return QStringLiteral(TAMBLO_FAKES_DIR "/") + QString::fromLatin1(name);
