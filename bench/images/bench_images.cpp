@@ -11,6 +11,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
@@ -132,11 +133,17 @@ FlowTimes waitFlow(SheetFlow &flow, const std::function<void()> &startAction)
     QObject guard;
     QObject::connect(&flow, &SheetFlow::toolStarted, &guard, [&] { launched = t.nsecsElapsed(); });
     QObject::connect(&flow, &SheetFlow::operationComplete, &guard, [&] { complete = t.nsecsElapsed(); });
-    QObject::connect(&flow, &SheetFlow::ended, &guard, [&] { ended = true; });
+    // A blocking event loop, as the application's own: a loop of timed
+    // processEvents() calls would spin a core and slow the tool down.
+    QEventLoop loop;
+    QObject::connect(&flow, &SheetFlow::ended, &guard, [&] {
+        ended = true;
+        loop.quit();
+    });
     t.start();
     startAction();
-    while (!ended)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    if (!ended)
+        loop.exec();
     FlowTimes out;
     out.total = complete / 1e9;
     out.tool = (complete - launched) / 1e9;
