@@ -19,6 +19,7 @@
 #include "compilation/ui/CompilationTable.h"
 #include "compilation/ui/SpaceOccupiedView.h"
 #include "support/AppHarness.h"
+#include "support/PreviewMedia.h"
 #include "support/TestMain.h"
 
 namespace {
@@ -65,14 +66,6 @@ void pickWith(Window_Colors *dialog, ColorWell *well, const QColor &answer)
     QTest::mouseClick(well, Qt::LeftButton);
 }
 
-bool makeMedia(const QStringList &args)
-{
-    QProcess p;
-    p.setStandardInputFile(QProcess::nullDevice());
-    p.start(QStandardPaths::findExecutable(QStringLiteral("ffmpeg")), QStringList{"-v", "error", "-y"} + args);
-    return p.waitForFinished(60000) && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
-}
-
 // Adds files through a tab's Add Files button and waits until they are measured.
 bool addFiles(Harness &h, QPushButton *add, const QStringList &paths)
 {
@@ -110,18 +103,12 @@ private slots:
     void initTestCase()
     {
         QVERIFY2(!QStandardPaths::findExecutable("ffmpeg").isEmpty(), "ffmpeg must be installed for the tests");
-        m_mp3 = m_media.filePath("01 tone.mp3");
-        m_mp4 = m_media.filePath("02 bars with sound.mp4");
-        m_silent = m_media.filePath("03 silent bars.mp4");
-        m_text = m_media.filePath("04 not a film.mp4");
-        QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=4", m_mp3}));
-        QVERIFY(makeMedia({"-f", "lavfi", "-i", "testsrc=duration=4:size=320x240:rate=25", "-f", "lavfi", "-i",
-                           "sine=frequency=440:duration=4", "-pix_fmt", "yuv420p", "-shortest", m_mp4}));
-        QVERIFY(makeMedia({"-f", "lavfi", "-i", "testsrc=duration=3:size=320x240:rate=25", "-pix_fmt", "yuv420p",
-                           m_silent}));
-        QFile f(m_text);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("Plain text, whatever the name says.\n");
+        PreviewMedia media;
+        QVERIFY(media.make(m_media.path(), QStringLiteral("0 ")));
+        m_mp3 = media.mp3;
+        m_mp4 = media.mp4;
+        m_silent = media.silent;
+        m_text = media.text;
     }
 
     // Change three colours and switch the row banding off; OK stores them

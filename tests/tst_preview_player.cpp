@@ -1,5 +1,6 @@
 #include "support/TestMain.h"
 #include "support/FakeAlerts.h"
+#include "support/PreviewMedia.h"
 
 #include "preview/ui/AVSPDocument.h"
 
@@ -26,18 +27,6 @@ class TestPreviewPlayer : public QObject {
     QTemporaryDir m_dir;
     QString m_mp3, m_mp4, m_silent, m_text;
 
-    static bool ffmpeg(const QStringList &args)
-    {
-        QProcess p;
-        p.setStandardInputFile(QProcess::nullDevice());
-        p.start(QStandardPaths::findExecutable("ffmpeg"), QStringList{"-v", "error", "-y"} + args);
-        if (!p.waitForFinished(60000))
-            return false;
-        if (p.exitCode() != 0)
-            qWarning() << p.readAllStandardError();
-        return p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
-    }
-
     std::unique_ptr<AVSPDocument> open(const QString &path, FakeAlerts &alerts)
     {
         auto doc = std::make_unique<AVSPDocument>(QUrl::fromLocalFile(path), alerts);
@@ -59,18 +48,12 @@ private slots:
     {
         QVERIFY2(!QStandardPaths::findExecutable("ffmpeg").isEmpty(), "ffmpeg must be installed for the tests");
         QVERIFY(m_dir.isValid());
-        m_mp3 = m_dir.filePath("tone.mp3");
-        m_mp4 = m_dir.filePath("bars with sound.mp4");
-        m_silent = m_dir.filePath("silent.mp4");
-        m_text = m_dir.filePath("not a film.mp4");
-        QVERIFY(ffmpeg({"-f", "lavfi", "-i", "sine=frequency=440:duration=3", m_mp3}));
-        QVERIFY(ffmpeg({"-f", "lavfi", "-i", "testsrc=duration=3:size=320x240:rate=25", "-f", "lavfi", "-i",
-                        "sine=frequency=440:duration=3", "-pix_fmt", "yuv420p", "-shortest", m_mp4}));
-        QVERIFY(ffmpeg({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25", "-pix_fmt", "yuv420p", m_silent}));
-        QFile f(m_text);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("This is a plain text file, whatever its name says.\n");
-        f.close();
+        PreviewMedia media;
+        QVERIFY(media.make(m_dir.path()));
+        m_mp3 = media.mp3;
+        m_mp4 = media.mp4;
+        m_silent = media.silent;
+        m_text = media.text;
     }
 
     void transportWaitsUntilTheFileIsReady()
