@@ -97,18 +97,13 @@ class TestAppColoursAndPreview : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_media;
-    QString m_mp3, m_mp4, m_silent, m_text;
+    PreviewMedia m_files;
 
 private slots:
     void initTestCase()
     {
         QVERIFY2(!QStandardPaths::findExecutable("ffmpeg").isEmpty(), "ffmpeg must be installed for the tests");
-        PreviewMedia media;
-        QVERIFY(media.make(m_media.path(), QStringLiteral("0 ")));
-        m_mp3 = media.mp3;
-        m_mp4 = media.mp4;
-        m_silent = media.silent;
-        m_text = media.text;
+        QVERIFY(m_files.make(m_media.path(), QStringLiteral("0 ")));
     }
 
     // Change three colours and switch the row banding off; OK stores them
@@ -250,7 +245,7 @@ private slots:
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
         w->tabviewMain->setCurrentIndex(0);
-        QVERIFY(addFiles(h, w->toolbar_btn_Audio_Add_Files, {m_mp3, m_mp4, m_silent}));
+        QVERIFY(addFiles(h, w->toolbar_btn_Audio_Add_Files, {m_files.mp3, m_files.mp4, m_files.silent}));
         selectRows(w->tableviewAudioFiles, {2, 1});
         QCOMPARE(w->tableviewAudioFiles->selectedRows(), (QList<int>{1, 2}));
 
@@ -260,7 +255,7 @@ private slots:
         QVERIFY(player->isVisible());
         QCOMPARE(player->windowModality(), Qt::ApplicationModal);
         QCOMPARE(player->s_File_URL, QUrl::fromLocalFile(h.app->arrayMediaFiles->at(1).s_File_Path));
-        QCOMPARE(player->s_File_URL.toLocalFile(), m_mp4);
+        QCOMPARE(player->s_File_URL.toLocalFile(), m_files.mp4);
         QTRY_VERIFY_WITH_TIMEOUT(player->isReadyToPlay(), 10000);
         QTRY_VERIFY_WITH_TIMEOUT(player->playerLayer && !player->playerLayer->isHidden(), 10000);
         QVERIFY(player->noVideoLabel->isHidden());
@@ -291,7 +286,7 @@ private slots:
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
         w->tabviewMain->setCurrentIndex(0);
-        QVERIFY(addFiles(h, w->toolbar_btn_Audio_Add_Files, {m_mp3}));
+        QVERIFY(addFiles(h, w->toolbar_btn_Audio_Add_Files, {m_files.mp3}));
         selectRows(w->tableviewAudioFiles, {0});
         QTest::mouseClick(w->toolbar_btn_Audio_Play, Qt::LeftButton);
         QPointer<AVSPDocument> player = h.app->windowPlayer;
@@ -304,12 +299,12 @@ private slots:
 
         w->tabviewMain->setCurrentIndex(1);
         QCOMPARE(h.app->arrayMediaFiles->count(), 0);  // a new tab, a new list
-        QVERIFY(addFiles(h, w->toolbar_btn_Video_Add_Files, {m_silent, m_text}));
+        QVERIFY(addFiles(h, w->toolbar_btn_Video_Add_Files, {m_files.silent, m_files.text}));
         selectRows(w->tableviewVideoFiles, {0});
         QTest::mouseClick(w->toolbar_btn_Video_Play, Qt::LeftButton);
         player = h.app->windowPlayer;
         QVERIFY(player);
-        QCOMPARE(player->s_File_URL.toLocalFile(), m_silent);
+        QCOMPARE(player->s_File_URL.toLocalFile(), m_files.silent);
         QTRY_VERIFY_WITH_TIMEOUT(player->playerLayer && !player->playerLayer->isHidden(), 10000);
         QVERIFY(player->loadingSpinner->isHidden());
         player->close();
@@ -319,7 +314,7 @@ private slots:
         QTest::mouseClick(w->toolbar_btn_Video_Play, Qt::LeftButton);
         player = h.app->windowPlayer;
         QVERIFY(player);
-        QCOMPARE(player->s_File_URL.toLocalFile(), m_text);
+        QCOMPARE(player->s_File_URL.toLocalFile(), m_files.text);
         QTRY_VERIFY_WITH_TIMEOUT(!player->unplayableLabel->isHidden() || !h.alerts.shown.isEmpty(), 10000);
         QTRY_VERIFY_WITH_TIMEOUT(!h.alerts.shown.isEmpty(), 10000);
         QCOMPARE(h.alerts.shown.first().messageText, AVSPDocument::CouldNotPlay);

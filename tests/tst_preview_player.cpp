@@ -25,7 +25,7 @@ class TestPreviewPlayer : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
-    QString m_mp3, m_mp4, m_silent, m_text;
+    PreviewMedia m_files;
 
     std::unique_ptr<AVSPDocument> open(const QString &path, FakeAlerts &alerts)
     {
@@ -48,18 +48,13 @@ private slots:
     {
         QVERIFY2(!QStandardPaths::findExecutable("ffmpeg").isEmpty(), "ffmpeg must be installed for the tests");
         QVERIFY(m_dir.isValid());
-        PreviewMedia media;
-        QVERIFY(media.make(m_dir.path()));
-        m_mp3 = media.mp3;
-        m_mp4 = media.mp4;
-        m_silent = media.silent;
-        m_text = media.text;
+        QVERIFY(m_files.make(m_dir.path()));
     }
 
     void transportWaitsUntilTheFileIsReady()
     {
         FakeAlerts alerts;
-        auto doc = open(m_mp4, alerts);
+        auto doc = open(m_files.mp4, alerts);
         // Straight after opening nothing is loaded yet.
         QVERIFY(transportDisabled(*doc));
         QVERIFY(!doc->loadingSpinner->isHidden());
@@ -75,7 +70,7 @@ private slots:
     void audioOnlyFileShowsNoVideoLabel()
     {
         FakeAlerts alerts;
-        auto doc = open(m_mp3, alerts);
+        auto doc = open(m_files.mp3, alerts);
         QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
         QVERIFY(!doc->noVideoLabel->isHidden());
         QVERIFY(doc->playerLayer == nullptr);  // no picture at all
@@ -97,7 +92,7 @@ private slots:
     {
         QFETCH(QString, which);
         FakeAlerts alerts;
-        auto doc = open(which == "mp4" ? m_mp4 : m_silent, alerts);
+        auto doc = open(which == "mp4" ? m_files.mp4 : m_files.silent, alerts);
         QTRY_VERIFY_WITH_TIMEOUT(doc->playerLayer && !doc->playerLayer->isHidden(), 10000);
         QVERIFY(doc->loadingSpinner->isHidden());
         QVERIFY(doc->noVideoLabel->isHidden());
@@ -122,7 +117,7 @@ private slots:
     {
         QFETCH(bool, missing);
         FakeAlerts alerts;
-        auto doc = open(missing ? m_dir.filePath("gone.mp4") : m_text, alerts);
+        auto doc = open(missing ? m_dir.filePath("gone.mp4") : m_files.text, alerts);
         QTRY_VERIFY_WITH_TIMEOUT(!doc->unplayableLabel->isHidden(), 10000);
         QTRY_COMPARE(alerts.shown.size(), 1);
         QCOMPARE(alerts.shown[0].messageText, QStringLiteral("Video could not be played."));
@@ -140,7 +135,7 @@ private slots:
     void fastForwardThreeTimesThenPlay()
     {
         FakeAlerts alerts;
-        auto doc = open(m_mp4, alerts);
+        auto doc = open(m_files.mp4, alerts);
         QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
         QSignalSpy rates(doc.get(), &AVSPDocument::rateChanged);
         QStringList titles;
@@ -172,7 +167,7 @@ private slots:
     void fastForwardRunsFaster()
     {
         FakeAlerts alerts;
-        auto doc = open(m_mp3, alerts);
+        auto doc = open(m_files.mp3, alerts);
         QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
         doc->fastForward();
         doc->fastForward();  // 4x: 3 s of sound in well under 3 s
@@ -186,7 +181,7 @@ private slots:
     void rewindStepsBackToTheStart()
     {
         FakeAlerts alerts;
-        auto doc = open(m_mp4, alerts);
+        auto doc = open(m_files.mp4, alerts);
         QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
         doc->setCurrentTime(2.5);
         QTRY_VERIFY(qAbs(doc->currentTime() - 2.5) < 0.05);
@@ -228,7 +223,7 @@ private slots:
     void playAtTheEndRestartsFromZero()
     {
         FakeAlerts alerts;
-        auto doc = open(m_mp3, alerts);
+        auto doc = open(m_files.mp3, alerts);
         QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
         doc->setCurrentTime(doc->duration() - 0.3);
         doc->playPauseToggle();
@@ -251,7 +246,7 @@ private slots:
     void rewindFromTheEnd()
     {
         FakeAlerts alerts;
-        auto doc = open(m_silent, alerts);
+        auto doc = open(m_files.silent, alerts);
         QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
         doc->setCurrentTime(doc->duration() - 0.2);
         doc->playPauseToggle();
@@ -267,7 +262,7 @@ private slots:
     void sliderFollowsThePosition()
     {
         FakeAlerts alerts;
-        auto doc = open(m_mp3, alerts);
+        auto doc = open(m_files.mp3, alerts);
         QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
         QCOMPARE(doc->timeSlider->minimum(), 0);
         QCOMPARE(doc->timeSlider->maximum(), int(doc->player->duration()));
@@ -287,7 +282,7 @@ private slots:
     void propertiesReadTheirValues()
     {
         FakeAlerts alerts;
-        auto doc = open(m_mp4, alerts);
+        auto doc = open(m_files.mp4, alerts);
         QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
         QSignalSpy volume(doc.get(), &AVSPDocument::volumeChanged);
         doc->setVolume(0.25f);
@@ -303,7 +298,7 @@ private slots:
     void controlsAreNamed()
     {
         FakeAlerts alerts;
-        auto doc = open(m_mp3, alerts);
+        auto doc = open(m_files.mp3, alerts);
         const QList<QWidget *> controls{doc->playPauseButton, doc->fastForwardButton, doc->rewindButton,
                                         doc->timeSlider, doc->loadingSpinner, doc->noVideoLabel,
                                         doc->unplayableLabel, doc->playerView};
@@ -311,14 +306,14 @@ private slots:
             QVERIFY2(!c->accessibleName().isEmpty(), qPrintable(c->objectName()));
         QVERIFY(doc->isModal());
         QCOMPARE(doc->windowTitle(), QStringLiteral("tone.mp3"));
-        QCOMPARE(doc->s_File_URL, QUrl::fromLocalFile(m_mp3));
+        QCOMPARE(doc->s_File_URL, QUrl::fromLocalFile(m_files.mp3));
         QCOMPARE(doc->playerView->palette().color(QPalette::Window), QColor(Qt::black));
     }
 
     void closingWhilePlayingTearsDown()
     {
         FakeAlerts alerts;
-        QPointer<AVSPDocument> doc = new AVSPDocument(QUrl::fromLocalFile(m_mp4), alerts);
+        QPointer<AVSPDocument> doc = new AVSPDocument(QUrl::fromLocalFile(m_files.mp4), alerts);
         doc->setAttribute(Qt::WA_DeleteOnClose);
         doc->show();
         QTRY_VERIFY_WITH_TIMEOUT(doc->playerLayer && !doc->playerLayer->isHidden(), 10000);
@@ -341,7 +336,7 @@ private slots:
     void closeStopsEverything()
     {
         FakeAlerts alerts;
-        auto doc = open(m_mp3, alerts);
+        auto doc = open(m_files.mp3, alerts);
         QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
         doc->setCurrentTime(2.0);
         doc->rewind();
@@ -362,7 +357,7 @@ private slots:
     void execEndsWithCodeOne()
     {
         FakeAlerts alerts;
-        AVSPDocument doc(QUrl::fromLocalFile(m_mp4), alerts);
+        AVSPDocument doc(QUrl::fromLocalFile(m_files.mp4), alerts);
         QTimer::singleShot(0, &doc, [&] {
             QTimer::singleShot(1500, &doc, [&] { doc.close(); });
             doc.playPauseToggle();
@@ -376,7 +371,7 @@ private slots:
     void droppingWhileStillLoadingIsSafe()
     {
         FakeAlerts alerts;
-        for (const QString &path : {m_mp4, m_mp3, m_text}) {
+        for (const QString &path : {m_files.mp4, m_files.mp3, m_files.text}) {
             auto doc = open(path, alerts);
             doc.reset();
         }
