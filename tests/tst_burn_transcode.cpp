@@ -119,6 +119,8 @@ private slots:
         make({"-f", "lavfi", "-i", "sine=frequency=550:duration=1", d + "/a.flac"});
         make({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=2",
               "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "aac", "-shortest", d + "/clip.mov"});
+        make({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25", "-c:v", "libx264", "-preset",
+              "ultrafast", "-pix_fmt", "yuv420p", d + "/no sound.mp4"});
     }
 
     void init()
@@ -209,6 +211,20 @@ private slots:
         QCOMPARE(field(audios.first(), "codec_name"), codec);
         QCOMPARE(field(audios.first(), "sample_rate"), QStringLiteral("48000"));
         QCOMPARE(field(audios.first(), "channels"), QStringLiteral("2"));
+    }
+
+    // A film with no sound still becomes a DVD MPG: the picture alone.
+    void videoWithoutSoundGivesAPictureOnlyMpg()
+    {
+        const auto bars = transcode(BurnOperation::VideoDVD, {m_media.filePath("no sound.mp4")}, {2}, "0", "0");
+        QCOMPARE(bars.size(), 1);
+        QVERIFY(!bars.first().isEmpty());
+        const Probe p = probe(m_out.filePath("no sound.mpg"));
+        QCOMPARE(p.format, QStringLiteral("mpeg"));
+        QCOMPARE(p.ofType(QStringLiteral("video")).size(), 1);
+        QCOMPARE(p.ofType(QStringLiteral("audio")).size(), 0);
+        QCOMPARE(field(p.ofType(QStringLiteral("video")).first(), "codec_name"), QStringLiteral("mpeg2video"));
+        QVERIFY(std::fabs(p.duration - 2.0) < 0.2);
     }
 
     void sameNameDifferentExtension()
