@@ -120,15 +120,7 @@ void DataBurnFlow::TimerBurnDataFolder()
         command = m_plan.xorrisoBurnCommand(m_context.tools.xorriso, drive.s_Device_Path);
     }
 
-    auto *run = new ImageToolRun(this);
-    m_run = run;
-    connect(run, &ImageToolRun::finished, this, [this, run](int exitCode, bool) {
-        emit toolFinished(exitCode);
-        run->deleteLater();
-        dataBurnTerminated();
-    });
-    emit toolStarted(command.program, command.arguments);
-    run->start(command, ImageToolRun::Channels::Merged);
+    startToolRun(command, ImageToolRun::Channels::Merged, [this] { dataBurnTerminated(); });
     if (onMac())
         emit closeStagingSheet();
     emit showPerformingOperation();

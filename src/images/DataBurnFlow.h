@@ -57,6 +57,5 @@ private:
     QTimer timerBurnDataFolder;
     QTimer m_stagingTimer;
     QPointer<StagingCopy> m_staging;
-    QPointer<ImageToolRun> m_run;
     bool m_stagingDone = false;
 };

@@ -49,15 +49,7 @@ void DuplicationFlow::driveAnswered(bool empty)
     FolderOps::RemoveAllContentInFolder(m_context.dataFolder);
 
     const ToolCommand command = Duplication::imagingCommand(*m_tool, m_context.dataFolder, m_volume);
-    auto *run = new ImageToolRun(this);
-    m_run = run;
-    connect(run, &ImageToolRun::finished, this, [this, run](int exitCode, bool) {
-        emit toolFinished(exitCode);
-        run->deleteLater();
-        CreateISOfromDriveTerminated();
-    });
-    emit toolStarted(command.program, command.arguments);
-    run->start(command, ImageToolRun::Channels::Merged);
+    startToolRun(command, ImageToolRun::Channels::Merged, [this] { CreateISOfromDriveTerminated(); });
     emit showPerformingOperation();
 }
 
@@ -110,20 +102,8 @@ void DuplicationFlow::blankChecked(const MediumCheck &check)
     emit uniqueProgress(0.0);
     const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
     const ToolCommand command = m_tool->burnImageCommand(drive, Duplication::imagePath(m_context.dataFolder));
-    const ImageProgress::Kind kind = m_tool->progressKind();
-    auto *run = new ImageToolRun(this);
-    m_run = run;
-    connect(run, &ImageToolRun::errorChunk, this, [this, kind](const QByteArray &chunk) {
-        if (const auto value = ImageProgress::parse(kind, chunk))
-            emit uniqueProgress(*value);
-    });
-    connect(run, &ImageToolRun::finished, this, [this, run](int exitCode, bool) {
-        emit toolFinished(exitCode);
-        run->deleteLater();
-        MediaDuplicationTerminated();
-    });
-    emit toolStarted(command.program, command.arguments);
-    run->start(command, ImageToolRun::Channels::Separate);
+    startToolRun(command, ImageToolRun::Channels::Separate, [this] { MediaDuplicationTerminated(); },
+                 m_tool->progressKind());
 }
 
 void DuplicationFlow::MediaDuplicationTerminated()

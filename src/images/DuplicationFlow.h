@@ -41,5 +41,4 @@ private:
     int i_Number_of_Copies = 0;
     int i_Counter_Number_of_Copies = 0;
     QTimer timerDuplicateMediaCopy;
-    QPointer<ImageToolRun> m_run;
 };

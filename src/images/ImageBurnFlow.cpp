@@ -48,20 +48,7 @@ void ImageBurnFlow::checked(const MediumCheck &check)
 
     const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
     const ToolCommand command = m_tool->burnImageCommand(drive, m_image);
-    const ImageProgress::Kind kind = m_tool->progressKind();
-    auto *run = new ImageToolRun(this);
-    m_run = run;
-    connect(run, &ImageToolRun::errorChunk, this, [this, kind](const QByteArray &chunk) {
-        if (const auto value = ImageProgress::parse(kind, chunk))
-            emit uniqueProgress(*value);
-    });
-    connect(run, &ImageToolRun::finished, this, [this, run](int exitCode, bool) {
-        emit toolFinished(exitCode);
-        run->deleteLater();
-        taskTerminated();
-    });
-    emit toolStarted(command.program, command.arguments);
-    run->start(command, ImageToolRun::Channels::Separate);
+    startToolRun(command, ImageToolRun::Channels::Separate, [this] { taskTerminated(); }, m_tool->progressKind());
 }
 
 void ImageBurnFlow::taskTerminated()

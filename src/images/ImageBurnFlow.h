@@ -26,5 +26,4 @@ private:
 
     std::unique_ptr<ImageTool> m_tool;
     QString m_image;
-    QPointer<ImageToolRun> m_run;
 };

@@ -51,19 +51,13 @@ void IsoCreationFlow::TimerCreateISOStep2Routine()
     m_sheetShown = false;
     m_toolEnded = false;
     const ToolCommand command = m_tool->makeImageCommand(m_destPathISO, m_sourcePath);
-    auto *run = new ImageToolRun(this);
-    m_run = run;
-    connect(run, &ImageToolRun::finished, this, [this, run](int exitCode, bool) {
-        emit toolFinished(exitCode);
-        run->deleteLater();
+    startToolRun(command, ImageToolRun::Channels::Merged, [this] {
         m_toolEnded = true;
         // The working sheet comes a step after the launch; a quicker tool
         // is answered once it is up, so it never stays behind.
         if (m_sheetShown)
             taskTerminated();
     });
-    emit toolStarted(command.program, command.arguments);
-    run->start(command, ImageToolRun::Channels::Merged);
     m_step3.start();
 }
 

@@ -37,7 +37,6 @@ private:
     QTimer m_step1;
     QTimer m_step2;
     QTimer m_step3;
-    QPointer<ImageToolRun> m_run;
     bool m_sheetShown = false;
     bool m_toolEnded = false;
 };

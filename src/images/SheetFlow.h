@@ -1,8 +1,13 @@
 #pragma once
 #include <QObject>
 #include <QStringList>
+#include <functional>
+#include <optional>
 
 #include "images/ImageFlowContext.h"
+#include "images/ImageProgress.h"
+#include "images/ImageToolRun.h"
+#include "toolrun/ToolCommand.h"
 
 // A multi-step operation that shows its state in sheets on the main window.
 // The window side connects these signals to its sheets; the operation itself
@@ -31,6 +36,13 @@ signals:
 protected:
     void begin() { m_busy = true; }
     void finish();
+
+    // Starts the flow's tool run: toolStarted, the run, and when it ends
+    // toolFinished and then `terminated`. With a progress kind, each piece
+    // of the tool's error output that carries a percentage moves the single
+    // bar.
+    void startToolRun(const ToolCommand &command, ImageToolRun::Channels channels, std::function<void()> terminated,
+                      std::optional<ImageProgress::Kind> progress = std::nullopt);
 
     ImageFlowContext m_context;
 
