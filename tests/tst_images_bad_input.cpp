@@ -2,6 +2,7 @@
 // vanishes, an unreadable file, a destination that cannot be written, a
 // disk that fills up. Each gives a clear log line, the operation still comes
 // to its end, and nothing of the user's is deleted.
+#include "compilation/Measurements.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
 #include "support/TestMain.h"
@@ -63,7 +64,7 @@ struct Rig {
     {
         NodeDataFolder n;
         n.s_Path = path;
-        n.i_Size_in_KBytes = StagingCopy::folderSize(path) >> 10;
+        n.i_Size_in_KBytes = Measurements::folderSize(path) >> 10;
         return n;
     }
 };

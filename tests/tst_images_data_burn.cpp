@@ -1,6 +1,7 @@
 // Data disc burning: the checks and their messages, the order of the steps
 // and sheets, the macOS staging with a stand-in drutil, and a real xorriso
 // burn into a pseudo-drive read back file by file.
+#include "compilation/Measurements.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
 #include "support/TestMain.h"
@@ -53,7 +54,7 @@ struct Rig {
     {
         NodeDataFolder n;
         n.s_Path = path;
-        n.i_Size_in_KBytes = StagingCopy::folderSize(path) >> 10;
+        n.i_Size_in_KBytes = Measurements::folderSize(path) >> 10;
         return n;
     }
 };

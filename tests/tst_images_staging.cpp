@@ -1,5 +1,6 @@
 // The staging copy of a macOS data burn: what lands where, the poll and its
 // stop rules, and that the UI thread keeps running throughout.
+#include "compilation/Measurements.h"
 #include "support/TestMain.h"
 
 #include <QTemporaryDir>
@@ -67,7 +68,7 @@ private slots:
         const QString data = tmp.path() + "/TambloData";
         QDir().mkpath(data);
         const DataBurnPlan plan = DataBurnPlan::make(
-            {node(a, StagingCopy::folderSize(a) >> 10), node(b, StagingCopy::folderSize(b) >> 10)}, data);
+            {node(a, Measurements::folderSize(a) >> 10), node(b, Measurements::folderSize(b) >> 10)}, data);
         Run run;
         stage(run, plan.entries(), 50);
         if (QTest::currentTestFailed())
@@ -162,7 +163,7 @@ private slots:
         writeFile(b + "/large", pseudoRandom(400 * 1024, 7));
         const QString data = tmp.path() + "/D";
         const DataBurnPlan plan = DataBurnPlan::make(
-            {node(a, StagingCopy::folderSize(a) >> 10), node(b, StagingCopy::folderSize(b) >> 10)}, data);
+            {node(a, Measurements::folderSize(a) >> 10), node(b, Measurements::folderSize(b) >> 10)}, data);
         Run run;
         stage(run, plan.entries(), 100);
         if (QTest::currentTestFailed())
@@ -173,11 +174,11 @@ private slots:
                 second << p.second;
         // The base is D/Photos, which holds the small folder: it never
         // reaches the large folder's size, so polling ends for lack of growth.
-        const double firstSize = double(StagingCopy::folderSize(data + "/Photos") >> 10);
+        const double firstSize = double(Measurements::folderSize(data + "/Photos") >> 10);
         QCOMPARE(second.size(), 2);
         QCOMPARE(second.at(0), firstSize);
         QCOMPARE(second.at(1), firstSize);
-        QVERIFY(firstSize < double(StagingCopy::folderSize(b) >> 10));
+        QVERIFY(firstSize < double(Measurements::folderSize(b) >> 10));
         QCOMPARE(tree(data + "/Photos 1/Photos"), tree(b));
     }
 
@@ -216,7 +217,7 @@ private slots:
             for (int i = 0; i < 150; ++i)
                 writeFile(src + QStringLiteral("/d%1/f%2").arg(d).arg(i), small);
         const QString data = tmp.path() + "/D";
-        StagingCopy copy(DataBurnPlan::make({node(src, StagingCopy::folderSize(src) >> 10)}, data).entries(), 20);
+        StagingCopy copy(DataBurnPlan::make({node(src, Measurements::folderSize(src) >> 10)}, data).entries(), 20);
         QElapsedTimer clock;
         qint64 last = 0, worst = 0;
         int ticks = 0;
@@ -275,9 +276,9 @@ private slots:
             QCOMPARE(::stat(QFile::encodeName(root + "/" + rel).constData(), &st), 0);
             expected += quint64(st.st_size);
         }
-        QCOMPARE(StagingCopy::folderSize(root), expected);
-        QVERIFY(StagingCopy::folderSize(root) >= 1000 + 2500 + 1000);
-        QCOMPARE(StagingCopy::folderSize(tmp.path() + "/missing"), quint64(0));
+        QCOMPARE(Measurements::folderSize(root), expected);
+        QVERIFY(Measurements::folderSize(root) >= 1000 + 2500 + 1000);
+        QCOMPARE(Measurements::folderSize(tmp.path() + "/missing"), quint64(0));
     }
 
     void aVanishedSourceIsLoggedAndStagingGoesOn()

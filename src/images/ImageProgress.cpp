@@ -1,69 +1,10 @@
 #include "images/ImageProgress.h"
 
 #include <QRegularExpression>
-#include <cmath>
-#include <cstdlib>
+
+#include "toolrun/ProgressParsers.h"
 
 namespace ImageProgress {
-
-float leadingFloat(const QString &text)
-{
-    int i = 0;
-    const int n = text.size();
-    while (i < n && text.at(i).isSpace())
-        ++i;
-    const int start = i;
-    if (i < n && (text.at(i) == QLatin1Char('+') || text.at(i) == QLatin1Char('-')))
-        ++i;
-    int digits = 0;
-    while (i < n && text.at(i).unicode() >= '0' && text.at(i).unicode() <= '9') {
-        ++i;
-        ++digits;
-    }
-    if (i < n && text.at(i) == QLatin1Char('.')) {
-        ++i;
-        while (i < n && text.at(i).unicode() >= '0' && text.at(i).unicode() <= '9') {
-            ++i;
-            ++digits;
-        }
-    }
-    if (digits == 0)
-        return 0.0f;
-    int end = i;
-    // An exponent counts only when digits follow it.
-    if (i < n && (text.at(i) == QLatin1Char('e') || text.at(i) == QLatin1Char('E'))) {
-        int j = i + 1;
-        if (j < n && (text.at(j) == QLatin1Char('+') || text.at(j) == QLatin1Char('-')))
-            ++j;
-        int expDigits = 0;
-        while (j < n && text.at(j).unicode() >= '0' && text.at(j).unicode() <= '9') {
-            ++j;
-            ++expDigits;
-        }
-        if (expDigits > 0)
-            end = j;
-    }
-    const QByteArray number = text.mid(start, end - start).toLatin1();
-    return std::strtof(number.constData(), nullptr);
-}
-
-static std::optional<double> parseDiscRecording(const QString &text)
-{
-    static const QString key = QStringLiteral("DRStatusPercentCompleteKey:");
-    if (text.isEmpty())
-        return std::nullopt;
-    const int at = text.indexOf(key);  // the first key only
-    if (at < 0)
-        return std::nullopt;
-    const int end = at + key.size();
-    if (!(end + 5 < text.size()))
-        return std::nullopt;
-    const float fraction = leadingFloat(text.mid(end + 1, 4));
-    const float percent = fraction * 100.0f;
-    if (!(100.0f >= percent))
-        return std::nullopt;
-    return double(percent);
-}
 
 static std::optional<double> parseXorrisoRecord(const QString &text)
 {
@@ -88,7 +29,7 @@ std::optional<double> parse(Kind kind, const QString &chunk)
 {
     switch (kind) {
     case Kind::DiscRecordingPercent:
-        return parseDiscRecording(chunk);
+        return ProgressParsers::recorderPercent(chunk);
     case Kind::XorrisoRecordPercent:
         return parseXorrisoRecord(chunk);
     }

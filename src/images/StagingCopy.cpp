@@ -1,7 +1,8 @@
 #include "images/StagingCopy.h"
 
+#include "compilation/Measurements.h"
+
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QtConcurrent/QtConcurrentRun>
@@ -109,20 +110,6 @@ StagingCopy::~StagingCopy()
     m_sizeWatcher.disconnect(this);
 }
 
-quint64 StagingCopy::folderSize(const QString &path)
-{
-    quint64 total = 0;
-    QDirIterator it(path, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                    QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QByteArray entry = QFile::encodeName(it.next());
-        struct stat st;
-        if (::stat(entry.constData(), &st) == 0 && st.st_size > 0)
-            total += quint64(st.st_size);
-    }
-    return total;
-}
-
 QStringList StagingCopy::copyFolderInto(const QString &source, const QString &destinationFolder,
                                         const QString &skip)
 {
@@ -183,7 +170,7 @@ void StagingCopy::startFolder()
 void StagingCopy::poll()
 {
     const QString base = m_entries.at(m_index).base;
-    m_sizeWatcher.setFuture(QtConcurrent::run([base] { return StagingCopy::folderSize(base); }));
+    m_sizeWatcher.setFuture(QtConcurrent::run([base] { return Measurements::folderSize(base); }));
 }
 
 void StagingCopy::measured()

@@ -37,10 +37,6 @@ public:
     bool isRunning() const { return m_running; }
     QStringList errors() const { return m_errors; }
 
-    // Bytes below `path`, every depth: each entry's size with links followed,
-    // folders' own entries included as the file system reports them; 0 for a
-    // missing or unreadable folder.
-    static quint64 folderSize(const QString &path);
 
     // Copies `source` into `destinationFolder` under its own name (blocking;
     // run it off the UI thread). A folder whose canonical path is `skip` is
