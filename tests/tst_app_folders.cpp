@@ -66,6 +66,38 @@ private slots:
         QCOMPARE(everything(w), QStringList());
     }
 
+    // The emptying used by the burns runs on a worker: the call returns at
+    // once, the continuation comes from the event loop after the folder is
+    // empty, and a receiver that is gone by then hears nothing.
+    void emptyFolderThenRunsOffTheCallerAndContinuesAfter()
+    {
+        QTemporaryDir tmp;
+        const QString w = tmp.filePath("TambloData");
+        for (int i = 0; i < 200; ++i)
+            touch(w + QStringLiteral("/Photos %1/deep/x.jpg").arg(i));
+        QObject receiver;
+        QStringList seenWhenCalled{"not called"};
+        int calls = 0;
+        FolderOps::emptyFolderThen(w, &receiver, [&] {
+            ++calls;
+            seenWhenCalled = everything(w);
+        });
+        QCOMPARE(calls, 0);  // never before the caller's turn ends
+        QTRY_COMPARE(calls, 1);
+        QCOMPARE(seenWhenCalled, QStringList());
+        QVERIFY(QFileInfo(w).isDir());
+
+        touch(w + "/again.wav");
+        bool heard = false;
+        {
+            QObject gone;
+            FolderOps::emptyFolderThen(w, &gone, [&] { heard = true; });
+        }
+        QTRY_COMPARE(everything(w), QStringList());
+        QTest::qWait(50);
+        QVERIFY(!heard);
+    }
+
     void removeAllContentNeverFollowsLinksOut()
     {
         QTemporaryDir tmp;

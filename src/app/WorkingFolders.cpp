@@ -4,6 +4,8 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QFutureWatcher>
+#include <QtConcurrent/QtConcurrentRun>
 #include <QtDebug>
 
 WorkingFolders WorkingFolders::inside(const QString &documents)
@@ -58,6 +60,16 @@ void RemoveAllContentInFolder(const QString &path)
         if (!ok)
             qWarning().noquote() << QStringLiteral("oops: %1").arg(reason);
     }
+}
+
+void emptyFolderThen(const QString &path, QObject *receiver, std::function<void()> then)
+{
+    auto *watcher = new QFutureWatcher<void>(receiver);
+    QObject::connect(watcher, &QFutureWatcher<void>::finished, receiver, [watcher, then] {
+        watcher->deleteLater();
+        then();
+    });
+    watcher->setFuture(QtConcurrent::run([path] { RemoveAllContentInFolder(path); }));
 }
 
 } // namespace FolderOps

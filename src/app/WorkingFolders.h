@@ -1,5 +1,8 @@
 #pragma once
 #include <QString>
+#include <functional>
+
+class QObject;
 
 // The four working folders, siblings directly inside Documents. Every burn
 // writes its intermediate files there; they are emptied at each start and
@@ -24,5 +27,10 @@ Presence ensureFolder(const QString &path);
 // Deletes everything below `path`, sub-folders included, and keeps the folder
 // itself. A removal that fails is logged as "oops: <reason>" and skipped.
 void RemoveAllContentInFolder(const QString &path);
+
+// The same on a worker thread, so a large tree never holds up the window;
+// `then` runs on `receiver`'s thread once the folder is empty (not at all
+// when the receiver is gone by then).
+void emptyFolderThen(const QString &path, QObject *receiver, std::function<void()> then);
 
 } // namespace FolderOps

@@ -95,8 +95,12 @@ QString MediaBurn::workingFolder() const
 
 void MediaBurn::transcodePhase()
 {
+    FolderOps::emptyFolderThen(workingFolder(), this, [this] { startTranscoding(); });
+}
+
+void MediaBurn::startTranscoding()
+{
     const QString folder = workingFolder();
-    FolderOps::RemoveAllContentInFolder(folder);
 
     m_sheets.beginProgress();
     m_sheets.setOverallRange(static_cast<double>(m_files.size()));
@@ -187,17 +191,19 @@ void MediaBurn::TimerBurnVideoRoutine()
 void MediaBurn::AudioBurnTerminated()
 {
     m_sheets.endPerformingOperation();
-    FolderOps::RemoveAllContentInFolder(m_context.s_Audio_Folder);
-    m_busy = false;
-    m_sheets.showOperationComplete();
-    emit completed(m_operation);
+    FolderOps::emptyFolderThen(m_context.s_Audio_Folder, this, [this] {
+        m_busy = false;
+        m_sheets.showOperationComplete();
+        emit completed(m_operation);
+    });
 }
 
 void MediaBurn::VideoBurnTerminated()
 {
     m_sheets.endPerformingOperation();
-    FolderOps::RemoveAllContentInFolder(m_context.s_Video_Folder);
-    m_busy = false;
-    m_sheets.showOperationComplete();
-    emit completed(m_operation);
+    FolderOps::emptyFolderThen(m_context.s_Video_Folder, this, [this] {
+        m_busy = false;
+        m_sheets.showOperationComplete();
+        emit completed(m_operation);
+    });
 }

@@ -78,7 +78,8 @@ signals:
     void completed(BurnOperation operation);            // complete sheet shown
 
 private:
-    void transcodePhase();
+    void transcodePhase();    // empties the working folder on a worker, then startTranscoding
+    void startTranscoding();
     void scheduleRecording();
     void startRecording(const ToolCommand &command, void (MediaBurn::*handler)());
     QString workingFolder() const;

@@ -73,13 +73,14 @@ void DataBurnFlow::checked(const MediumCheck &check)
         break;
     }
 
-    FolderOps::RemoveAllContentInFolder(m_context.dataFolder);
-    m_stagingDone = false;
-    if (onMac()) {
-        emit showStagingSheet();
-        m_stagingTimer.start();  // the copy starts first ...
-    }
-    timerBurnDataFolder.start();  // ... and the burn waits for it
+    FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] {
+        m_stagingDone = false;
+        if (onMac()) {
+            emit showStagingSheet();
+            m_stagingTimer.start();  // the copy starts first ...
+        }
+        timerBurnDataFolder.start();  // ... and the burn waits for it
+    });
 }
 
 DataBurnPlan DataBurnFlow::makePlan() const
@@ -129,7 +130,8 @@ void DataBurnFlow::TimerBurnDataFolder()
 void DataBurnFlow::dataBurnTerminated()
 {
     emit closePerformingOperation();
-    FolderOps::RemoveAllContentInFolder(m_context.dataFolder);
-    emit operationComplete();
-    finish();
+    FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] {
+        emit operationComplete();
+        finish();
+    });
 }

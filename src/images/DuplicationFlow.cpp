@@ -46,11 +46,11 @@ void DuplicationFlow::driveAnswered(bool empty)
         return;
     }
     m_volume = chosen.first();
-    FolderOps::RemoveAllContentInFolder(m_context.dataFolder);
-
-    const ToolCommand command = Duplication::imagingCommand(*m_tool, m_context.dataFolder, m_volume);
-    startToolRun(command, ImageToolRun::Channels::Merged, [this] { CreateISOfromDriveTerminated(); });
-    emit showPerformingOperation();
+    FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] {
+        const ToolCommand command = Duplication::imagingCommand(*m_tool, m_context.dataFolder, m_volume);
+        startToolRun(command, ImageToolRun::Channels::Merged, [this] { CreateISOfromDriveTerminated(); });
+        emit showPerformingOperation();
+    });
 }
 
 void DuplicationFlow::CreateISOfromDriveTerminated()
@@ -74,8 +74,7 @@ void DuplicationFlow::TimerDuplicateMediaCopy()
     if (answer.button != 0) {
         emit closeUniqueProgress();
         emit closePerformingOperation();
-        FolderOps::RemoveAllContentInFolder(m_context.dataFolder);
-        finish();
+        FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] { finish(); });
         return;
     }
     QPointer<DuplicationFlow> self(this);
@@ -112,9 +111,10 @@ void DuplicationFlow::MediaDuplicationTerminated()
     ++i_Counter_Number_of_Copies;
     emit closeUniqueProgress();
     if (Duplication::isComplete(i_Counter_Number_of_Copies, i_Number_of_Copies)) {
-        FolderOps::RemoveAllContentInFolder(m_context.dataFolder);
-        emit operationComplete();
-        finish();
+        FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] {
+            emit operationComplete();
+            finish();
+        });
         return;
     }
     timerDuplicateMediaCopy.start();
