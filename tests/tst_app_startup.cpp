@@ -54,6 +54,19 @@ private slots:
         QCOMPARE(h.settings->value("Zendrova_Tamblo_Color_Table_Background").value<QColor>(),
                  QColor::fromRgbF(82 / 255.0f, 82 / 255.0f, 82 / 255.0f));
         QCOMPARE(h.settings->value("Zendrova_Tamblo_Color_Space_Occupied_Bar").value<QColor>(), QColor(0, 0, 255));
+        // Every key a first start writes, spelled out.
+        QStringList written = h.settings->allKeys();
+        written.sort();
+        QCOMPARE(written, (QStringList{"ZendrovaAudioFormat18", "ZendrovaVideoFormat18",
+                                       "Zendrova_Tamblo_Color_Bottom_Bar", "Zendrova_Tamblo_Color_Bottom_Bar_String",
+                                       "Zendrova_Tamblo_Color_Space_Occupied_Bar",
+                                       "Zendrova_Tamblo_Color_Space_Occupied_Bar_String",
+                                       "Zendrova_Tamblo_Color_Table_Background",
+                                       "Zendrova_Tamblo_Color_Table_Background_String",
+                                       "Zendrova_Tamblo_Color_Table_Foreground",
+                                       "Zendrova_Tamblo_Color_Table_Foreground_String",
+                                       "Zendrova_Tamblo_Color_Toolbar", "Zendrova_Tamblo_Color_Toolbar_String",
+                                       "Zendrova_Tamblo_b_List_Alternating_Rows"}));
         QCOMPARE(h.app->s_Video_Output_Format, QString("0"));
         QCOMPARE(h.app->s_Audio_Output_Format, QString("0"));
         QVERIFY(h.alerts.shown.isEmpty());
