@@ -263,12 +263,16 @@ private slots:
         QPointer<Window_Operation_Terminated> first = h.app->windowOperationCompleted;
         QVERIFY(first);
         QVERIFY(first->isVisible());
-        QCOMPARE(first->windowModality(), Qt::WindowModal);
+        // A sheet holds the window (no input but Quit) without being modal,
+        // so that Quit and the close box still work.
+        QCOMPARE(first->windowModality(), Qt::NonModal);
+        QVERIFY(!h.app->mainWindow()->centralWidget()->isEnabled());
         QVERIFY(first->windowFlags() & Qt::Sheet);
         QCOMPARE(first->parentWidget(), h.app->mainWindow());
         QTest::mouseClick(first->btnOK, Qt::LeftButton);
         QVERIFY(!h.app->windowOperationCompleted);
         QTRY_VERIFY(!first);
+        QVERIFY(h.app->mainWindow()->centralWidget()->isEnabled());
         h.app->Show_Window_Operation_Complete();
         QVERIFY(h.app->windowOperationCompleted);
         QVERIFY(h.app->windowOperationCompleted->isVisible());

@@ -9,7 +9,8 @@
 #include "compilation/ui/CompilationTable.h"
 #include "support/AppHarness.h"
 #include "support/TestMain.h"
-#include "toolrun/ToolRunner.h"
+#include "toolrun/ToolRun.h"
+#include "toolrun/ui/StatusWindows.h"
 
 class TestAppStartup : public QObject {
     Q_OBJECT
@@ -167,18 +168,99 @@ private slots:
         QCOMPARE(w->windowTitle(), QString("Tamblo"));
     }
 
-    void closingTheWindowEndsTheApplicationEvenMidBurn()
+    static ToolRun *startSleeper(QObject *owner, ToolRun::Purpose purpose)
+    {
+        ToolRun::Options o;
+        o.purpose = purpose;
+        auto *run = new ToolRun(ToolCommand{"/bin/sleep", {"30"}}, o, owner);
+        run->start();
+        return run;
+    }
+
+    void closingTheWindowMidTranscodeEndsAtOnceAndStopsTheTool()
     {
         AppHarness<> h;
         QVERIFY(h.start());
-        // A recording still running: it is left alone, the process ends at once.
-        bool ended = false;
-        h.app->runner()->runNotified(ToolCommand{"/bin/sleep", {"5"}}, [&] { ended = true; });
-        QCOMPARE(h.app->runner()->runningCount(), 1);
+        QObject owner;
+        ToolRun *run = startSleeper(&owner, ToolRun::Purpose::Transcode);
+        QSignalSpy ended(run, &ToolRun::finished);
+        QTRY_VERIFY(run->isRunning());
         h.app->mainWindow()->close();
+        // Nothing is written: no question, the process ends, the tool is stopped.
         QCOMPARE(h.exits, QList<int>{0});
-        QCOMPARE(h.app->runner()->runningCount(), 1);
-        QVERIFY(!ended);
+        QVERIFY(h.alerts.shown.isEmpty());
+        QTRY_COMPARE(ended.count(), 1);
+        QCOMPARE(ended.first().first().value<ToolVerdict>().outcome, ToolVerdict::Outcome::Stopped);
+    }
+
+    void quittingWhileWritingAsksAndContinueKeepsEverything()
+    {
+        AppHarness<> h;
+        QVERIFY(h.start());
+        QObject owner;
+        ToolRun *run = startSleeper(&owner, ToolRun::Purpose::Write);
+        QTRY_VERIFY(run->isRunning());
+        h.app->Show_Window_Performing_Operation();
+        AlertAnswer cont;
+        cont.button = 1;
+        h.alerts.answers.enqueue(cont);
+        h.app->mainWindow()->menuitemQuit->trigger();
+        QCOMPARE(h.alerts.texts(),
+                 QStringList{"A disc is being written. Quit anyway? The disc may become unusable. / "});
+        QCOMPARE(h.alerts.shown.first().buttons, (QStringList{"Quit", "Continue"}));
+        QTest::qWait(200);
+        QVERIFY(h.exits.isEmpty());
+        QVERIFY(run->isRunning());
+        QVERIFY(h.app->mainWindow()->isVisible());
+    }
+
+    void quittingWhileWritingStopsTheToolThenExits()
+    {
+        AppHarness<> h;
+        QVERIFY(h.start());
+        QObject owner;
+        ToolRun *run = startSleeper(&owner, ToolRun::Purpose::Write);
+        QSignalSpy ended(run, &ToolRun::finished);
+        QTRY_VERIFY(run->isRunning());
+        h.app->Show_Window_Performing_Operation();
+        // The close box, with the working sheet up.
+        h.app->mainWindow()->close();
+        QCOMPARE(h.alerts.shown.size(), 1);
+        QTRY_COMPARE(ended.count(), 1);
+        QCOMPARE(ended.first().first().value<ToolVerdict>().outcome, ToolVerdict::Outcome::Stopped);
+        QTRY_COMPARE(h.exits, QList<int>{0});
+    }
+
+    void quitAndItsShortcutWorkWhileASheetIsShown()
+    {
+        AppHarness<> h;
+        QVERIFY(h.start());
+        h.app->mainWindow()->show();
+        h.app->Show_Window_Performing_Operation();
+        Window_Performing_Operation *sheet = h.app->windowPerformingOperation;
+        QVERIFY(sheet && sheet->isVisible());
+        // The window takes no other input meanwhile, but Quit stays on.
+        QVERIFY(!h.app->mainWindow()->tabviewMain->isEnabled());
+        QVERIFY(!h.app->mainWindow()->menuitemNewDisc->isEnabled());
+        QVERIFY(h.app->mainWindow()->menuitemQuit->isEnabled());
+        QVERIFY(!QApplication::activeModalWidget());
+        sheet->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(sheet));
+        // The shortcut, typed into the sheet's own window.
+        QTest::keyClick(sheet->windowHandle(), Qt::Key_Q, Qt::ControlModifier);
+        QCOMPARE(h.exits, QList<int>{0});
+    }
+
+    void theWindowTakesInputAgainWhenTheSheetEnds()
+    {
+        AppHarness<> h;
+        QVERIFY(h.start());
+        h.app->Show_Window_Operation_Complete();
+        QVERIFY(!h.app->mainWindow()->btnBurn->isEnabled());
+        QVERIFY(!h.app->mainWindow()->tabviewMain->isEnabled());
+        h.app->Close_Window_Operation_Complete();
+        QVERIFY(h.app->mainWindow()->tabviewMain->isEnabled());
+        QVERIFY(h.app->mainWindow()->menuitemNewDisc->isEnabled());
     }
 
     void quitEndsAtOnce()

@@ -1,6 +1,7 @@
 #include <QTemporaryDir>
 
 #include "app/AppSettings.h"
+#include "support/MediumAnswers.h"
 #include "burn/BurnChecks.h"
 #include "burn/BurnMessages.h"
 #include "burn/DrutilRecorder.h"
@@ -140,8 +141,9 @@ private slots:
         const QString folder = dir.path();
         const QStringList sources{QStringLiteral("/m/zeta.mp3"), QStringLiteral("/m/alpha.flac"),
                                   QStringLiteral("/n/zeta.ogg"), QStringLiteral("/m/mid.wav")};
+        // Two sources of one name each get a file of their own, in list order.
         QCOMPARE(audioTracks(folder, sources, false),
-                 (QStringList{folder + "/zeta.wav", folder + "/alpha.wav", folder + "/mid.wav"}));
+                 (QStringList{folder + "/zeta.wav", folder + "/alpha.wav", folder + "/zeta 1.wav", folder + "/mid.wav"}));
         // Only what the transcoder produced.
         for (const char *n : {"zeta.wav", "mid.wav"}) {
             QFile f(folder + "/" + n);
@@ -278,7 +280,7 @@ private slots:
             medium.empty = true;  // no disc either
             FakeAlerts alerts;
             int result = -1;
-            BurnChecks::run(op, true, medium.probe(), alerts, true, [&](bool ok) { result = ok; });
+            BurnChecks::run(op, true, asCheck(medium.probe()), alerts, true, [&](bool ok) { result = ok; });
             QCOMPARE(result, 0);
             QVERIFY(medium.asked.isEmpty());
             QCOMPARE(alerts.shown.size(), 1);
@@ -293,7 +295,7 @@ private slots:
         medium.empty = true;
         FakeAlerts alerts;
         int result = -1;
-        BurnChecks::run(BurnOperation::AudioCD, false, medium.probe(), alerts, true, [&](bool ok) { result = ok; });
+        BurnChecks::run(BurnOperation::AudioCD, false, asCheck(medium.probe()), alerts, true, [&](bool ok) { result = ok; });
         QCOMPARE(result, 0);
         QCOMPARE(medium.asked, QStringList{QStringLiteral("IsDriveEmpty")});
         QCOMPARE(alerts.texts(), QStringList{BurnMessages::NoDiscMessage + " / " + BurnMessages::NoDiscInformative});
@@ -306,7 +308,7 @@ private slots:
         medium.reWritable = false;
         FakeAlerts alerts;
         int result = -1;
-        BurnChecks::run(BurnOperation::MP3DVD, false, medium.probe(), alerts, true, [&](bool ok) { result = ok; });
+        BurnChecks::run(BurnOperation::MP3DVD, false, asCheck(medium.probe()), alerts, true, [&](bool ok) { result = ok; });
         QCOMPARE(result, 0);
         QCOMPARE(medium.asked, (QStringList{"IsDriveEmpty", "IsMediaOneTimeWritable", "IsMediaReWritable"}));
         QCOMPARE(alerts.texts(),
@@ -319,7 +321,7 @@ private slots:
         medium.oneTime = true;
         FakeAlerts alerts;
         int result = -1;
-        BurnChecks::run(BurnOperation::AudioCD, false, medium.probe(), alerts, false, [&](bool ok) { result = ok; });
+        BurnChecks::run(BurnOperation::AudioCD, false, asCheck(medium.probe()), alerts, false, [&](bool ok) { result = ok; });
         QCOMPARE(result, 1);
         QCOMPARE(medium.asked, allQuestions);
         QVERIFY(alerts.shown.isEmpty());
@@ -328,7 +330,7 @@ private slots:
         rw.oneTime = false;
         rw.reWritable = true;
         rw.family = QStringLiteral("DVD");
-        BurnChecks::run(BurnOperation::VideoDVD, false, rw.probe(), alerts, false, [&](bool ok) { result = ok; });
+        BurnChecks::run(BurnOperation::VideoDVD, false, asCheck(rw.probe()), alerts, false, [&](bool ok) { result = ok; });
         QCOMPARE(result, 1);
         QCOMPARE(rw.asked, (QStringList{"IsDriveEmpty", "IsMediaOneTimeWritable", "IsMediaReWritable",
                                         "TypeOfMediaInTheDrive"}));
@@ -365,7 +367,7 @@ private slots:
             medium.family = inDrive;
             FakeAlerts alerts;
             int result = -1;
-            BurnChecks::run(BurnOperation(op), false, medium.probe(), alerts, debug, [&](bool ok) { result = ok; });
+            BurnChecks::run(BurnOperation(op), false, asCheck(medium.probe()), alerts, debug, [&](bool ok) { result = ok; });
             QCOMPARE(result, 0);
             QCOMPARE(medium.asked, allQuestions);
             QStringList expected{message + " / " + texts.wrongMediumInformative};

@@ -5,12 +5,14 @@
 #include <QTemporaryDir>
 #include <cmath>
 
+#include "support/MediumAnswers.h"
 #include "burn/BurnSheets.h"
+#include "toolrun/ToolMessages.h"
+#include "toolrun/ToolRun.h"
 #include "burn/DrutilRecorder.h"
 #include "burn/MediaBurn.h"
 #include "support/FakeAlerts.h"
 #include "support/TestMain.h"
-#include "toolrun/ToolRunner.h"
 #include "toolrun/ui/StatusWindows.h"
 
 // Records what the user would see, in order, with the time of each step.
@@ -37,6 +39,12 @@ public:
     void showPerformingOperation() override { add(QStringLiteral("performing")); }
     void endPerformingOperation() override { add(QStringLiteral("endPerforming")); }
     void showOperationComplete() override { add(QStringLiteral("complete")); }
+    void showOperationFailed(const OperationFailure &f) override
+    {
+        failure = f;
+        add(QStringLiteral("failed ") + f.message);
+    }
+    OperationFailure failure;
 
     // The steps with each run of upper-bar values cut to its first and last.
     QStringList outline() const
@@ -106,6 +114,12 @@ public:
     void showOperationComplete() override
     {
         windowOperationCompleted = new Window_Operation_Terminated(&main);
+        windowOperationCompleted->begin();
+    }
+    void showOperationFailed(const OperationFailure &f) override
+    {
+        windowOperationCompleted = new Window_Operation_Terminated(&main);
+        windowOperationCompleted->showFailure(f);
         windowOperationCompleted->begin();
     }
 };
@@ -219,12 +233,11 @@ private slots:
         qputenv("TAMBLO_FAKE_BURN_SLEEP", "0.3");
         put(m_ctx.s_Audio_Folder + "/left over.wav");
         QDir().mkpath(m_ctx.s_Audio_Folder + "/old folder");
-        ToolRunner runner;
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
-        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
         QSignalSpy completed(&burn, &MediaBurn::completed);
         QSignalSpy recording(&burn, &MediaBurn::recordingStarted);
         qint64 recordingAt = -1;
@@ -267,13 +280,12 @@ private slots:
         QFETCH(QString, family);
         put(m_ctx.s_Audio_Folder + "/left over.mp3");
         put(m_ctx.s_Video_Folder + "/keep.mpg");
-        ToolRunner runner;
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
         medium.family = family;
-        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
         QSignalSpy completed(&burn, &MediaBurn::completed);
         if (BurnOperation(op) == BurnOperation::MP3CD)
             burn.Burn_Audio_MP3_CD(audioList(), m_ctx);
@@ -301,13 +313,12 @@ private slots:
         QFETCH(QString, family);
         put(m_ctx.s_Video_Folder + "/left over.mpg");
         put(m_ctx.s_Audio_Folder + "/keep.wav");
-        ToolRunner runner;
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
         medium.family = family;
-        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
         QSignalSpy completed(&burn, &MediaBurn::completed);
         MediaBurnContext ctx = m_ctx;
         ctx.s_Video_Output_Format = QStringLiteral("1");
@@ -368,14 +379,13 @@ private slots:
         QFETCH(QStringList, texts);
         put(m_ctx.s_Audio_Folder + "/keep.wav");
         put(m_ctx.s_Video_Folder + "/keep.mpg");
-        ToolRunner runner;
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
         medium.empty = noDisc;
         medium.family = family;
-        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
         QSignalSpy refused(&burn, &MediaBurn::refused);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         MediaBurnContext ctx = m_ctx;
@@ -391,7 +401,7 @@ private slots:
         QTest::qWait(300);
         QVERIFY(sheets.events.isEmpty());
         QCOMPARE(completed.count(), 0);
-        QCOMPARE(runner.runningCount(), 0);
+        QCOMPARE(ToolRun::running().size(), 0);
         QVERIFY(!QFile::exists(m_log));
         QCOMPARE(names(m_ctx.s_Audio_Folder), QStringList{QStringLiteral("keep.wav")});
         QCOMPARE(names(m_ctx.s_Video_Folder), QStringList{QStringLiteral("keep.mpg")});
@@ -401,56 +411,88 @@ private slots:
         Medium again;
         again.empty = noDisc;
         again.family = family;
-        MediaBurn burn2(runner, recorder, sheets, quiet, again.probe());
+        MediaBurn burn2(recorder, sheets, quiet, asCheck(again.probe()));
         burn2.burn(BurnOperation(op), list, m_ctx);
         QCOMPARE(quiet.texts(), texts.mid(0, 1));
     }
 
-    void failedRecordingStillCompletes()
+    void failedRecordingEndsInTheFailureSheet()
     {
+        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
         qputenv("TAMBLO_FAKE_BURN_EXIT", "1");
-        for (const QString &drutil : {QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"), QStringLiteral("/nonexistent/drutil")}) {
-            init();
-            qputenv("TAMBLO_FAKE_BURN_EXIT", "1");
-            ToolRunner runner;
-            DrutilRecorder recorder(drutil);
-            RecordingSheets sheets;
-            FakeAlerts alerts;
-            Medium medium;
-            MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
-            QSignalSpy completed(&burn, &MediaBurn::completed);
-            burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
-            QVERIFY(completed.wait(30000));
-            QCOMPARE(sheets.events.mid(sheets.events.size() - 3),
-                     (QStringList{"performing", "endPerforming", "complete"}));
-            QVERIFY(names(m_ctx.s_Audio_Folder).isEmpty());
-        }
+        qputenv("TAMBLO_FAKE_BURN_SAY", "Burn failed: Medium write error (0x80020022).");
+        RecordingSheets sheets;
+        FakeAlerts alerts;
+        Medium medium;
+        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        QSignalSpy completed(&burn, &MediaBurn::completed);
+        QSignalSpy failed(&burn, &MediaBurn::failed);
+        burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
+        QVERIFY(failed.wait(30000));
+        qunsetenv("TAMBLO_FAKE_BURN_EXIT");
+        qunsetenv("TAMBLO_FAKE_BURN_SAY");
+        QCOMPARE(completed.count(), 0);
+        QCOMPARE(sheets.events.mid(sheets.events.size() - 3),
+                 (QStringList{"performing", "endPerforming", "failed The disc could not be written."}));
+        QCOMPARE(sheets.failure.informative, QStringLiteral("Burn failed: Medium write error (0x80020022)."));
+        QVERIFY(sheets.failure.details.contains("exit code 1"));
+        QVERIFY(alerts.shown.isEmpty());
+        QVERIFY(names(m_ctx.s_Audio_Folder).isEmpty());
+        QVERIFY(!burn.isBusy());
     }
 
-    void failedTranscodeIsNotNoticed()
+    void aMissingRecorderIsNamedWithItsInstallHint()
     {
-        ToolRunner runner;
+        DrutilRecorder recorder(QStringLiteral("/nonexistent/drutil"));
+        RecordingSheets sheets;
+        FakeAlerts alerts;
+        Medium medium;
+        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        QSignalSpy failed(&burn, &MediaBurn::failed);
+        burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
+        QVERIFY(failed.wait(30000));
+        QCOMPARE(alerts.shown.size(), 1);
+        QCOMPARE(alerts.shown.first().messageText, QStringLiteral("drutil could not be started."));
+        QVERIFY(!sheets.events.contains(QStringLiteral("complete")));
+        // No sheet is left open.
+        QCOMPARE(sheets.events.mid(sheets.events.size() - 2), (QStringList{"performing", "endPerforming"}));
+        QVERIFY(names(m_ctx.s_Audio_Folder).isEmpty());
+    }
+
+    void failedTranscodeStopsTheBurnBeforeRecording()
+    {
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
-        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
-        QSignalSpy completed(&burn, &MediaBurn::completed);
-        burn.Burn_Audio_CD({media(m_media.filePath("missing.mp3"), 4), media(m_media.filePath("a.flac"), 1)}, m_ctx);
-        QVERIFY(completed.wait(30000));
-        QVERIFY(alerts.shown.isEmpty());
-        QCOMPARE(logLines().value(1), QStringLiteral("list: a.wav "));
-        QVERIFY(sheets.events.contains(QStringLiteral("overall 2")));
+        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        QSignalSpy failed(&burn, &MediaBurn::failed);
+        QSignalSpy started(&burn, &MediaBurn::recordingStarted);
+        const QString missing = m_media.filePath("missing.mp3");
+        burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1), media(missing, 4)}, m_ctx);
+        QVERIFY(failed.wait(30000));
+        QTest::qWait(300);
+        QCOMPARE(started.count(), 0);
+        QVERIFY(!QFile::exists(m_log));  // the recorder never ran
+        QCOMPARE(alerts.shown.size(), 1);
+        QCOMPARE(alerts.shown.first().messageText, QStringLiteral("\"missing.mp3\" could not be converted."));
+        QVERIFY2(alerts.shown.first().informativeText.contains("No such file or directory"),
+                 qPrintable(alerts.shown.first().informativeText));
+        QVERIFY(alerts.shown.first().informativeText.contains(missing));
+        QVERIFY(!sheets.events.contains(QStringLiteral("performing")));
+        QCOMPARE(sheets.events.last(), QStringLiteral("end"));
+        // The first file's WAV was made, and is gone with the rest.
+        QVERIFY(names(m_ctx.s_Audio_Folder).isEmpty());
+        QVERIFY(!burn.isBusy());
     }
 
     void aSecondBurnWhileBusyIsIgnored()
     {
-        ToolRunner runner;
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
-        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
         QSignalSpy completed(&burn, &MediaBurn::completed);
         burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
         burn.Burn_Video_DVD({media(m_media.filePath("clip.mov"), 1)}, m_ctx);
@@ -466,13 +508,12 @@ private slots:
     {
         // The upper bar's maximum is the file's seconds while it is fed the
         // percentage: a 2 s file ends at 100 on a bar of maximum 2.
-        ToolRunner runner;
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
         WindowSheets sheets;
         sheets.main.show();
         FakeAlerts alerts;
         Medium medium;
-        MediaBurn burn(runner, recorder, sheets, alerts, medium.probe());
+        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
         QSignalSpy completed(&burn, &MediaBurn::completed);
         bool progressShownDuringTranscode = false;
         connect(&burn, &MediaBurn::transcodesFinished, this, [&] {});

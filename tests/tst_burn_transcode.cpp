@@ -9,8 +9,8 @@
 
 #include "burn/TranscodeArguments.h"
 #include "burn/TranscodeSequence.h"
+#include "toolrun/ToolVerdict.h"
 #include "support/TestMain.h"
-#include "toolrun/ToolRunner.h"
 
 // What ffprobe says about a file.
 struct Probe {
@@ -74,13 +74,13 @@ private:
     QList<QList<float>> transcode(BurnOperation op, const QStringList &sources, const QList<qint64> &durations,
                                   const QString &video = QStringLiteral("0"), const QString &audio = QStringLiteral("0"))
     {
-        ToolRunner runner;
-        TranscodeSequence seq(runner);
+        TranscodeSequence seq;
         QList<TranscodeSequence::Step> steps;
+        const QStringList outputs = TranscodeArguments::outputPaths(op, m_out.path(), sources);
         for (int i = 0; i < sources.size(); ++i)
             steps << TranscodeSequence::Step{
-                TranscodeArguments::command(op, m_ffmpeg, sources.at(i), m_out.path(), video, audio),
-                durations.at(i)};
+                TranscodeArguments::commandTo(op, m_ffmpeg, sources.at(i), outputs.at(i), video, audio),
+                durations.at(i), outputs.at(i)};
         QList<QList<float>> bars;
         QList<int> done;
         connect(&seq, &TranscodeSequence::fileStarted, this, [&](int index, qint64) {
@@ -90,8 +90,7 @@ private:
         connect(&seq, &TranscodeSequence::upperBar, this, [&](float p) { bars.last() << p; });
         connect(&seq, &TranscodeSequence::filesDone, this, [&](int n) { done << n; });
         QSignalSpy finished(&seq, &TranscodeSequence::finished);
-        const unsigned kind = BurnMessages::isVideoBurn(op) ? 0u : 1u;
-        seq.start(steps, kind);
+        seq.start(steps);
         if (!finished.wait(60000))
             qWarning("transcodes did not finish");
         QList<int> expected;
@@ -229,25 +228,63 @@ private slots:
 
     void sameNameDifferentExtension()
     {
-        // a.mp3 (2 s) and a.flac (1 s) both map to a.wav: the first one's
-        // file stays, the second transcode gives up and the sequence goes on.
-        QElapsedTimer clock;
-        clock.start();
+        // a.mp3 (2 s) and a.flac (1 s) would both be a.wav: the second gets
+        // a name of its own, and both land, in list order.
         const auto bars =
             transcode(BurnOperation::AudioCD, {m_media.filePath("a.mp3"), m_media.filePath("a.flac")}, {2, 1});
-        QVERIFY(clock.elapsed() < 20000);
         QCOMPARE(bars.size(), 2);
-        QCOMPARE(QDir(m_out.path()).entryList(QDir::Files), QStringList{QStringLiteral("a.wav")});
+        QCOMPARE(QDir(m_out.path()).entryList(QDir::Files, QDir::Name),
+                 (QStringList{QStringLiteral("a 1.wav"), QStringLiteral("a.wav")}));
         QVERIFY(std::fabs(probe(m_out.filePath("a.wav")).duration - 2.0) < 0.1);
+        QVERIFY(std::fabs(probe(m_out.filePath("a 1.wav")).duration - 1.0) < 0.1);
     }
 
-    void missingSourceDoesNotStopTheSequence()
+    void missingSourceStopsTheSequence()
     {
-        const auto bars = transcode(BurnOperation::AudioCD,
-                                    {m_media.filePath("nowhere.mp3"), m_media.filePath("other.flac")}, {5, 1});
-        QCOMPARE(bars.size(), 2);
-        QVERIFY(bars.at(0).isEmpty());
-        QCOMPARE(QDir(m_out.path()).entryList(QDir::Files), QStringList{QStringLiteral("other.wav")});
+        TranscodeSequence seq;
+        const QStringList sources{m_media.filePath("nowhere.mp3"), m_media.filePath("other.flac")};
+        const QStringList outputs = TranscodeArguments::outputPaths(BurnOperation::AudioCD, m_out.path(), sources);
+        QList<TranscodeSequence::Step> steps;
+        for (int i = 0; i < sources.size(); ++i)
+            steps << TranscodeSequence::Step{
+                TranscodeArguments::commandTo(BurnOperation::AudioCD, m_ffmpeg, sources.at(i), outputs.at(i)), 5,
+                outputs.at(i)};
+        QSignalSpy started(&seq, &TranscodeSequence::fileStarted);
+        QSignalSpy failed(&seq, &TranscodeSequence::failed);
+        QSignalSpy finished(&seq, &TranscodeSequence::finished);
+        seq.start(steps);
+        QVERIFY(failed.wait(30000));
+        QCOMPARE(failed.first().at(0).toInt(), 0);
+        const ToolVerdict verdict = failed.first().at(1).value<ToolVerdict>();
+        QCOMPARE(verdict.outcome, ToolVerdict::Outcome::Failed);
+        QVERIFY(verdict.exitCode != 0);
+        QVERIFY2(verdict.errorLines.join('\n').contains("No such file or directory"),
+                 qPrintable(verdict.errorLines.join('\n')));
+        QTest::qWait(300);
+        // The second file was never started, and nothing was made.
+        QCOMPARE(started.count(), 1);
+        QCOMPARE(finished.count(), 0);
+        QVERIFY(!seq.isRunning());
+        QVERIFY(QDir(m_out.path()).entryList(QDir::Files).isEmpty());
+    }
+
+    void corruptSourceFailsWithTheTranscodersWords()
+    {
+        const QString bad = m_media.filePath("corrupt.mp3");
+        QFile f(bad);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(QByteArray(4096, 'x'));
+        f.close();
+        TranscodeSequence seq;
+        const QString out = m_out.filePath("corrupt.wav");
+        QSignalSpy failed(&seq, &TranscodeSequence::failed);
+        seq.start({TranscodeSequence::Step{
+            TranscodeArguments::commandTo(BurnOperation::AudioCD, m_ffmpeg, bad, out), 5, out}});
+        QVERIFY(failed.wait(30000));
+        const ToolVerdict verdict = failed.first().at(1).value<ToolVerdict>();
+        // ffmpeg names the file and says what is wrong with it.
+        QVERIFY2(verdict.errorLines.join('\n').contains("corrupt.mp3: Invalid"), qPrintable(verdict.output.right(400)));
+        QFile::remove(bad);
     }
 
     void zeroDurationRecord()
@@ -260,10 +297,9 @@ private slots:
 
     void emptySequenceStillFinishes()
     {
-        ToolRunner runner;
-        TranscodeSequence seq(runner);
+        TranscodeSequence seq;
         QSignalSpy finished(&seq, &TranscodeSequence::finished);
-        seq.start({}, 1);
+        seq.start({});
         QCOMPARE(finished.count(), 0);
         QVERIFY(finished.wait(2000));
         QVERIFY(!seq.isRunning());

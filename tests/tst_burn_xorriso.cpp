@@ -6,12 +6,13 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
+#include "support/MediumAnswers.h"
+#include "toolrun/ToolMessages.h"
 #include "burn/BurnSheets.h"
 #include "burn/MediaBurn.h"
 #include "burn/XorrisoRecorder.h"
 #include "support/FakeAlerts.h"
 #include "support/TestMain.h"
-#include "toolrun/ToolRunner.h"
 
 class QuietSheets : public BurnSheets {
 public:
@@ -25,6 +26,12 @@ public:
     void showPerformingOperation() override { events << QStringLiteral("performing"); }
     void endPerformingOperation() override { events << QStringLiteral("endPerforming"); }
     void showOperationComplete() override { events << QStringLiteral("complete"); }
+    void showOperationFailed(const OperationFailure &f) override
+    {
+        events << QStringLiteral("failed");
+        failure = f;
+    }
+    OperationFailure failure;
 };
 
 static MediumProbe blankDisc(const QString &family)
@@ -136,11 +143,10 @@ private slots:
         const QString image = m_docs.filePath("mp3-disc.iso");
         MediaBurnContext ctx = m_ctx;
         ctx.currentDrive.s_Device_Path = "stdio:" + image;
-        ToolRunner runner;
         XorrisoRecorder recorder(m_xorriso, m_cdrskin);
         QuietSheets sheets;
         FakeAlerts alerts;
-        MediaBurn burn(runner, recorder, sheets, alerts, blankDisc("CD"));
+        MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc("CD")));
         QSignalSpy started(&burn, &MediaBurn::recordingStarted);
         burnAndWait(burn, BurnOperation::MP3CD,
                     {media(m_media.filePath("zulu.mp3"), 2), media(m_media.filePath("alpha song.flac"), 1)}, ctx);
@@ -166,11 +172,10 @@ private slots:
         MediaBurnContext ctx = m_ctx;
         ctx.currentDrive.s_Device_Path = "stdio:" + image;
         ctx.s_Video_Output_Format = "1";
-        ToolRunner runner;
         XorrisoRecorder recorder(m_xorriso, m_cdrskin);
         QuietSheets sheets;
         FakeAlerts alerts;
-        MediaBurn burn(runner, recorder, sheets, alerts, blankDisc("DVD"));
+        MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc("DVD")));
         burnAndWait(burn, BurnOperation::VideoDVD, {media(m_media.filePath("clip.mov"), 1)}, ctx);
         QCOMPARE(filesOn(image), QStringList{"'/clip.mpg'"});
         const QJsonObject v = firstStream(extract(image, "/clip.mpg", "back.mpg"), "video");
@@ -183,7 +188,7 @@ private slots:
 
         // The same disc, now written and appendable: an MP3 DVD adds a session
         // and nothing of the first one is lost.
-        MediaBurn second(runner, recorder, sheets, alerts, blankDisc("DVD"));
+        MediaBurn second(recorder, sheets, alerts, asCheck(blankDisc("DVD")));
         burnAndWait(second, BurnOperation::MP3DVD, {media(m_media.filePath("zulu.mp3"), 2)}, ctx);
         QCOMPARE(filesOn(image), (QStringList{"'/clip.mpg'", "'/zulu.mp3'"}));
         const QString toc = run(m_xorriso, {"-indev", "stdio:" + image, "-toc"});
@@ -200,11 +205,10 @@ private slots:
             QFile::remove(log);
             MediaBurnContext ctx = m_ctx;
             ctx.currentDrive.s_Device_Path = device;
-            ToolRunner runner;
             XorrisoRecorder recorder(m_xorriso, QStringLiteral(TAMBLO_FAKES_DIR "/burn-args-logger"));
             QuietSheets sheets;
             FakeAlerts alerts;
-            MediaBurn burn(runner, recorder, sheets, alerts, blankDisc("CD"));
+            MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc("CD")));
             // zulu before alpha: the list's order, not the folder's.
             burnAndWait(burn, BurnOperation::AudioCD,
                         {media(m_media.filePath("zulu.mp3"), 2), media(m_media.filePath("alpha song.flac"), 1),
@@ -216,30 +220,36 @@ private slots:
             QStringList expected{"-v"};
             if (device.startsWith("stdio:"))
                 expected << "--allow_emulated_drives";
+            // The file listed twice is two tracks, each from a file of its own.
             expected << "dev=" + device << "-audio" << m_ctx.s_Audio_Folder + "/zulu.wav"
-                     << m_ctx.s_Audio_Folder + "/alpha song.wav";
+                     << m_ctx.s_Audio_Folder + "/alpha song.wav" << m_ctx.s_Audio_Folder + "/zulu 1.wav";
             QCOMPARE(args, expected);
             QVERIFY(QDir(m_ctx.s_Audio_Folder).isEmpty());
         }
         qunsetenv("TAMBLO_FAKE_BURN_LOG");
     }
 
-    void refusedAudioOnAPseudoDriveStillCompletes()
+    void refusedAudioOnAPseudoDriveEndsInTheFailureSheet()
     {
-        // The real cdrskin will not write audio tracks to a file; the burn
-        // does not notice and ends in the complete sheet.
+        // The real cdrskin will not write audio tracks to a file: the burn
+        // says the disc could not be written, in cdrskin's own words, and
+        // keeps the whole output behind Details.
         MediaBurnContext ctx = m_ctx;
         ctx.currentDrive.s_Device_Path = "stdio:" + m_docs.filePath("refused.img");
-        ToolRunner runner;
-        QStringList log;
-        connect(&runner, &ToolRunner::logged, this, [&](const QString &l) { log << l; });
         XorrisoRecorder recorder(m_xorriso, m_cdrskin);
         QuietSheets sheets;
         FakeAlerts alerts;
-        MediaBurn burn(runner, recorder, sheets, alerts, blankDisc("CD"));
-        burnAndWait(burn, BurnOperation::AudioCD, {media(m_media.filePath("alpha song.flac"), 1)}, ctx);
-        QCOMPARE(sheets.events, (QStringList{"begin", "end", "performing", "endPerforming", "complete"}));
-        QVERIFY(log.join('\n').contains("cdrskin"));
+        MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc("CD")));
+        QSignalSpy failed(&burn, &MediaBurn::failed);
+        burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("alpha song.flac"), 1)}, ctx);
+        QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, 60000);
+        QCOMPARE(sheets.events, (QStringList{"begin", "end", "performing", "endPerforming", "failed"}));
+        QCOMPARE(sheets.failure.message, QStringLiteral("The disc could not be written."));
+        QVERIFY2(sheets.failure.informative.contains("cdrskin: SORRY"), qPrintable(sheets.failure.informative));
+        QVERIFY(sheets.failure.details.contains("--allow_emulated_drives"));
+        QVERIFY(sheets.failure.details.contains("cdrskin"));
+        QVERIFY(!burn.isBusy());
+        QVERIFY(alerts.texts().isEmpty());
         QVERIFY(QDir(m_ctx.s_Audio_Folder).isEmpty());
     }
 };

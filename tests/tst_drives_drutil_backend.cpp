@@ -227,7 +227,9 @@ private slots:
         const qint64 ms = clock.elapsed();
         QVERIFY2(ms >= 350 && ms < 5000, qPrintable(QString::number(ms)));
         QVERIFY2(ticks >= 5, "the event loop kept running while the tool hung");
-        // What it printed before the time-out is dropped: answered as no output.
+        // What it printed before the time-out is dropped: no answer at all.
+        QVERIFY(!s.answered);
+        QCOMPARE(s.verdict.outcome, ToolVerdict::Outcome::TimedOut);
         QVERIFY(s.text.isEmpty());
         QCOMPARE(s.answers.driveEmpty, false);
         QCOMPARE(s.answers.oneTimeWritable, false);

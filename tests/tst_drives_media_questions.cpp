@@ -6,6 +6,7 @@
 
 #include "drives/DrutilBackend.h"
 #include "drives/MediaQuestions.h"
+#include "toolrun/ToolMessages.h"
 #include "drives/XorrisoBackend.h"
 #include "support/FakeAlerts.h"
 #include "toolrun/ToolProcess.h"
@@ -290,7 +291,11 @@ private slots:
         FakeAlerts alerts;
         MediaQuestions *q = questions(backend, alerts);
         const MediumCheck c = check(*q, "CD");
-        QCOMPARE(c.result, MediumCheck::NotWritable);  // not empty, neither writable nor rewritable
+        // A drive tool that cannot even start is no answer: never "No disc",
+        // never "not writable".
+        QCOMPARE(c.result, MediumCheck::NoAnswer);
+        QCOMPARE(c.status.verdict.outcome, ToolVerdict::Outcome::FailedToStart);
+        QCOMPARE(ToolMessages::driveDidNotAnswer(c.status.verdict).messageText, QStringLiteral("no-such-drutil could not be started."));
     }
 
     void checkOnLinuxPseudoDrives()

@@ -337,6 +337,8 @@ private slots:
         STATUS(s, backend, device("/dev/sr0"))
         QVERIFY2(clock.elapsed() < 5000, qPrintable(QString::number(clock.elapsed())));
         // The hanging tool printed a "Media status : is blank" line first; it is dropped.
+        QVERIFY(!s.answered);
+        QCOMPARE(s.verdict.outcome, ToolVerdict::Outcome::TimedOut);
         QVERIFY(s.text.isEmpty());
         check(s.answers, true, false, false, "Other");
         DriveList got{device("x")};

@@ -259,7 +259,6 @@ private slots:
         QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
         QVERIFY(dataEmptyDuringBurn);
         QVERIFY(logs.contains(QStringLiteral("ended with exit code 0")));
-        QVERIFY(logs.contains(QStringLiteral("Data Ready : ")));
 
         const QString disc = rig.tmp.path() + "/disc.iso";
         QVERIFY(QFileInfo(disc).size() > 550000);

@@ -197,7 +197,7 @@ private slots:
         QCOMPARE(tree(rig.tmp.path() + "/rb").value("keep.txt"), tree(both).value("keep.txt"));
     }
 
-    void aMissingToolStillEndsWithTheCompletion()
+    void aMissingToolIsNamedWithItsInstallHint()
     {
         Rig rig(ToolPaths::Backend::Linux);
         rig.ctx.tools.xorriso = rig.tmp.path() + "/no-such-xorriso";
@@ -211,8 +211,12 @@ private slots:
         flow.OnActionISOCreate();
         QVERIFY(log.waitEnded());
         QVERIFY(logs.warned(QStringLiteral("could not start ") + rig.ctx.tools.xorriso));
+        // No completion, and no sheet left open: an alert names the tool.
         QCOMPARE(log.sheets(), (QStringList{"toolStarted", "toolFinished", "showPerformingOperation",
-                                            "closePerformingOperation", "operationComplete", "ended"}));
+                                            "closePerformingOperation", "ended"}));
+        QCOMPARE(rig.alerts.shown.size(), 1);
+        QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("no-such-xorriso could not be started."));
+        QVERIFY(rig.alerts.shown.first().informativeText.contains("Install it with"));
         QVERIFY(QFileInfo::exists(src + "/f"));
     }
 };

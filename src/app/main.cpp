@@ -2,6 +2,7 @@
 #include <QSettings>
 #include <QStandardPaths>
 
+#include "app/SingleInstance.h"
 #include "app/ToolPaths.h"
 #include "app/ui/AppContext.h"
 #include "app/ui/AppDelegate.h"
@@ -36,6 +37,13 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationName(QStringLiteral("Tamblo"));
     QApplication::setQuitOnLastWindowClosed(true);
 
+    // A second start shows the first one's window and ends here, before it
+    // could empty working folders that the first one is using.
+    SingleInstance instance(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation),
+                            SingleInstance::nameForThisUser());
+    if (!instance.claim())
+        return 0;
+
     QSettings settings(QStringLiteral("Zendrova"), QStringLiteral("Tamblo"));
     QtAlerts alerts;
     QtFilePicker picker;
@@ -50,6 +58,12 @@ int main(int argc, char **argv)
     AppDelegate delegate(context);
     alerts.setParent(delegate.mainWindow());
     picker.setParent(delegate.mainWindow());
+    QObject::connect(&instance, &SingleInstance::activationRequested, &delegate, [&delegate] {
+        QWidget *w = delegate.mainWindow();
+        w->showNormal();
+        w->raise();
+        w->activateWindow();
+    });
     TerminateFilter filter(delegate);
     app.installEventFilter(&filter);
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::Terminate_App);

@@ -1,59 +1,43 @@
 #include "burn/BurnChecks.h"
 
 #include "app/Alerts.h"
+#include "toolrun/ToolMessages.h"
 
-void BurnChecks::run(BurnOperation operation, bool listIsEmpty, const MediumProbe &probe, Alerts &alerts,
+void BurnChecks::run(BurnOperation operation, bool listIsEmpty, const MediumCheckFn &check, Alerts &alerts,
                      bool debugMode, std::function<void(bool passed)> done)
 {
     const BurnTexts texts = BurnMessages::forOperation(operation);
-    Alerts *shown = &alerts;
     auto finish = [done](bool passed) {
         if (done)
             done(passed);
     };
-
     if (listIsEmpty) {
-        shown->close(texts.emptyListMessage, texts.emptyListInformative);
+        alerts.close(texts.emptyListMessage, texts.emptyListInformative);
         finish(false);
         return;
     }
-
-    auto checkFamily = [probe, shown, texts, debugMode, finish] {
-        probe.TypeOfMediaInTheDrive([shown, texts, debugMode, finish](const QString &kind) {
-            if (kind != texts.family) {
-                shown->close(texts.wrongMediumMessage, texts.wrongMediumInformative);
-                if (debugMode)
-                    shown->close(kind, texts.debugCode);
-                finish(false);
-                return;
-            }
+    Alerts *shown = &alerts;
+    check(MediumNeed::Writable, texts.family, [shown, texts, debugMode, finish](const MediumCheck &c) {
+        switch (c.result) {
+        case MediumCheck::Ok:
             finish(true);
-        });
-    };
-
-    auto checkWritable = [probe, shown, finish, checkFamily] {
-        probe.IsMediaOneTimeWritable([probe, shown, finish, checkFamily](bool oneTime) {
-            if (oneTime) {
-                checkFamily();
-                return;
-            }
-            probe.IsMediaReWritable([shown, finish, checkFamily](bool reWritable) {
-                if (!reWritable) {
-                    shown->close(BurnMessages::NotWritableMessage, BurnMessages::NotWritableInformative);
-                    finish(false);
-                    return;
-                }
-                checkFamily();
-            });
-        });
-    };
-
-    probe.IsDriveEmpty([shown, finish, checkWritable](bool empty) {
-        if (empty) {
-            shown->close(BurnMessages::NoDiscMessage, BurnMessages::NoDiscInformative);
-            finish(false);
             return;
+        case MediumCheck::NoDisc:
+            shown->close(BurnMessages::NoDiscMessage, BurnMessages::NoDiscInformative);
+            break;
+        case MediumCheck::NotWritable:
+        case MediumCheck::NotRewritable:
+            shown->close(BurnMessages::NotWritableMessage, BurnMessages::NotWritableInformative);
+            break;
+        case MediumCheck::WrongFamily:
+            shown->close(texts.wrongMediumMessage, texts.wrongMediumInformative);
+            if (debugMode)
+                shown->close(c.detectedFamily, texts.debugCode);
+            break;
+        case MediumCheck::NoAnswer:
+            shown->show(ToolMessages::driveDidNotAnswer(c.status.verdict));
+            break;
         }
-        checkWritable();
+        finish(false);
     });
 }

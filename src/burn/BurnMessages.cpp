@@ -1,5 +1,7 @@
 #include "burn/BurnMessages.h"
 
+#include <QFileInfo>
+
 namespace BurnMessages {
 
 static QString wrongInformative(const QString &word)
@@ -70,3 +72,12 @@ bool isVideoBurn(BurnOperation operation)
 }
 
 } // namespace BurnMessages
+
+AlertRequest BurnMessages::transcodeFailed(const QString &file, const QString &toolWords)
+{
+    AlertRequest r;
+    r.messageText = QStringLiteral("\"%1\" could not be converted.").arg(QFileInfo(file).fileName());
+    r.informativeText = QStringLiteral("Nothing was written to the disc. %1 says:\n%2\n\nFile: %3")
+                            .arg(QStringLiteral("ffmpeg"), toolWords, file);
+    return r;
+}

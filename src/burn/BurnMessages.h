@@ -1,6 +1,8 @@
 #pragma once
 #include <QString>
 
+#include "app/Alerts.h"
+
 // The eight burn operations, in the order of the disc kinds.
 enum class BurnOperation {
     AudioCD,
@@ -36,6 +38,13 @@ inline const QString NoDiscInformative =
 inline const QString NotWritableMessage = QStringLiteral("Media not writable");
 inline const QString NotWritableInformative =
     QStringLiteral("The media on the drive is not writable. insert a writable media on the drive and try again.");
+
+// The last sheet of a burn whose recorder failed.
+inline const QString DiscNotWritten = QStringLiteral("The disc could not be written.");
+
+// A transcode that failed: nothing was recorded. Names the file and quotes
+// the transcoder's own words.
+AlertRequest transcodeFailed(const QString &file, const QString &toolWords);
 
 // True for the burns that transcode the media list (audio, MP3, video).
 bool isMediaBurn(BurnOperation operation);

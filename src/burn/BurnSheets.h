@@ -1,5 +1,7 @@
 #pragma once
 
+struct OperationFailure;
+
 // What a media burn shows while it works, in this order: the two-bar
 // progress sheet during the transcodes (the lower bar counts files, the
 // upper bar follows the file in hand), the working sheet while the recorder
@@ -19,4 +21,5 @@ public:
     virtual void showPerformingOperation() = 0;           // Show_Window_Performing_Operation
     virtual void endPerformingOperation() = 0;            // ended and dropped
     virtual void showOperationComplete() = 0;             // Show_Window_Operation_Complete
+    virtual void showOperationFailed(const OperationFailure &failure) = 0;  // the last sheet of a failure
 };

@@ -9,17 +9,18 @@
 #include "burn/Recorder.h"
 #include "burn/TranscodeArguments.h"
 #include "burn/TranscodeSequence.h"
-#include "toolrun/ToolRunner.h"
+#include "app/Alerts.h"
+#include "toolrun/ToolMessages.h"
+#include "toolrun/ToolRun.h"
 
-MediaBurn::MediaBurn(ToolRunner &runner, const Recorder &recorder, BurnSheets &sheets, Alerts &alerts,
-                     MediumProbe probe, QObject *parent)
+MediaBurn::MediaBurn(const Recorder &recorder, BurnSheets &sheets, Alerts &alerts, MediumCheckFn check,
+                     QObject *parent)
     : QObject(parent),
-      m_runner(runner),
       m_recorder(recorder),
       m_sheets(sheets),
       m_alerts(alerts),
-      m_probe(std::move(probe)),
-      m_sequence(new TranscodeSequence(runner, this))
+      m_check(std::move(check)),
+      m_sequence(new TranscodeSequence(this))
 {
     connect(m_sequence, &TranscodeSequence::fileStarted, this, [this](int index, qint64 seconds) {
         m_i_Orig_Duration_in_Seconds = seconds;
@@ -37,6 +38,7 @@ MediaBurn::MediaBurn(ToolRunner &runner, const Recorder &recorder, BurnSheets &s
         m_sheets.endProgress();
         scheduleRecording();
     });
+    connect(m_sequence, &TranscodeSequence::failed, this, &MediaBurn::transcodeFailed);
 }
 
 MediaBurn::~MediaBurn() = default;
@@ -72,7 +74,7 @@ void MediaBurn::burn(BurnOperation operation, const QList<NodeMediaFile> &files,
         return;
     m_busy = true;
     QPointer<MediaBurn> self(this);
-    BurnChecks::run(operation, files.isEmpty(), m_probe, m_alerts, context.m_b_Debug_Mode,
+    BurnChecks::run(operation, files.isEmpty(), m_check, m_alerts, context.m_b_Debug_Mode,
                     [self, operation, files, context](bool passed) {
                         if (!self)
                             return;
@@ -106,18 +108,23 @@ void MediaBurn::startTranscoding()
     m_sheets.setOverallRange(static_cast<double>(m_files.size()));
     m_sheets.setOverallValue(0.0);
 
+    QStringList sources;
+    for (const NodeMediaFile &file : std::as_const(m_files))
+        sources << file.s_File_Path;
+    m_outputs = TranscodeArguments::outputPaths(m_operation, folder, sources);
+
     QList<TranscodeSequence::Step> steps;
-    for (const NodeMediaFile &file : std::as_const(m_files)) {
+    for (int i = 0; i < m_files.size(); ++i) {
+        const NodeMediaFile &file = m_files.at(i);
         TranscodeSequence::Step step;
-        step.command = TranscodeArguments::command(m_operation, m_context.sffmpegPath, file.s_File_Path, folder,
-                                                   m_context.s_Video_Output_Format,
-                                                   m_context.s_Audio_Output_Format);
+        step.command = TranscodeArguments::commandTo(m_operation, m_context.sffmpegPath, file.s_File_Path,
+                                                     m_outputs.at(i), m_context.s_Video_Output_Format,
+                                                     m_context.s_Audio_Output_Format);
         step.durationSeconds = file.i_Duration_in_Seconds;
+        step.output = m_outputs.at(i);
         steps << step;
     }
-    const unsigned kind = BurnMessages::isVideoBurn(m_operation) ? ToolRunner::VideoTranscode
-                                                                 : ToolRunner::AudioTranscode;
-    m_sequence->start(steps, kind);
+    m_sequence->start(steps);
 }
 
 static void replaceTimer(QPointer<QTimer> &slot, QObject *owner, std::function<void()> routine)
@@ -154,25 +161,45 @@ void MediaBurn::scheduleRecording()
     }
 }
 
-void MediaBurn::startRecording(const ToolCommand &command, void (MediaBurn::*handler)())
+void MediaBurn::transcodeFailed(int index, const ToolVerdict &verdict)
 {
-    QPointer<MediaBurn> self(this);
-    m_runner.runNotified(command, [self, handler] {
-        if (self)
-            (self.data()->*handler)();
+    m_sheets.endProgress();
+    const QString file = index >= 0 && index < m_files.size() ? m_files.at(index).s_File_Path : QString();
+    FolderOps::emptyFolderThen(workingFolder(), this, [this, file, verdict] {
+        m_busy = false;
+        if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
+            m_alerts.show(ToolMessages::notStarted(verdict));
+        else
+            m_alerts.show(BurnMessages::transcodeFailed(file, ToolMessages::toolWords(verdict)));
+        emit failed(m_operation);
     });
+}
+
+void MediaBurn::startRecording(const ToolCommand &command, void (MediaBurn::*handler)(const ToolVerdict &))
+{
+    ToolRun::Options options;
+    options.channels = ToolRun::Channels::Merged;
+    options.purpose = ToolRun::Purpose::Write;
+    auto *run = new ToolRun(command, options, this);
+    m_recording = run;
+    connect(run, &ToolRun::finished, this, [this, run, handler](const ToolVerdict &verdict) {
+        run->deleteLater();
+        (this->*handler)(verdict);
+    });
+    run->start();
     m_sheets.showPerformingOperation();
     emit recordingStarted(command);
 }
 
+bool MediaBurn::isRecording() const
+{
+    return m_recording && m_recording->isRunning();
+}
+
 void MediaBurn::TimerBurnAudioCD()
 {
-    QStringList sources;
-    for (const NodeMediaFile &file : std::as_const(m_files))
-        sources << file.s_File_Path;
     const QString folder = m_context.s_Audio_Folder;
-    const QStringList tracks = TranscodeArguments::audioTracks(folder, sources, true);
-    startRecording(m_recorder.burnAudioCommand(m_context.currentDrive, folder, tracks),
+    startRecording(m_recorder.burnAudioCommand(m_context.currentDrive, folder, m_outputs),
                    &MediaBurn::AudioBurnTerminated);
 }
 
@@ -188,22 +215,31 @@ void MediaBurn::TimerBurnVideoRoutine()
                    &MediaBurn::VideoBurnTerminated);
 }
 
-void MediaBurn::AudioBurnTerminated()
+void MediaBurn::AudioBurnTerminated(const ToolVerdict &verdict)
 {
-    m_sheets.endPerformingOperation();
-    FolderOps::emptyFolderThen(m_context.s_Audio_Folder, this, [this] {
-        m_busy = false;
-        m_sheets.showOperationComplete();
-        emit completed(m_operation);
-    });
+    recordingEnded(m_context.s_Audio_Folder, verdict);
 }
 
-void MediaBurn::VideoBurnTerminated()
+void MediaBurn::VideoBurnTerminated(const ToolVerdict &verdict)
+{
+    recordingEnded(m_context.s_Video_Folder, verdict);
+}
+
+void MediaBurn::recordingEnded(const QString &folder, const ToolVerdict &verdict)
 {
     m_sheets.endPerformingOperation();
-    FolderOps::emptyFolderThen(m_context.s_Video_Folder, this, [this] {
+    FolderOps::emptyFolderThen(folder, this, [this, verdict] {
         m_busy = false;
-        m_sheets.showOperationComplete();
-        emit completed(m_operation);
+        if (verdict.ok()) {
+            m_sheets.showOperationComplete();
+            emit completed(m_operation);
+            return;
+        }
+        if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
+            m_alerts.show(ToolMessages::notStarted(verdict));
+        else
+            m_sheets.showOperationFailed(
+                OperationFailure::fromVerdict(BurnMessages::DiscNotWritten, verdict));
+        emit failed(m_operation);
     });
 }

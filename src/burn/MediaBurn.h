@@ -9,13 +9,14 @@
 #include "compilation/NodeMediaFile.h"
 #include "drives/Object_Optical_Drive.h"
 #include "toolrun/ToolCommand.h"
+#include "toolrun/ToolVerdict.h"
 
 class Alerts;
 class BurnSheets;
 class QTimer;
 class Recorder;
 class TranscodeSequence;
-class ToolRunner;
+class ToolRun;
 
 // What a media burn reads from the controller when it starts.
 struct MediaBurnContext {
@@ -33,18 +34,22 @@ struct MediaBurnContext {
 //   1. runs the checks (empty list, no disc, not writable, wrong family) and
 //      stops at the first refusal;
 //   2. empties its working folder, begins the two-bar sheet and transcodes
-//      the files one after the other (audio: u_Type_Progress 1, video: 0);
-//   3. ends the sheet and, 0.1 s later, starts the recorder on the folder as
-//      a notified run and shows the working sheet;
-//   4. when the recorder ends, whatever its outcome: ends the working sheet,
-//      empties the folder and shows the operation-complete sheet.
+//      the files one after the other, each into a file name of its own;
+//      a transcode that fails ends the burn before anything is recorded:
+//      the sheet ends, the folder is emptied, and an alert names the file
+//      and quotes the transcoder's last error line;
+//   3. ends the sheet and, 0.1 s later, starts the recorder on the folder
+//      and shows the working sheet;
+//   4. when the recorder ends: ends the working sheet, empties the folder,
+//      and shows the operation-complete sheet when the recorder succeeded,
+//      else the failure sheet with the recorder's own words.
 // The list handed in is copied: a burn never changes the compilation. A burn
 // asked for while another one is under way is ignored.
 class MediaBurn : public QObject {
     Q_OBJECT
 public:
-    MediaBurn(ToolRunner &runner, const Recorder &recorder, BurnSheets &sheets, Alerts &alerts,
-              MediumProbe probe, QObject *parent = nullptr);
+    MediaBurn(const Recorder &recorder, BurnSheets &sheets, Alerts &alerts, MediumCheckFn check,
+              QObject *parent = nullptr);
     ~MediaBurn() override;
 
     void Burn_Audio_CD(const QList<NodeMediaFile> &arrayMediaFiles, const MediaBurnContext &context);
@@ -68,28 +73,35 @@ public:
     void TimerBurnAudioCD();
     void TimerBurnMP3();
     void TimerBurnVideoRoutine();
-    void AudioBurnTerminated();
-    void VideoBurnTerminated();
+    void AudioBurnTerminated(const ToolVerdict &verdict);
+    void VideoBurnTerminated(const ToolVerdict &verdict);
+
+    // Whether the recorder is writing now.
+    bool isRecording() const;
 
 signals:
     void refused(BurnOperation operation);
     void transcodesFinished(BurnOperation operation);  // sheet ended, timer scheduled
     void recordingStarted(const ToolCommand &command);
     void completed(BurnOperation operation);            // complete sheet shown
+    void failed(BurnOperation operation);               // alert or failure sheet shown, nothing left behind
 
 private:
     void transcodePhase();    // empties the working folder on a worker, then startTranscoding
     void startTranscoding();
     void scheduleRecording();
-    void startRecording(const ToolCommand &command, void (MediaBurn::*handler)());
+    void startRecording(const ToolCommand &command, void (MediaBurn::*handler)(const ToolVerdict &));
+    void transcodeFailed(int index, const ToolVerdict &verdict);
+    void recordingEnded(const QString &folder, const ToolVerdict &verdict);
     QString workingFolder() const;
 
-    ToolRunner &m_runner;
     const Recorder &m_recorder;
     BurnSheets &m_sheets;
     Alerts &m_alerts;
-    MediumProbe m_probe;
+    MediumCheckFn m_check;
     TranscodeSequence *m_sequence;
+    QPointer<ToolRun> m_recording;
+    QStringList m_outputs;  // the transcoder's output file of each listed file
 
     BurnOperation m_operation = BurnOperation::AudioCD;
     QList<NodeMediaFile> m_files;

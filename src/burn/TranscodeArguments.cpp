@@ -1,5 +1,7 @@
 #include "burn/TranscodeArguments.h"
 
+#include <QSet>
+
 #include <QFileInfo>
 
 namespace TranscodeArguments {
@@ -79,10 +81,32 @@ QStringList mpgArguments(const QString &sourcePath, const QString &outputPath, c
     return args;
 }
 
+QStringList outputPaths(BurnOperation operation, const QString &folder, const QStringList &sourcePaths)
+{
+    QStringList outputs;
+    QSet<QString> taken;
+    const QString extension = outputExtension(operation);
+    for (const QString &source : sourcePaths) {
+        const QString name = nameWithoutExtension(source);
+        QString path = QStringLiteral("%1/%2.%3").arg(folder, name, extension);
+        for (int n = 1; taken.contains(path); ++n)
+            path = QStringLiteral("%1/%2 %3.%4").arg(folder, name).arg(n).arg(extension);
+        taken.insert(path);
+        outputs << path;
+    }
+    return outputs;
+}
+
 ToolCommand command(BurnOperation operation, const QString &ffmpeg, const QString &sourcePath,
                     const QString &folder, const QString &videoFormat, const QString &audioFormat)
 {
-    const QString output = outputPath(operation, folder, sourcePath);
+    return commandTo(operation, ffmpeg, sourcePath, outputPath(operation, folder, sourcePath), videoFormat,
+                     audioFormat);
+}
+
+ToolCommand commandTo(BurnOperation operation, const QString &ffmpeg, const QString &sourcePath,
+                      const QString &output, const QString &videoFormat, const QString &audioFormat)
+{
     switch (operation) {
     case BurnOperation::AudioCD:
         return {ffmpeg, wavArguments(sourcePath, output)};
@@ -100,10 +124,7 @@ ToolCommand command(BurnOperation operation, const QString &ffmpeg, const QStrin
 QStringList audioTracks(const QString &folder, const QStringList &sourcePaths, bool existingOnly)
 {
     QStringList tracks;
-    for (const QString &source : sourcePaths) {
-        const QString wav = outputPath(BurnOperation::AudioCD, folder, source);
-        if (tracks.contains(wav))
-            continue;
+    for (const QString &wav : outputPaths(BurnOperation::AudioCD, folder, sourcePaths)) {
         if (existingOnly && !QFileInfo(wav).isFile())
             continue;
         tracks << wav;

@@ -16,7 +16,6 @@ QString nameWithoutExtension(const QString &sourcePath);
 QString outputExtension(BurnOperation operation);
 
 // Folder + "/" + name without extension + "." + the operation's extension.
-// Two sources differing only in extension share one output file.
 QString outputPath(BurnOperation operation, const QString &folder, const QString &sourcePath);
 
 // "-i" source "-acodec" "pcm_s16le" "-ar" "44100" "-ac" "2" output
@@ -31,13 +30,23 @@ QStringList mp3Arguments(const QString &sourcePath, const QString &outputPath);
 QStringList mpgArguments(const QString &sourcePath, const QString &outputPath, const QString &videoFormat,
                          const QString &audioFormat);
 
-// The whole command of one file of a media burn.
+// The output file of each source, in list order, each one different: a name
+// already taken gets " 1", " 2", ... ("a.wav", then "a 1.wav"), so that two
+// sources differing only in extension both land on the disc.
+QStringList outputPaths(BurnOperation operation, const QString &folder, const QStringList &sourcePaths);
+
+// The whole command of one file of a media burn, into `output`.
+ToolCommand commandTo(BurnOperation operation, const QString &ffmpeg, const QString &sourcePath,
+                      const QString &output, const QString &videoFormat = QStringLiteral("0"),
+                      const QString &audioFormat = QStringLiteral("0"));
+
+// The same into outputPath().
 ToolCommand command(BurnOperation operation, const QString &ffmpeg, const QString &sourcePath,
                     const QString &folder, const QString &videoFormat = QStringLiteral("0"),
                     const QString &audioFormat = QStringLiteral("0"));
 
-// The audio CD's tracks: the WAV file of each source in compilation order,
-// each file once (at its first place). With `existingOnly`, files the
+// The audio CD's tracks: the WAV file of each source in compilation order
+// (outputPaths()). With `existingOnly`, files the
 // transcoder did not produce are left out.
 QStringList audioTracks(const QString &folder, const QStringList &sourcePaths, bool existingOnly);
 

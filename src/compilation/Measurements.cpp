@@ -2,10 +2,9 @@
 
 #include <QDirIterator>
 #include <QFileInfo>
-#include <QProcess>
 #include <QUrl>
 
-#include "toolrun/ToolProcess.h"
+#include "toolrun/ToolRun.h"
 
 namespace Measurements {
 
@@ -116,20 +115,13 @@ QString GetMediaFileDuration(const QString &ffmpegPath, const QString &filePath,
 {
     if (ffmpegPath.isEmpty() || filePath.isEmpty())
         return QString();
-    QProcess process;
-    ToolProcess::prepare(process,
-                         ToolCommand{ffmpegPath, {QStringLiteral("-i"), filePath}},
-                         QProcess::MergedChannels);
-    process.start();
-    if (!process.waitForStarted(-1))
-        return QString();
     // ffmpeg describes the input and stops on the missing output file; its
-    // exit status says nothing useful and is not read.
-    if (!process.waitForFinished(timeoutMs < 0 ? -1 : timeoutMs)) {
-        process.kill();
-        process.waitForFinished(-1);
-    }
-    return durationTextFromProbe(QString::fromUtf8(process.readAll()));
+    // exit status says nothing about the input and is not read.
+    const ToolVerdict verdict = ToolRun::runToEnd(ToolCommand{ffmpegPath, {QStringLiteral("-i"), filePath}},
+                                                  timeoutMs < 0 ? 0 : timeoutMs);
+    if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
+        return QString();
+    return durationTextFromProbe(verdict.output);
 }
 
 QString lastPathComponent(const QString &path)

@@ -39,19 +39,23 @@ ToolCommand DrutilBackend::trayCommand(const Object_Optical_Drive &drive, bool e
 void DrutilBackend::listDrives(ListCallback done)
 {
     DriveQuery::run(listCommand(), m_listTimeoutMs, this,
-                    [done = std::move(done)](const QString &output, bool) {
+                    [done = std::move(done)](const ToolVerdict &verdict) {
                         if (done)
-                            done(DrutilParsing::parseList(output));
+                            done(DrutilParsing::parseList(verdict.output));
                     });
 }
 
 void DrutilBackend::queryStatus(const Object_Optical_Drive &drive, StatusCallback done)
 {
     DriveQuery::run(statusCommand(drive), m_statusTimeoutMs, this,
-                    [done = std::move(done)](const QString &output, bool) {
+                    [done = std::move(done)](const ToolVerdict &verdict) {
                         MediaStatus status;
-                        status.text = output;
-                        status.answers = DrutilParsing::answers(output);
+                        // A drive that did not answer says nothing: what a hung
+                        // tool printed before it was stopped is not its answer.
+                        status.answered = DriveQuery::answered(verdict);
+                        status.text = status.answered ? verdict.output : QString();
+                        status.answers = DrutilParsing::answers(status.text);
+                        status.verdict = verdict;
                         if (done)
                             done(status);
                     });

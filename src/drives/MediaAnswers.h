@@ -1,6 +1,8 @@
 #pragma once
 #include <QString>
 
+#include "toolrun/ToolVerdict.h"
+
 // What the medium in a drive is, as read from one status query.
 struct MediaAnswers {
     bool driveEmpty = false;       // IsDriveEmpty
@@ -13,4 +15,8 @@ struct MediaAnswers {
 struct MediaStatus {
     QString text;      // everything the tool printed (stdout and stderr), unchanged
     MediaAnswers answers;
+    // False when the tool did not answer at all: it hung past its time
+    // limit, or could not be started. The answers then mean nothing.
+    bool answered = true;
+    ToolVerdict verdict;
 };

@@ -72,39 +72,98 @@ void MediaQuestions::TypeOfMediaInTheDrive(std::function<void(QString)> done)
 
 void MediaQuestions::checkMedium(const QString &family, std::function<void(MediumCheck)> done)
 {
+    check(MediumNeed::Writable, family, std::move(done));
+}
+
+MediumCheckFn MediaQuestions::checker()
+{
     QPointer<MediaQuestions> self(this);
-    auto finish = [done](MediumCheck::Result result, const QString &detected = QString()) {
-        MediumCheck check;
-        check.result = result;
-        check.detectedFamily = detected;
-        if (done)
-            done(check);
+    return [self](MediumNeed need, const QString &family, std::function<void(const MediumCheck &)> done) {
+        if (self)
+            self->check(need, family, [done](MediumCheck c) {
+                if (done)
+                    done(c);
+            });
     };
-    auto askFamily = [self, family, finish] {
-        if (family.isEmpty()) {
-            finish(MediumCheck::Ok);
+}
+
+// One question of the chain: its status, or the end of the chain with
+// NoAnswer when the drive said nothing.
+void MediaQuestions::askAnswered(std::function<void(MediumCheck)> done,
+                                 std::function<void(const MediaStatus &)> answer)
+{
+    ask([done, answer = std::move(answer)](const MediaStatus &status) {
+        if (!status.answered) {
+            MediumCheck c;
+            c.result = MediumCheck::NoAnswer;
+            c.status = status;
+            if (done)
+                done(c);
             return;
         }
-        self->TypeOfMediaInTheDrive([family, finish](const QString &detected) {
-            finish(detected == family ? MediumCheck::Ok : MediumCheck::WrongFamily, detected);
+        answer(status);
+    });
+}
+
+void MediaQuestions::check(MediumNeed need, const QString &family, std::function<void(MediumCheck)> done)
+{
+    QPointer<MediaQuestions> self(this);
+    auto finish = [done](MediumCheck::Result result, const MediaStatus &status, const QString &detected = QString()) {
+        MediumCheck c;
+        c.result = result;
+        c.status = status;
+        c.detectedFamily = detected;
+        if (done)
+            done(c);
+    };
+    auto askFamily = [self, family, finish, done](const MediaStatus &last) {
+        if (family.isEmpty() || !self) {
+            finish(MediumCheck::Ok, last);
+            return;
+        }
+        self->askAnswered(done, [family, finish](const MediaStatus &status) {
+            const QString detected = status.answers.family;
+            finish(detected == family ? MediumCheck::Ok : MediumCheck::WrongFamily, status, detected);
         });
     };
-    IsDriveEmpty([self, finish, askFamily](bool empty) {
-        if (empty) {
-            finish(MediumCheck::NoDisc);
+    askAnswered(done, [self, need, finish, askFamily, done](const MediaStatus &status) {
+        if (status.answers.driveEmpty) {
+            finish(MediumCheck::NoDisc, status);
             return;
         }
-        self->IsMediaOneTimeWritable([self, finish, askFamily](bool writable) {
-            if (writable) {
-                askFamily();
-                return;
-            }
-            self->IsMediaReWritable([finish, askFamily](bool rewritable) {
-                if (!rewritable) {
-                    finish(MediumCheck::NotWritable);
+        if (!self || need == MediumNeed::Disc) {
+            finish(MediumCheck::Ok, status);
+            return;
+        }
+        if (need == MediumNeed::Rewritable) {
+            self->askAnswered(done, [self, finish, askFamily](const MediaStatus &s) {
+                if (!s.answers.reWritable) {
+                    if (self)
+                        self->explainNo(s, QStringLiteral("Warning 0040."));
+                    finish(MediumCheck::NotRewritable, s);
                     return;
                 }
-                askFamily();
+                askFamily(s);
+            });
+            return;
+        }
+        self->askAnswered(done, [self, finish, askFamily, done](const MediaStatus &s) {
+            if (s.answers.oneTimeWritable) {
+                askFamily(s);
+                return;
+            }
+            if (self)
+                self->explainNo(s, QStringLiteral("Warning 0030."));
+            if (!self)
+                return;
+            self->askAnswered(done, [self, finish, askFamily](const MediaStatus &r) {
+                if (!r.answers.reWritable) {
+                    if (self)
+                        self->explainNo(r, QStringLiteral("Warning 0040."));
+                    finish(MediumCheck::NotWritable, r);
+                    return;
+                }
+                askFamily(r);
             });
         });
     });

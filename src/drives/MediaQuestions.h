@@ -9,10 +9,21 @@ class Alerts;
 
 // The result of the medium check every burn makes before it starts.
 struct MediumCheck {
-    enum Result { Ok, NoDisc, NotWritable, WrongFamily };
+    enum Result { Ok, NoDisc, NotWritable, WrongFamily, NotRewritable, NoAnswer };
     Result result = Ok;
     QString detectedFamily;  // what TypeOfMediaInTheDrive answered, when it was asked
+    MediaStatus status;      // the last status read (NoAnswer: why there was none)
 };
+
+// What an operation needs of the medium before it starts.
+enum class MediumNeed {
+    Disc,        // a disc in the drive (disc copy, disc info)
+    Writable,    // write-once, or else rewritable (every burn)
+    Rewritable,  // rewritable (erasing)
+};
+
+// The one medium check chain every operation uses.
+using MediumCheckFn = std::function<void(MediumNeed need, const QString &family, std::function<void(const MediumCheck &)> done)>;
 
 // The four questions about the medium in the current drive. Each question
 // runs one status query of its own (nothing is cached) and answers later,
@@ -40,8 +51,16 @@ public:
     // WrongFamily). Up to four status queries.
     void checkMedium(const QString &family, std::function<void(MediumCheck)> done);
 
+    // The chain for any need: a disc must be there (else NoDisc), then
+    // Writable as checkMedium, or Rewritable (else NotRewritable), then the
+    // family when `family` is not empty. A status query that gets no answer
+    // (a hung drive, a missing tool) ends the chain with NoAnswer at once.
+    void check(MediumNeed need, const QString &family, std::function<void(MediumCheck)> done);
+    MediumCheckFn checker();
+
 private:
     void ask(std::function<void(const MediaStatus &)> answer);
+    void askAnswered(std::function<void(MediumCheck)> done, std::function<void(const MediaStatus &)> answer);
     void explainNo(const MediaStatus &status, const QString &warning);
 
     DriveBackend &m_backend;

@@ -35,9 +35,9 @@ ToolCommand XorrisoBackend::trayCommand(const Object_Optical_Drive &drive, bool 
 void XorrisoBackend::listDrives(ListCallback done)
 {
     DriveQuery::run(listCommand(), m_listTimeoutMs, this,
-                    [done = std::move(done)](const QString &output, bool) {
+                    [done = std::move(done)](const ToolVerdict &verdict) {
                         if (done)
-                            done(XorrisoParsing::parseDevices(output));
+                            done(XorrisoParsing::parseDevices(verdict.output));
                     });
 }
 
@@ -46,10 +46,14 @@ void XorrisoBackend::queryStatus(const Object_Optical_Drive &drive, StatusCallba
     // Without a device the null command runs nothing and answers an empty
     // text, which reads as an empty drive.
     DriveQuery::run(statusCommand(drive), m_statusTimeoutMs, this,
-                    [done = std::move(done)](const QString &output, bool) {
+                    [done = std::move(done)](const ToolVerdict &verdict) {
                         MediaStatus status;
-                        status.text = output;
-                        status.answers = XorrisoParsing::answers(output);
+                        // A drive that did not answer says nothing: what a hung
+                        // tool printed before it was stopped is not its answer.
+                        status.answered = DriveQuery::answered(verdict);
+                        status.text = status.answered ? verdict.output : QString();
+                        status.answers = XorrisoParsing::answers(status.text);
+                        status.verdict = verdict;
                         if (done)
                             done(status);
                     });

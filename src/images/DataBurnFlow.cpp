@@ -60,7 +60,12 @@ void DataBurnFlow::checked(const MediumCheck &check)
         finish();
         return;
     case MediumCheck::NotWritable:
+    case MediumCheck::NotRewritable:
         m_context.alerts->show(ImageMessages::notWritable());
+        finish();
+        return;
+    case MediumCheck::NoAnswer:
+        m_context.alerts->show(ToolMessages::driveDidNotAnswer(check.status.verdict));
         finish();
         return;
     case MediumCheck::WrongFamily:
@@ -92,13 +97,42 @@ DataBurnPlan DataBurnFlow::makePlan() const
     return plan;
 }
 
+bool DataBurnFlow::refuseIfFoldersGone()
+{
+    if (m_plan.skipped().isEmpty())
+        return false;
+    // A disc without a listed folder is not the disc the user asked for.
+    timerBurnDataFolder.stop();
+    const QStringList gone = m_plan.skipped();
+    if (onMac())
+        emit closeStagingSheet();
+    FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, gone] {
+        m_context.alerts->show(ImageMessages::foldersGone(gone));
+        finish();
+    });
+    return true;
+}
+
 void DataBurnFlow::startStaging()
 {
     m_plan = makePlan();
+    if (refuseIfFoldersGone())
+        return;
     auto *staging = new StagingCopy(m_plan.entries(), m_context.stagingPollMs, this);
     m_staging = staging;
     connect(staging, &StagingCopy::finished, this, [this, staging] {
         staging->deleteLater();
+        if (!staging->errors().isEmpty()) {
+            // Nothing is recorded from a folder that is not complete.
+            timerBurnDataFolder.stop();
+            const QStringList errors = staging->errors();
+            emit closeStagingSheet();
+            FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, errors] {
+                m_context.alerts->show(ImageMessages::stagingFailed(errors));
+                finish();
+            });
+            return;
+        }
         m_stagingDone = true;
         // The burn step was due long ago; it goes on now.
         if (!timerBurnDataFolder.isActive())
@@ -118,20 +152,25 @@ void DataBurnFlow::TimerBurnDataFolder()
         command = m_plan.drutilBurnCommand(m_context.tools.drutil, drive.s_Drive_Number);
     } else {
         m_plan = makePlan();
+        if (refuseIfFoldersGone())
+            return;
         command = m_plan.xorrisoBurnCommand(m_context.tools.xorriso, drive.s_Device_Path);
     }
 
-    startToolRun(command, ImageToolRun::Channels::Merged, [this] { dataBurnTerminated(); });
+    startToolRun(command, ToolRun::Channels::Merged, [this](const ToolVerdict &v) { dataBurnTerminated(v); });
     if (onMac())
         emit closeStagingSheet();
     emit showPerformingOperation();
 }
 
-void DataBurnFlow::dataBurnTerminated()
+void DataBurnFlow::dataBurnTerminated(const ToolVerdict &verdict)
 {
     emit closePerformingOperation();
-    FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] {
-        emit operationComplete();
+    FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, verdict] {
+        if (verdict.ok())
+            emit operationComplete();
+        else
+            tellFailure(ImageMessages::DiscNotWritten, verdict);
         finish();
     });
 }

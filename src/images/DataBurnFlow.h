@@ -7,7 +7,6 @@
 #include "drives/MediaQuestions.h"
 #include "images/DataBurnPlan.h"
 #include "images/ImageMessages.h"
-#include "images/ImageToolRun.h"
 #include "images/SheetFlow.h"
 
 class StagingCopy;
@@ -46,8 +45,9 @@ public:
 private:
     void checked(const MediumCheck &check);
     void startStaging();
+    bool refuseIfFoldersGone();
     void TimerBurnDataFolder();
-    void dataBurnTerminated();
+    void dataBurnTerminated(const ToolVerdict &verdict);
     bool onMac() const { return m_context.tools.backend == ToolPaths::Backend::MacOS; }
     DataBurnPlan makePlan() const;
 

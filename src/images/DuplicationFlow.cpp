@@ -27,15 +27,20 @@ void DuplicationFlow::DuplicateMedia()
         return;
     begin();
     QPointer<DuplicationFlow> self(this);
-    m_context.media->IsDriveEmpty([self](bool empty) {
+    m_context.media->check(MediumNeed::Disc, QString(), [self](const MediumCheck &check) {
         if (self)
-            self->driveAnswered(empty);
+            self->driveAnswered(check);
     });
 }
 
-void DuplicationFlow::driveAnswered(bool empty)
+void DuplicationFlow::driveAnswered(const MediumCheck &check)
 {
-    if (empty) {
+    if (check.result == MediumCheck::NoAnswer) {
+        m_context.alerts->show(ToolMessages::driveDidNotAnswer(check.status.verdict));
+        finish();
+        return;
+    }
+    if (check.result == MediumCheck::NoDisc) {
         m_context.alerts->show(ImageMessages::noDiscToCopy());
         finish();
         return;
@@ -48,14 +53,23 @@ void DuplicationFlow::driveAnswered(bool empty)
     m_volume = chosen.first();
     FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] {
         const ToolCommand command = Duplication::imagingCommand(*m_tool, m_context.dataFolder, m_volume);
-        startToolRun(command, ImageToolRun::Channels::Merged, [this] { CreateISOfromDriveTerminated(); });
+        startToolRun(command, ToolRun::Channels::Merged,
+                     [this](const ToolVerdict &v) { CreateISOfromDriveTerminated(v); });
         emit showPerformingOperation();
     });
 }
 
-void DuplicationFlow::CreateISOfromDriveTerminated()
+void DuplicationFlow::CreateISOfromDriveTerminated(const ToolVerdict &verdict)
 {
     emit closePerformingOperation();
+    if (!verdict.ok()) {
+        // No image, no copies: nothing is burned from an image that was never made.
+        FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, verdict] {
+            tellFailure(ImageMessages::CopyImageNotMade, verdict);
+            finish();
+        });
+        return;
+    }
     eject();
     const AlertAnswer answer = m_context.alerts->show(ImageMessages::copyCountQuestion());
     if (answer.button != 0) {
@@ -91,7 +105,12 @@ void DuplicationFlow::blankChecked(const MediumCheck &check)
         TimerDuplicateMediaCopy();
         return;
     }
-    if (check.result == MediumCheck::NotWritable) {
+    if (check.result == MediumCheck::NoAnswer) {
+        m_context.alerts->show(ToolMessages::driveDidNotAnswer(check.status.verdict));
+        TimerDuplicateMediaCopy();
+        return;
+    }
+    if (check.result != MediumCheck::Ok) {
         m_context.alerts->show(ImageMessages::notWritable());
         TimerDuplicateMediaCopy();
         return;
@@ -101,15 +120,24 @@ void DuplicationFlow::blankChecked(const MediumCheck &check)
     emit uniqueProgress(0.0);
     const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
     const ToolCommand command = m_tool->burnImageCommand(drive, Duplication::imagePath(m_context.dataFolder));
-    startToolRun(command, ImageToolRun::Channels::Separate, [this] { MediaDuplicationTerminated(); },
-                 m_tool->progressKind());
+    startToolRun(command, ToolRun::Channels::Separate,
+                 [this](const ToolVerdict &v) { MediaDuplicationTerminated(v); }, m_tool->progressKind());
 }
 
-void DuplicationFlow::MediaDuplicationTerminated()
+void DuplicationFlow::MediaDuplicationTerminated(const ToolVerdict &verdict)
 {
     eject();
-    ++i_Counter_Number_of_Copies;
     emit closeUniqueProgress();
+    if (!verdict.ok()) {
+        // A failed copy ends the duplication: the user is told which one.
+        const QString message = ImageMessages::copyNotWritten(i_Counter_Number_of_Copies + 1, i_Number_of_Copies);
+        FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, message, verdict] {
+            tellFailure(message, verdict);
+            finish();
+        });
+        return;
+    }
+    ++i_Counter_Number_of_Copies;
     if (Duplication::isComplete(i_Counter_Number_of_Copies, i_Number_of_Copies)) {
         FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] {
             emit operationComplete();

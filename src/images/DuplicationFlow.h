@@ -5,7 +5,6 @@
 
 #include "drives/MediaQuestions.h"
 #include "images/ImageTool.h"
-#include "images/ImageToolRun.h"
 #include "images/SheetFlow.h"
 
 // Copies a disc onto blank discs in the same drive: the chosen volume is made
@@ -29,11 +28,11 @@ public:
     QString volumePath() const { return m_volume; }
 
 private:
-    void driveAnswered(bool empty);
-    void CreateISOfromDriveTerminated();
+    void driveAnswered(const MediumCheck &check);
+    void CreateISOfromDriveTerminated(const ToolVerdict &verdict);
     void TimerDuplicateMediaCopy();
     void blankChecked(const MediumCheck &check);
-    void MediaDuplicationTerminated();
+    void MediaDuplicationTerminated(const ToolVerdict &verdict);
     void eject();
 
     std::unique_ptr<ImageTool> m_tool;

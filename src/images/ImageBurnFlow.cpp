@@ -37,6 +37,11 @@ void ImageBurnFlow::checked(const MediumCheck &check)
         finish();
         return;
     }
+    if (check.result == MediumCheck::NoAnswer) {
+        m_context.alerts->show(ToolMessages::driveDidNotAnswer(check.status.verdict));
+        finish();
+        return;
+    }
     if (check.result == MediumCheck::NotWritable) {
         m_context.alerts->show(ImageMessages::notWritable());
         finish();
@@ -48,13 +53,17 @@ void ImageBurnFlow::checked(const MediumCheck &check)
 
     const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
     const ToolCommand command = m_tool->burnImageCommand(drive, m_image);
-    startToolRun(command, ImageToolRun::Channels::Separate, [this] { taskTerminated(); }, m_tool->progressKind());
+    startToolRun(command, ToolRun::Channels::Separate, [this](const ToolVerdict &v) { taskTerminated(v); },
+                 m_tool->progressKind());
 }
 
-void ImageBurnFlow::taskTerminated()
+void ImageBurnFlow::taskTerminated(const ToolVerdict &verdict)
 {
     emit closeUniqueProgress();
     emit closePerformingOperation();
-    emit operationComplete();
+    if (verdict.ok())
+        emit operationComplete();
+    else
+        tellFailure(ImageMessages::DiscNotWritten, verdict);
     finish();
 }

@@ -4,7 +4,6 @@
 
 #include "drives/MediaQuestions.h"
 #include "images/ImageTool.h"
-#include "images/ImageToolRun.h"
 #include "images/SheetFlow.h"
 
 // The ISO tab's burn action: an image file ("iso", "img", "dmg"; passed on
@@ -22,7 +21,7 @@ public:
 
 private:
     void checked(const MediumCheck &check);
-    void taskTerminated();
+    void taskTerminated(const ToolVerdict &verdict);
 
     std::unique_ptr<ImageTool> m_tool;
     QString m_image;

@@ -91,4 +91,30 @@ AlertRequest insertBlankQuestion(int copiesDone, int numberOfCopies)
     return r;
 }
 
+QString copyNotWritten(int copyNumber, int numberOfCopies)
+{
+    return QStringLiteral("Copy %1 of %2 could not be written.").arg(copyNumber).arg(qMax(copyNumber, numberOfCopies));
+}
+
+AlertRequest stagingFailed(const QStringList &errors)
+{
+    AlertRequest r;
+    r.messageText = QStringLiteral("The folders could not be copied for the disc.");
+    QStringList shown = errors.mid(0, 5);
+    if (errors.size() > shown.size())
+        shown << QStringLiteral("… and %1 more.").arg(errors.size() - shown.size());
+    r.informativeText = QStringLiteral("Nothing was written to the disc.\n%1").arg(shown.join(QLatin1Char('\n')));
+    return r;
+}
+
+AlertRequest foldersGone(const QStringList &folders)
+{
+    AlertRequest r;
+    r.messageText = QStringLiteral("A folder on the list is no longer there.");
+    r.informativeText = QStringLiteral("Nothing was written to the disc. Put the folder back, or take it off the "
+                                       "list, and burn again.\n%1")
+                            .arg(folders.join(QLatin1Char('\n')));
+    return r;
+}
+
 } // namespace ImageMessages

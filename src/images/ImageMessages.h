@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <QStringList>
 
 #include "app/Alerts.h"
 
@@ -28,5 +29,18 @@ AlertRequest copyCountQuestion();
 // "Burn Copy <done + 1> of <count>" / "Cancel", warning style.
 AlertRequest insertBlankQuestion(int copiesDone, int numberOfCopies);
 QString burnCopyButton(int copiesDone, int numberOfCopies);
+
+// The last sheet when a tool failed.
+inline const QString DiscNotWritten = QStringLiteral("The disc could not be written.");
+inline const QString ImageNotMade = QStringLiteral("The image could not be made.");
+inline const QString CopyImageNotMade = QStringLiteral("The disc could not be copied: its image could not be made.");
+QString copyNotWritten(int copyNumber, int numberOfCopies);  // "Copy 2 of 3 could not be written."
+
+// Staging for a data disc met errors (a full disk, an unreadable file):
+// nothing was recorded.
+AlertRequest stagingFailed(const QStringList &errors);
+
+// Listed folders that are gone by the time of the burn: nothing is recorded.
+AlertRequest foldersGone(const QStringList &folders);
 
 } // namespace ImageMessages

@@ -1,6 +1,10 @@
 #include "images/IsoCreationFlow.h"
 
+#include <QFile>
+#include <QFileInfo>
+
 #include "app/FilePicker.h"
+#include "images/ImageMessages.h"
 #include "images/IsoCreation.h"
 
 IsoCreationFlow::IsoCreationFlow(const ImageFlowContext &context, QObject *parent)
@@ -43,6 +47,7 @@ void IsoCreationFlow::TimerCreateISOStep1Routine()
     m_destPath = chosen.first();
     m_destPathISO = IsoCreation::destPathISO(m_destPath);
     IsoCreation::removeOldImage(m_destPathISO);
+    m_oldImageStayed = QFileInfo::exists(m_destPathISO);
     m_step2.start();
 }
 
@@ -51,12 +56,13 @@ void IsoCreationFlow::TimerCreateISOStep2Routine()
     m_sheetShown = false;
     m_toolEnded = false;
     const ToolCommand command = m_tool->makeImageCommand(m_destPathISO, m_sourcePath);
-    startToolRun(command, ImageToolRun::Channels::Merged, [this] {
+    startToolRun(command, ToolRun::Channels::Merged, [this](const ToolVerdict &verdict) {
         m_toolEnded = true;
+        m_verdict = verdict;
         // The working sheet comes a step after the launch; a quicker tool
         // is answered once it is up, so it never stays behind.
         if (m_sheetShown)
-            taskTerminated();
+            taskTerminated(verdict);
     });
     m_step3.start();
 }
@@ -66,12 +72,20 @@ void IsoCreationFlow::TimerCreateISOStep3Routine()
     m_sheetShown = true;
     emit showPerformingOperation();
     if (m_toolEnded)
-        taskTerminated();
+        taskTerminated(m_verdict);
 }
 
-void IsoCreationFlow::taskTerminated()
+void IsoCreationFlow::taskTerminated(const ToolVerdict &verdict)
 {
     emit closePerformingOperation();
-    emit operationComplete();
+    if (verdict.ok()) {
+        emit operationComplete();
+    } else {
+        // A half-written image is no image: it goes (an earlier image that
+        // could not be replaced is not ours to remove).
+        if (!m_oldImageStayed)
+            QFile::remove(m_destPathISO);
+        tellFailure(ImageMessages::ImageNotMade, verdict);
+    }
     finish();
 }

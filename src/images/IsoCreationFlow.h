@@ -4,7 +4,6 @@
 #include <memory>
 
 #include "images/ImageTool.h"
-#include "images/ImageToolRun.h"
 #include "images/SheetFlow.h"
 
 // The ISO tab's create action: a source folder, then (a step later) a
@@ -28,7 +27,9 @@ private:
     void TimerCreateISOStep1Routine();
     void TimerCreateISOStep2Routine();
     void TimerCreateISOStep3Routine();
-    void taskTerminated();
+    void taskTerminated(const ToolVerdict &verdict);
+    ToolVerdict m_verdict;
+    bool m_oldImageStayed = false;
 
     std::unique_ptr<ImageTool> m_tool;
     QString m_sourcePath;

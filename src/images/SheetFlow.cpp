@@ -1,5 +1,7 @@
 #include "images/SheetFlow.h"
 
+#include "app/Alerts.h"
+
 SheetFlow::SheetFlow(const ImageFlowContext &context, QObject *parent) : QObject(parent), m_context(context) {}
 
 void SheetFlow::finish()
@@ -8,22 +10,34 @@ void SheetFlow::finish()
     emit ended();
 }
 
-void SheetFlow::startToolRun(const ToolCommand &command, ImageToolRun::Channels channels,
-                             std::function<void()> terminated, std::optional<ImageProgress::Kind> progress)
+void SheetFlow::startToolRun(const ToolCommand &command, ToolRun::Channels channels,
+                             std::function<void(const ToolVerdict &)> terminated,
+                             std::optional<ImageProgress::Kind> progress, ToolRun::Purpose purpose)
 {
-    auto *run = new ImageToolRun(this);
+    ToolRun::Options options;
+    options.channels = channels;
+    options.purpose = purpose;
     if (progress) {
         const ImageProgress::Kind kind = *progress;
-        connect(run, &ImageToolRun::errorChunk, this, [this, kind](const QByteArray &chunk) {
-            if (const auto value = ImageProgress::parse(kind, chunk))
-                emit uniqueProgress(*value);
-        });
+        options.progress = [kind](const QString &reports) { return ImageProgress::parse(kind, reports); };
     }
-    connect(run, &ImageToolRun::finished, this, [this, run, terminated](int exitCode, bool) {
-        emit toolFinished(exitCode);
+    auto *run = new ToolRun(command, options, this);
+    m_run = run;
+    connect(run, &ToolRun::progress, this, &SheetFlow::uniqueProgress);
+    connect(run, &ToolRun::finished, this, [this, run, terminated](const ToolVerdict &verdict) {
+        emit toolFinished(verdict.exitCode);
         run->deleteLater();
-        terminated();
+        terminated(verdict);
     });
     emit toolStarted(command.program, command.arguments);
-    run->start(command, channels);
+    run->start();
+}
+
+void SheetFlow::tellFailure(const QString &message, const ToolVerdict &verdict)
+{
+    if (verdict.outcome == ToolVerdict::Outcome::FailedToStart) {
+        m_context.alerts->show(ToolMessages::notStarted(verdict));
+        return;
+    }
+    emit operationFailed(OperationFailure::fromVerdict(message, verdict));
 }

@@ -1,13 +1,15 @@
 #pragma once
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 #include <functional>
 #include <optional>
 
 #include "images/ImageFlowContext.h"
 #include "images/ImageProgress.h"
-#include "images/ImageToolRun.h"
 #include "toolrun/ToolCommand.h"
+#include "toolrun/ToolMessages.h"
+#include "toolrun/ToolRun.h"
 
 // A multi-step operation that shows its state in sheets on the main window.
 // The window side connects these signals to its sheets; the operation itself
@@ -29,6 +31,7 @@ signals:
     void showStagingSheet();           // the data disc's copy sheet
     void closeStagingSheet();
     void operationComplete();          // the completion sheet
+    void operationFailed(const OperationFailure &failure);  // the last sheet of a failure
     void toolStarted(const QString &program, const QStringList &arguments);
     void toolFinished(int exitCode);
     void ended();                      // idle again, whatever the outcome
@@ -38,14 +41,25 @@ protected:
     void finish();
 
     // Starts the flow's tool run: toolStarted, the run, and when it ends
-    // toolFinished and then `terminated`. With a progress kind, each piece
-    // of the tool's error output that carries a percentage moves the single
-    // bar.
-    void startToolRun(const ToolCommand &command, ImageToolRun::Channels channels, std::function<void()> terminated,
-                      std::optional<ImageProgress::Kind> progress = std::nullopt);
+    // toolFinished and then `terminated` with the run's verdict. With a
+    // progress kind, each complete report of the tool's error output that
+    // carries a percentage moves the single bar.
+    void startToolRun(const ToolCommand &command, ToolRun::Channels channels,
+                      std::function<void(const ToolVerdict &)> terminated,
+                      std::optional<ImageProgress::Kind> progress = std::nullopt,
+                      ToolRun::Purpose purpose = ToolRun::Purpose::Write);
+
+    // The end of a tool run that did not succeed, told to the user: a tool
+    // that could not be started gets its alert; any other failure the last
+    // sheet with `message` and the tool's own words.
+    void tellFailure(const QString &message, const ToolVerdict &verdict);
+
+    // Whether a tool of this flow is running now.
+    bool toolRunning() const { return m_run && m_run->isRunning(); }
 
     ImageFlowContext m_context;
 
 private:
     bool m_busy = false;
+    QPointer<ToolRun> m_run;
 };

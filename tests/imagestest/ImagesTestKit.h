@@ -18,6 +18,7 @@
 
 #include "drives/DriveBackend.h"
 #include "images/SheetFlow.h"
+#include "toolrun/ToolRun.h"
 
 namespace ImagesTestKit {
 
@@ -90,18 +91,27 @@ public:
     ToolCommand discInfoCommand(const Object_Optical_Drive &) const override { return {}; }
 };
 
-// Catches every log line (any thread) while it lives.
+// Catches every log line (any thread) while it lives, and the end of every
+// tool run: its output as lines, then "<program> ended with exit code N"
+// (a warning unless N is 0), or a warning "could not start <program>".
 class LogCatcher {
 public:
     LogCatcher()
     {
         s_self = this;
         m_previous = qInstallMessageHandler(&LogCatcher::handler);
+        ToolRun::setObserver([this](const ToolVerdict &v) { told(v); });
     }
     ~LogCatcher()
     {
+        ToolRun::setObserver({});
         qInstallMessageHandler(m_previous);
         s_self = nullptr;
+    }
+    QList<ToolVerdict> verdicts() const
+    {
+        QMutexLocker lock(&m_mutex);
+        return m_verdicts;
     }
     QStringList lines() const
     {
@@ -129,6 +139,24 @@ public:
     }
 
 private:
+    void told(const ToolVerdict &v)
+    {
+        QMutexLocker lock(&m_mutex);
+        m_verdicts << v;
+        for (const QString &l : v.output.split(QRegularExpression(QStringLiteral("[\r\n]+")), Qt::SkipEmptyParts))
+            m_lines << l;
+        if (v.outcome == ToolVerdict::Outcome::FailedToStart) {
+            m_warnings << QStringLiteral("could not start %1").arg(v.command.program);
+        } else if (v.outcome == ToolVerdict::Outcome::Crashed) {
+            m_warnings << QStringLiteral("%1 ended abnormally").arg(v.command.program);
+        } else {
+            const QString end = QStringLiteral("%1 ended with exit code %2").arg(v.command.program).arg(v.exitCode);
+            m_lines << end;
+            if (v.exitCode != 0)
+                m_warnings << end;
+        }
+    }
+
     static void handler(QtMsgType type, const QMessageLogContext &, const QString &msg)
     {
         if (LogCatcher *self = s_self) {
@@ -143,6 +171,7 @@ private:
     mutable QMutex m_mutex;
     QStringList m_lines;
     QStringList m_warnings;
+    QList<ToolVerdict> m_verdicts;
     QtMessageHandler m_previous = nullptr;
 };
 
@@ -164,6 +193,10 @@ public:
         connect(flow, &SheetFlow::showStagingSheet, this, [add] { add(QStringLiteral("showStagingSheet")); });
         connect(flow, &SheetFlow::closeStagingSheet, this, [add] { add(QStringLiteral("closeStagingSheet")); });
         connect(flow, &SheetFlow::operationComplete, this, [add] { add(QStringLiteral("operationComplete")); });
+        connect(flow, &SheetFlow::operationFailed, this, [this, add](const OperationFailure &f) {
+            failures << f;
+            add(QStringLiteral("operationFailed"));
+        });
         connect(flow, &SheetFlow::ended, this, [this, add] {
             add(QStringLiteral("ended"));
             ++endedCount;
@@ -178,6 +211,8 @@ public:
         });
         connect(flow, &SheetFlow::toolFinished, this, [add](int) { add(QStringLiteral("toolFinished")); });
     }
+
+    QList<OperationFailure> failures;
 
     // The events without the progress values, for order checks.
     QStringList sheets() const

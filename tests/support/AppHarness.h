@@ -55,6 +55,7 @@ struct AppHarness {
         c.exitProcess = [this](int code) { exits << code; };
         c.openUrl = [this](const QUrl &u) { opened << u; };
         c.systemIsDark = [this] { return dark; };
+        c.logsDir = root.filePath(QStringLiteral("logs"));
         return c;
     }
 

@@ -22,4 +22,5 @@ struct AppContext {
     std::function<void(int)> exitProcess;          // null: end the process at once
     std::function<void(const QUrl &)> openUrl;     // null: the default browser
     std::function<bool()> systemIsDark;            // null: the platform's palette
+    QString logsDir;                               // empty: "logs" in the platform's application-data folder
 };

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QMenu>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QTabWidget>
 #include <QTimer>
 #include <cstdlib>
@@ -40,7 +41,9 @@
 #include "images/ui/Window_Data_Copy_Folders.h"
 #include "preview/PreviewSelection.h"
 #include "preview/ui/AVSPDocument.h"
-#include "toolrun/ToolRunner.h"
+#include "toolrun/RunLog.h"
+#include "toolrun/ToolMessages.h"
+#include "toolrun/ToolRun.h"
 #include "toolrun/ui/StatusWindows.h"
 
 namespace {
@@ -72,9 +75,14 @@ AppDelegate::AppDelegate(const AppContext &context, QObject *parent)
     m_backend = m_context.driveBackend ? m_context.driveBackend : createDriveBackend(m_context.tools, this);
     m_media = new MediaQuestions(*m_backend, *m_context.alerts, [this] { return m_b_Debug_Mode; },
                                  [this] { return currentDrive(); }, this);
-    m_runner = new ToolRunner(this);
+    QString logs = m_context.logsDir;
+    if (logs.isEmpty())
+        logs = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/logs");
+    m_log = std::make_unique<RunLog>(logs);
+    RunLog *log = m_log.get();
+    ToolRun::setObserver([log](const ToolVerdict &verdict) { log->record(verdict); });
     m_recorder = Recorder::create(m_context.tools);
-    m_mediaBurn = new MediaBurn(*m_runner, *m_recorder, *this, *m_context.alerts, mediumProbe(), this);
+    m_mediaBurn = new MediaBurn(*m_recorder, *this, *m_context.alerts, m_media->checker(), this);
 
     arrayMediaFiles = new MediaListModel(this);
     arrayDataFolders = new DataFolderModel(this);
@@ -101,7 +109,10 @@ AppDelegate::AppDelegate(const AppContext &context, QObject *parent)
     connectWindow();
 }
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate()
+{
+    ToolRun::setObserver({});
+}
 
 // ---------------------------------------------------------------- start-up
 
@@ -153,6 +164,32 @@ bool AppDelegate::applicationDidFinishLaunching()
     return true;
 }
 
+void AppDelegate::quitStoppingTools()
+{
+    auto exitNow = [this] {
+        if (m_context.exitProcess)
+            m_context.exitProcess(0);
+        else
+            ::_exit(0);
+    };
+    const QList<ToolRun *> runs = ToolRun::running();
+    if (runs.isEmpty()) {
+        exitNow();
+        return;
+    }
+    // Each tool gets its terminate, then its kill; the process ends when the
+    // last one has gone (or when even a kill was not enough).
+    auto *left = new int(runs.size());
+    for (ToolRun *run : runs) {
+        connect(run, &ToolRun::finished, this, [left, exitNow] {
+            if (--*left == 0)
+                exitNow();
+        });
+        run->stop();
+    }
+    QTimer::singleShot(ToolRun::StopGraceMs + 2000, this, exitNow);
+}
+
 void AppDelegate::fatal(const QString &text)
 {
     AlertRequest r;
@@ -165,8 +202,28 @@ void AppDelegate::fatal(const QString &text)
 
 void AppDelegate::Terminate_App()
 {
-    // At once: nothing is saved (settings are written when they change) and
-    // running tools are left to themselves.
+    // Nothing is saved (settings are written when they change). A tool that
+    // writes a disc or an image is not cut off without asking: the user may
+    // go on, or quit, and then the tool is stopped cleanly first. Any other
+    // tool is killed and the process ends at once.
+    if (m_quitting)
+        return;
+    if (ToolRun::anyWriting()) {
+        AlertRequest r;
+        r.messageText = QStringLiteral("A disc is being written. Quit anyway? The disc may become unusable.");
+        r.informativeText = QString();
+        r.buttons = {QStringLiteral("Quit"), QStringLiteral("Continue")};
+        r.warningStyle = true;
+        if (m_context.alerts->show(r).button != 0)
+            return;
+        m_quitting = true;
+        m_log->note(QStringLiteral("Quit while writing: the tool is stopped."));
+        quitStoppingTools();
+        return;
+    }
+    m_quitting = true;
+    for (ToolRun *run : ToolRun::running())
+        run->stop();
     if (m_context.exitProcess) {
         m_context.exitProcess(0);
         return;
@@ -236,6 +293,7 @@ void AppDelegate::connectWindow()
     on(w->menuitemHelpSubmitTicket, &QAction::triggered, &AppDelegate::OnMenuHelpSubmitTicket);
     on(w->menuitemHelpPrivacyPolicy, &QAction::triggered, &AppDelegate::OnMenuHelpPrivacyPolicy);
     on(w->menuitemQuit, &QAction::triggered, &AppDelegate::OnMenuQuit);
+    on(w->menuitemHelpShowLogs, &QAction::triggered, &AppDelegate::OnMenuHelpShowLogs);
     on(w->menuitemDebugMode, &QAction::triggered, &AppDelegate::OnMenuDebugMode);
     for (int i = 0; i < 6; ++i)
         connect(w->submenuItemDriveSlot[i], &QAction::triggered, this, [this, i] { OnMenuDriveSlot(i + 1); });
@@ -274,6 +332,7 @@ void AppDelegate::connectFlow(SheetFlow *flow)
     connect(flow, &SheetFlow::showStagingSheet, this, &AppDelegate::Show_Window_Data_Copy_Folders);
     connect(flow, &SheetFlow::closeStagingSheet, this, &AppDelegate::Close_Window_Data_Copy_Folders);
     connect(flow, &SheetFlow::operationComplete, this, &AppDelegate::Show_Window_Operation_Complete);
+    connect(flow, &SheetFlow::operationFailed, this, &AppDelegate::Show_Window_Operation_Failed);
 }
 
 // The single-bar sheet: from 0 of `maximum`, fed by setUniqueProgress.
@@ -367,8 +426,10 @@ void AppDelegate::OnBtnBurn()
         &AppDelegate::Burn_Video_DVD,  &AppDelegate::Burn_Video_Bluray, &AppDelegate::Burn_Data_CD,
         &AppDelegate::Burn_Data_DVD,   &AppDelegate::Burn_Data_Bluray};
     const int i = titles.indexOf(m_window->btnBurn->text());
-    if (i >= 0)
-        (this->*operations[i])();
+    if (i < 0)
+        return;
+    m_log->beginOperation(titles.at(i));
+    (this->*operations[i])();
 }
 
 void AppDelegate::openPage(const QUrl &page)
@@ -384,6 +445,12 @@ void AppDelegate::OnMenuHelpCompanyHomePage() { openPage(HelpPages::CompanyHomeP
 void AppDelegate::OnMenuHelpSubmitTicket() { openPage(HelpPages::SubmitTicket); }
 void AppDelegate::OnMenuHelpPrivacyPolicy() { openPage(HelpPages::PrivacyPolicy); }
 
+void AppDelegate::OnMenuHelpShowLogs()
+{
+    QDir().mkpath(m_log->folder());
+    openPage(QUrl::fromLocalFile(m_log->folder()));
+}
+
 void AppDelegate::OnMenuDebugMode()
 {
     m_b_Debug_Mode = !m_b_Debug_Mode;
@@ -391,16 +458,6 @@ void AppDelegate::OnMenuDebugMode()
 }
 
 // ---------------------------------------------------------------- burns
-
-MediumProbe AppDelegate::mediumProbe()
-{
-    MediumProbe p;
-    p.IsDriveEmpty = [this](std::function<void(bool)> done) { m_media->IsDriveEmpty(std::move(done)); };
-    p.IsMediaOneTimeWritable = [this](std::function<void(bool)> done) { m_media->IsMediaOneTimeWritable(std::move(done)); };
-    p.IsMediaReWritable = [this](std::function<void(bool)> done) { m_media->IsMediaReWritable(std::move(done)); };
-    p.TypeOfMediaInTheDrive = [this](std::function<void(QString)> done) { m_media->TypeOfMediaInTheDrive(std::move(done)); };
-    return p;
-}
 
 void AppDelegate::burnMedia(int operation)
 {
@@ -480,11 +537,15 @@ void AppDelegate::Show_Window_Operation_Complete()
 
 void AppDelegate::Close_Window_Operation_Complete() { dropSheet(windowOperationCompleted); }
 
-void AppDelegate::taskTerminated()
+void AppDelegate::Show_Window_Operation_Failed(const OperationFailure &failure)
 {
     dropSheet(windowUniqueProgress);
     dropSheet(windowPerformingOperation);
-    Show_Window_Operation_Complete();
+    windowOperationCompleted = new Window_Operation_Terminated(m_window.get());
+    windowOperationCompleted->showFailure(failure);
+    connect(windowOperationCompleted, &Window_Operation_Terminated::OnOK, this,
+            &AppDelegate::Close_Window_Operation_Complete);
+    windowOperationCompleted->begin();
 }
 
 // ------------------------------------------------------------------ drives
@@ -549,44 +610,70 @@ void AppDelegate::OnToolsFormatRWMedia()
 
 void AppDelegate::erase(bool full)
 {
+    if (m_eraseRun)
+        return;
+    m_log->beginOperation(full ? QStringLiteral("Erase Completely") : QStringLiteral("Erase Quickly"));
     QPointer<AppDelegate> self(this);
-    m_media->IsDriveEmpty([self, full](bool empty) {
+    m_media->check(MediumNeed::Rewritable, QString(), [self, full](const MediumCheck &check) {
         if (!self)
             return;
-        if (empty) {
+        switch (check.result) {
+        case MediumCheck::NoDisc:
             self->m_context.alerts->close(QStringLiteral("No disc"), EraseNoDiscText);
             return;
+        case MediumCheck::NoAnswer:
+            self->m_context.alerts->show(ToolMessages::driveDidNotAnswer(check.status.verdict));
+            return;
+        case MediumCheck::Ok:
+            break;
+        default:
+            self->m_context.alerts->close(NotRewritableTitle, NotRewritableText);
+            return;
         }
-        self->m_media->IsMediaReWritable([self, full](bool rewritable) {
+        ToolRun::Options options;
+        options.channels = ToolRun::Channels::Merged;
+        options.purpose = ToolRun::Purpose::Write;
+        auto *run = new ToolRun(self->m_backend->eraseCommand(self->currentDrive(), full), options, self);
+        self->m_eraseRun = run;
+        connect(run, &ToolRun::finished, self, [self, run](const ToolVerdict &verdict) {
+            run->deleteLater();
             if (!self)
                 return;
-            if (!rewritable) {
-                self->m_context.alerts->close(NotRewritableTitle, NotRewritableText);
-                return;
-            }
-            const ToolCommand command = self->m_backend->eraseCommand(self->currentDrive(), full);
-            self->m_runner->runNotified(command, [self] {
-                if (self)
-                    self->taskTerminated();
-            });
-            self->Show_Window_Performing_Operation();
+            dropSheet(self->windowPerformingOperation);
+            if (verdict.ok())
+                self->Show_Window_Operation_Complete();
+            else if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
+                self->m_context.alerts->show(ToolMessages::notStarted(verdict));
+            else
+                self->Show_Window_Operation_Failed(
+                    OperationFailure::fromVerdict(QStringLiteral("The disc could not be erased."), verdict));
         });
+        run->start();
+        self->Show_Window_Performing_Operation();
     });
 }
 
 void AppDelegate::OnToolsDiscInfo()
 {
     QPointer<AppDelegate> self(this);
-    m_media->IsDriveEmpty([self](bool empty) {
+    m_media->check(MediumNeed::Disc, QString(), [self](const MediumCheck &check) {
         if (!self)
             return;
-        if (empty) {
+        if (check.result == MediumCheck::NoAnswer) {
+            self->m_context.alerts->show(ToolMessages::driveDidNotAnswer(check.status.verdict));
+            return;
+        }
+        if (check.result == MediumCheck::NoDisc) {
             self->m_context.alerts->close(QStringLiteral("No disc"), InfoNoDiscText);
             return;
         }
         self->m_backend->queryStatus(self->currentDrive(), [self](const MediaStatus &status) {
             if (!self)
                 return;
+            if (!status.answered) {
+                self->m_context.alerts->show(ToolMessages::driveDidNotAnswer(status.verdict));
+                return;
+            }
             AlertRequest r;
             r.messageText = DiscInfoTitle;
             r.informativeText = status.text;
@@ -758,9 +845,21 @@ void AppDelegate::Close_Window_Video_Settings()
 
 // ------------------------------------------------------- images and copies
 
-void AppDelegate::OnActionISOCreate() { m_isoCreation->OnActionISOCreate(); }
-void AppDelegate::OnActionISOBurn() { m_imageBurn->OnActionISOBurn(); }
-void AppDelegate::DuplicateMedia() { m_duplication->DuplicateMedia(); }
+void AppDelegate::OnActionISOCreate()
+{
+    m_log->beginOperation(QStringLiteral("Create ISO"));
+    m_isoCreation->OnActionISOCreate();
+}
+void AppDelegate::OnActionISOBurn()
+{
+    m_log->beginOperation(QStringLiteral("Burn Image"));
+    m_imageBurn->OnActionISOBurn();
+}
+void AppDelegate::DuplicateMedia()
+{
+    m_log->beginOperation(QStringLiteral("Copy Disc"));
+    m_duplication->DuplicateMedia();
+}
 
 void AppDelegate::Show_Window_Data_Copy_Folders()
 {

@@ -27,8 +27,10 @@ class MediaListModel;
 class MediaQuestions;
 class QTimer;
 class Recorder;
+class ToolRun;
 class SheetFlow;
-class ToolRunner;
+class RunLog;
+struct OperationFailure;
 class Window_Colors;
 class Window_Data_Copy_Folders;
 class Window_New_Disc;
@@ -37,7 +39,6 @@ class Window_Performing_Operation;
 class Window_Progress;
 class Window_Unique_Progress;
 class Window_Video_Settings;
-struct MediumProbe;
 
 // The application controller: the one long-lived object. It owns the lists,
 // the drives, the settings in memory, every sheet and every one-shot timer,
@@ -78,6 +79,7 @@ public:
     void OnMenuHelpSubmitTicket();
     void OnMenuHelpPrivacyPolicy();
     void OnMenuQuit() { Terminate_App(); }
+    void OnMenuHelpShowLogs();
     void OnMenuDebugMode();
 
     // The eight burns (virtual so a test can see which one the Burn button reaches).
@@ -94,7 +96,7 @@ public:
     void Show_Window_Performing_Operation();
     void Show_Window_Operation_Complete();
     void Close_Window_Operation_Complete();
-    void taskTerminated();
+    void Show_Window_Operation_Failed(const OperationFailure &failure);
 
     // Drives and disc tools
     void Load_List_Of_Optical_Drives();
@@ -161,6 +163,7 @@ public:
     void showPerformingOperation() override { Show_Window_Performing_Operation(); }
     void endPerformingOperation() override;
     void showOperationComplete() override { Show_Window_Operation_Complete(); }
+    void showOperationFailed(const OperationFailure &failure) override { Show_Window_Operation_Failed(failure); }
 
     // State, as the rest of the program knows it
     bool m_b_Debug_Mode = false;
@@ -198,7 +201,7 @@ public:
 
     // The subsystems, for tests that watch them.
     MediaQuestions *media() const { return m_media; }
-    ToolRunner *runner() const { return m_runner; }
+    RunLog *runLog() const { return m_log.get(); }
     CompilationActions *compilationActions() const { return m_adding; }
     MediaBurn *mediaBurn() const { return m_mediaBurn; }
     DataBurnFlow *dataBurn() const { return m_dataBurn; }
@@ -228,7 +231,7 @@ private:
     void scheduleOnce(QPointer<QTimer> &slot, void (AppDelegate::*routine)());
     void fatal(const QString &text);
     void burnMedia(int operation);
-    MediumProbe mediumProbe();
+    void quitStoppingTools();
     bool systemIsDark() const;
 
     AppContext m_context;
@@ -236,7 +239,9 @@ private:
     std::unique_ptr<MainWindow> m_window;
     DriveBackend *m_backend = nullptr;
     MediaQuestions *m_media = nullptr;
-    ToolRunner *m_runner = nullptr;
+    std::unique_ptr<RunLog> m_log;
+    QPointer<ToolRun> m_eraseRun;
+    bool m_quitting = false;
     std::unique_ptr<Recorder> m_recorder;
     MediaBurn *m_mediaBurn = nullptr;
     CompilationActions *m_adding = nullptr;

@@ -229,7 +229,11 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent)
     menuitemDebugMode = menuItem(appMenu, QStringLiteral("Debug Mode"), QStringLiteral("menuitemDebugMode"), true);
     appMenu->addSeparator();
     menuitemQuit = menuItem(appMenu, QStringLiteral("Quit Tamblo"), QStringLiteral("menuitemQuit"));
-    menuitemQuit->setShortcut(QKeySequence::Quit);
+    // Ctrl+Q (Cmd+Q on macOS) everywhere: the platform's standard key is
+    // missing under some desktops' key schemes.
+    menuitemQuit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    // Quit is heard from every window of the application, a status sheet too.
+    menuitemQuit->setShortcutContext(Qt::ApplicationShortcut);
     menuitemQuit->setMenuRole(QAction::QuitRole);
 
     QMenu *discMenu = menuBar()->addMenu(QStringLiteral("Disc"));
@@ -256,6 +260,8 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent)
     menuitemHelpCompanyHomePage = menuItem(helpMenu, QStringLiteral("Zendrova Home Page"), QStringLiteral("menuitemHelpCompanyHomePage"));
     menuitemHelpSubmitTicket = menuItem(helpMenu, QStringLiteral("Submit a Support Ticket"), QStringLiteral("menuitemHelpSubmitTicket"));
     menuitemHelpPrivacyPolicy = menuItem(helpMenu, QStringLiteral("Privacy Policy"), QStringLiteral("menuitemHelpPrivacyPolicy"));
+    helpMenu->addSeparator();
+    menuitemHelpShowLogs = menuItem(helpMenu, QStringLiteral("Show Logs"), QStringLiteral("menuitemHelpShowLogs"));
 
     setBordered(btnAudioCD, true);
     setBordered(btnMP3CD, false);
@@ -299,6 +305,8 @@ QList<QAction *> MainWindow::tabMenuItems() const
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    event->accept();
+    // The controller decides: it ends the process, or (a disc being written,
+    // and the user chose to go on) keeps the window.
+    event->ignore();
     emit windowWillClose();
 }

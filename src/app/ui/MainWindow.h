@@ -111,6 +111,7 @@ public:
     QAction *menuitemHelpCompanyHomePage;
     QAction *menuitemHelpSubmitTicket;
     QAction *menuitemHelpPrivacyPolicy;
+    QAction *menuitemHelpShowLogs;
 
     QList<QAction *> tabMenuItems() const;
 

@@ -1,5 +1,8 @@
 #include "toolrun/ui/StatusWindows.h"
 
+#include <QHBoxLayout>
+#include <QPlainTextEdit>
+
 #include <QVBoxLayout>
 
 static QLabel *caption(const QString &text, QWidget *parent)
@@ -63,4 +66,44 @@ Window_Operation_Terminated::Window_Operation_Terminated(QWidget *mainWindow) : 
     lay->addWidget(btnOK, 0, Qt::AlignRight);
     connect(btnOK, &QPushButton::clicked, this, &Window_Operation_Terminated::OnOK);
     setMinimumWidth(300);
+}
+
+void Window_Operation_Terminated::showFailure(const OperationFailure &failure)
+{
+    setWindowTitle(failure.cancelled ? QStringLiteral("Tamblo — Cancelled") : QStringLiteral("Tamblo — Failed"));
+    labelMessage->setText(failure.message);
+    labelMessage->setAccessibleName(failure.message);
+    auto *lay = static_cast<QVBoxLayout *>(layout());
+
+    labelInformative = new QLabel(failure.informative, this);
+    labelInformative->setObjectName(QStringLiteral("labelInformative"));
+    labelInformative->setWordWrap(true);
+    labelInformative->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    labelInformative->setAccessibleName(QStringLiteral("What the tool said"));
+    labelInformative->setAccessibleDescription(failure.informative);
+    lay->insertWidget(1, labelInformative);
+
+    textDetails = new QPlainTextEdit(failure.details, this);
+    textDetails->setObjectName(QStringLiteral("textDetails"));
+    textDetails->setReadOnly(true);
+    textDetails->setAccessibleName(QStringLiteral("The whole output of the tool"));
+    textDetails->setMinimumSize(520, 220);
+    textDetails->hide();
+    lay->insertWidget(2, textDetails);
+
+    btnDetails = new QPushButton(QStringLiteral("Details"), this);
+    btnDetails->setObjectName(QStringLiteral("btnDetails"));
+    btnDetails->setAccessibleName(QStringLiteral("Details"));
+    btnDetails->setCheckable(true);
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(btnDetails);
+    buttons->addStretch(1);
+    lay->removeWidget(btnOK);
+    buttons->addWidget(btnOK);
+    lay->addLayout(buttons);
+    connect(btnDetails, &QPushButton::toggled, this, [this](bool on) {
+        textDetails->setVisible(on);
+        adjustSize();
+    });
+    setMinimumWidth(420);
 }

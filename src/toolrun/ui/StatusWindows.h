@@ -2,6 +2,9 @@
 #include <QLabel>
 #include <QPushButton>
 
+class QPlainTextEdit;
+
+#include "toolrun/ToolMessages.h"
 #include "toolrun/ui/DoubleProgressBar.h"
 #include "toolrun/ui/StatusSheet.h"
 
@@ -35,13 +38,18 @@ public:
     QProgressBar *pgAnimation;
 };
 
-// The operation is over; OK closes it.
+// The operation is over; OK closes it. After a failure it says what failed,
+// quotes the tool, and shows the tool's whole output behind Details.
 class Window_Operation_Terminated : public StatusSheet {
     Q_OBJECT
 public:
     explicit Window_Operation_Terminated(QWidget *mainWindow);
+    void showFailure(const OperationFailure &failure);
     QLabel *labelMessage;
     QPushButton *btnOK;
+    QLabel *labelInformative = nullptr;    // failures only
+    QPushButton *btnDetails = nullptr;     // failures only
+    QPlainTextEdit *textDetails = nullptr; // failures only, hidden until Details
 signals:
     void OnOK();
 };
