@@ -476,6 +476,66 @@ private slots:
         QCOMPARE(h.alerts.shown.first().messageText, QString("No disc"));
     }
 
+    // A user outside the cdrom group, with /dev/sr0 present: xorriso lists no
+    // drive and says it may not open /dev/sr0.
+    void linuxDriveWithoutPermissionNamesTheFix()
+    {
+        AppHarness<> h;
+        AppContext c = h.context();
+        c.driveBackend = nullptr;
+        c.tools.xorriso = QStringLiteral(TAMBLO_FAKES_DIR "/xorriso-permission-denied");
+        c.tools.eject = "/bin/true";
+        c.opticalDeviceNodes = [] { return QStringList{"/dev/sr0"}; };
+        h.app = std::make_unique<AppDelegate>(c);
+        QSignalSpy listed(h.app.get(), &AppDelegate::drivesListed);
+        QVERIFY(h.app->applicationDidFinishLaunching());
+        QVERIFY(listed.wait(10000));
+        QVERIFY(h.app->array_Optical_Media_Drives.isEmpty());
+        QAction *item = h.app->mainWindow()->submenuItemDriveSlot[0];
+        QVERIFY(item->isVisible());
+        QVERIFY(!item->isChecked());
+        QCOMPARE(item->text(),
+                 QString("No permission to use /dev/sr0. Add your user to the cdrom group, then log in again."));
+        item->trigger();  // nothing to choose
+        QVERIFY(!item->isChecked());
+        QCOMPARE(h.app->s_Current_Drive_Number, QString("1"));
+
+        h.app->OnToolsDiscInfo();
+        QTRY_COMPARE_WITH_TIMEOUT(h.alerts.shown.size(), 1, 10000);
+        QCOMPARE(h.alerts.texts().first(),
+                 QString("No permission to use the drive / Tamblo may not open /dev/sr0, so it cannot see the disc. "
+                         "Add your user to the cdrom group, then log in again."));
+    }
+
+    // The drive was listed, but its status query may not open it.
+    void listedDriveWithoutPermissionNamesTheFix()
+    {
+        AppHarness<> h;
+        AppContext c = h.context();
+        const QString script = h.root.filePath("xorriso-listed-then-denied");
+        QFile f(script);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write("#!/bin/sh\n"
+                "[ \"$1\" = -devices ] && exec cat '" TAMBLO_FIXTURES_DIR "/xorriso-devices-one-drive-1.4.2.txt'\n"
+                "exec '" TAMBLO_FAKES_DIR "/xorriso-permission-denied' \"$@\"\n");
+        f.close();
+        f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
+        c.driveBackend = nullptr;
+        c.tools.xorriso = script;
+        c.tools.eject = "/bin/true";
+        c.opticalDeviceNodes = [] { return QStringList{"/dev/sr0"}; };
+        h.app = std::make_unique<AppDelegate>(c);
+        QSignalSpy listed(h.app.get(), &AppDelegate::drivesListed);
+        QVERIFY(h.app->applicationDidFinishLaunching());
+        QVERIFY(listed.wait(10000));
+        QCOMPARE(h.app->mainWindow()->submenuItemDriveSlot[0]->text(), QString("TSSTcorp - DVD+-RW TS-L633J"));
+        QVERIFY(!h.app->mainWindow()->submenuItemDriveSlot[1]->isVisible());
+        h.app->OnToolsDiscInfo();
+        QTRY_COMPARE_WITH_TIMEOUT(h.alerts.shown.size(), 1, 10000);
+        QCOMPARE(h.alerts.shown.first().messageText, QString("No permission to use the drive"));
+        QVERIFY(h.alerts.shown.first().informativeText.endsWith("Add your user to the cdrom group, then log in again."));
+    }
+
     // --- lists, kinds, gauge
 
     void newDiscOkEmptiesEveryListAndSwitches()

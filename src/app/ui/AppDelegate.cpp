@@ -69,7 +69,8 @@ void dropSheet(QPointer<W> &sheet)
 AppDelegate::AppDelegate(const AppContext &context, QObject *parent)
     : QObject(parent), m_context(context), m_settings(*context.settings), m_window(std::make_unique<MainWindow>())
 {
-    m_backend = m_context.driveBackend ? m_context.driveBackend : createDriveBackend(m_context.tools, this);
+    m_backend = m_context.driveBackend ? m_context.driveBackend
+                                       : createDriveBackend(m_context.tools, this, m_context.opticalDeviceNodes);
     m_media = new MediaQuestions(*m_backend, *m_context.alerts, [this] { return m_b_Debug_Mode; },
                                  [this] { return currentDrive(); }, this);
     m_runner = new ToolRunner(this);
@@ -507,7 +508,8 @@ void AppDelegate::Load_List_Of_Optical_Drives()
             return;
         self->array_Optical_Media_Drives = drives;
         self->m_driveMenu = DriveSelection::afterListing(
-            drives, self->m_settings.string(SettingsKeys::LastSelectedDrive), self->s_Current_Drive_Number);
+            drives, self->m_settings.string(SettingsKeys::LastSelectedDrive), self->s_Current_Drive_Number,
+            self->m_backend->access());
         self->applyDriveMenu();
         emit self->drivesListed();
     });
@@ -581,7 +583,12 @@ void AppDelegate::OnToolsDiscInfo()
         if (!self)
             return;
         if (empty) {
-            self->m_context.alerts->close(QStringLiteral("No disc"), InfoNoDiscText);
+            // A drive the user may not open reads as empty: say why instead.
+            const DriveAccess access = self->m_backend->access().forDrive(self->currentDrive());
+            if (access.denied())
+                self->m_context.alerts->close(access.alertMessage(), access.alertInformative());
+            else
+                self->m_context.alerts->close(QStringLiteral("No disc"), InfoNoDiscText);
             return;
         }
         self->m_backend->queryStatus(self->currentDrive(), [self](const MediaStatus &status) {
