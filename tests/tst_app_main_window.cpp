@@ -34,6 +34,21 @@ public:
     void Burn_Data_Bluray() override { called << "Burn_Data_Bluray"; }
 };
 
+// Starts the controller on the Linux drive backend it makes itself, running
+// `xorriso` with the given /dev/sr* node check, and waits for the listing.
+static bool startOnXorriso(AppHarness<> &h, const QString &xorriso, DriveAccess::DeviceNodes nodes,
+                           int waitMs = 10000)
+{
+    AppContext c = h.context();
+    c.driveBackend = nullptr;
+    c.tools.xorriso = xorriso;
+    c.tools.eject = QStringLiteral("/bin/true");
+    c.opticalDeviceNodes = std::move(nodes);
+    h.app = std::make_unique<AppDelegate>(c);
+    QSignalSpy listed(h.app.get(), &AppDelegate::drivesListed);
+    return h.app->applicationDidFinishLaunching() && listed.wait(waitMs);
+}
+
 class TestAppMainWindow : public QObject {
     Q_OBJECT
 
@@ -461,14 +476,7 @@ private slots:
         if (xorriso.isEmpty())
             QFAIL("xorriso is not installed");
         AppHarness<> h;
-        AppContext c = h.context();
-        c.driveBackend = nullptr;
-        c.tools.xorriso = xorriso;
-        c.tools.eject = "/bin/true";
-        h.app = std::make_unique<AppDelegate>(c);
-        QSignalSpy listed(h.app.get(), &AppDelegate::drivesListed);
-        QVERIFY(h.app->applicationDidFinishLaunching());
-        QVERIFY(listed.wait(30000));
+        QVERIFY(startOnXorriso(h, xorriso, nullptr, 30000));
         QVERIFY(h.app->array_Optical_Media_Drives.isEmpty());
         QVERIFY(h.app->mainWindow()->submenuItemDriveSlot[0]->isVisible());
         h.app->OnToolsDiscInfo();
@@ -481,15 +489,7 @@ private slots:
     void linuxDriveWithoutPermissionNamesTheFix()
     {
         AppHarness<> h;
-        AppContext c = h.context();
-        c.driveBackend = nullptr;
-        c.tools.xorriso = QStringLiteral(TAMBLO_FAKES_DIR "/xorriso-permission-denied");
-        c.tools.eject = "/bin/true";
-        c.opticalDeviceNodes = [] { return QStringList{"/dev/sr0"}; };
-        h.app = std::make_unique<AppDelegate>(c);
-        QSignalSpy listed(h.app.get(), &AppDelegate::drivesListed);
-        QVERIFY(h.app->applicationDidFinishLaunching());
-        QVERIFY(listed.wait(10000));
+        QVERIFY(startOnXorriso(h, TAMBLO_FAKES_DIR "/xorriso-permission-denied", [] { return QStringList{"/dev/sr0"}; }));
         QVERIFY(h.app->array_Optical_Media_Drives.isEmpty());
         QAction *item = h.app->mainWindow()->submenuItemDriveSlot[0];
         QVERIFY(item->isVisible());
@@ -511,7 +511,6 @@ private slots:
     void listedDriveWithoutPermissionNamesTheFix()
     {
         AppHarness<> h;
-        AppContext c = h.context();
         const QString script = h.root.filePath("xorriso-listed-then-denied");
         QFile f(script);
         QVERIFY(f.open(QIODevice::WriteOnly));
@@ -520,14 +519,7 @@ private slots:
                 "exec '" TAMBLO_FAKES_DIR "/xorriso-permission-denied' \"$@\"\n");
         f.close();
         f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
-        c.driveBackend = nullptr;
-        c.tools.xorriso = script;
-        c.tools.eject = "/bin/true";
-        c.opticalDeviceNodes = [] { return QStringList{"/dev/sr0"}; };
-        h.app = std::make_unique<AppDelegate>(c);
-        QSignalSpy listed(h.app.get(), &AppDelegate::drivesListed);
-        QVERIFY(h.app->applicationDidFinishLaunching());
-        QVERIFY(listed.wait(10000));
+        QVERIFY(startOnXorriso(h, script, [] { return QStringList{"/dev/sr0"}; }));
         QCOMPARE(h.app->mainWindow()->submenuItemDriveSlot[0]->text(), QString("TSSTcorp - DVD+-RW TS-L633J"));
         QVERIFY(!h.app->mainWindow()->submenuItemDriveSlot[1]->isVisible());
         h.app->OnToolsDiscInfo();
