@@ -34,6 +34,21 @@ public:
     void Burn_Data_Bluray() override { called << "Burn_Data_Bluray"; }
 };
 
+// Starts the controller on the Linux drive backend it makes itself, running
+// `xorriso` with the given /dev/sr* node check, and waits for the listing.
+static bool startOnXorriso(AppHarness<> &h, const QString &xorriso, DriveAccess::DeviceNodes nodes,
+                           int waitMs = 10000)
+{
+    AppContext c = h.context();
+    c.driveBackend = nullptr;
+    c.tools.xorriso = xorriso;
+    c.tools.eject = QStringLiteral("/bin/true");
+    c.opticalDeviceNodes = std::move(nodes);
+    h.app = std::make_unique<AppDelegate>(c);
+    QSignalSpy listed(h.app.get(), &AppDelegate::drivesListed);
+    return h.app->applicationDidFinishLaunching() && listed.wait(waitMs);
+}
+
 class TestAppMainWindow : public QObject {
     Q_OBJECT
 
@@ -465,19 +480,56 @@ private slots:
         if (xorriso.isEmpty())
             QFAIL("xorriso is not installed");
         AppHarness<> h;
-        AppContext c = h.context();
-        c.driveBackend = nullptr;
-        c.tools.xorriso = xorriso;
-        c.tools.eject = "/bin/true";
-        h.app = std::make_unique<AppDelegate>(c);
-        QSignalSpy listed(h.app.get(), &AppDelegate::drivesListed);
-        QVERIFY(h.app->applicationDidFinishLaunching());
-        QVERIFY(listed.wait(30000));
+        QVERIFY(startOnXorriso(h, xorriso, nullptr, 30000));
         QVERIFY(h.app->array_Optical_Media_Drives.isEmpty());
         QVERIFY(h.app->mainWindow()->submenuItemDriveSlot[0]->isVisible());
         h.app->OnToolsDiscInfo();
         QTRY_COMPARE_WITH_TIMEOUT(h.alerts.shown.size(), 1, 30000);
         QCOMPARE(h.alerts.shown.first().messageText, QString("No disc"));
+    }
+
+    // A user outside the cdrom group, with /dev/sr0 present: xorriso lists no
+    // drive and says it may not open /dev/sr0.
+    void linuxDriveWithoutPermissionNamesTheFix()
+    {
+        AppHarness<> h;
+        QVERIFY(startOnXorriso(h, TAMBLO_FAKES_DIR "/xorriso-permission-denied", [] { return QStringList{"/dev/sr0"}; }));
+        QVERIFY(h.app->array_Optical_Media_Drives.isEmpty());
+        QAction *item = h.app->mainWindow()->submenuItemDriveSlot[0];
+        QVERIFY(item->isVisible());
+        QVERIFY(!item->isChecked());
+        QCOMPARE(item->text(),
+                 QString("No permission to use /dev/sr0. Add your user to the cdrom group, then log in again."));
+        item->trigger();  // nothing to choose
+        QVERIFY(!item->isChecked());
+        QCOMPARE(h.app->s_Current_Drive_Number, QString("1"));
+
+        h.app->OnToolsDiscInfo();
+        QTRY_COMPARE_WITH_TIMEOUT(h.alerts.shown.size(), 1, 10000);
+        QCOMPARE(h.alerts.texts().first(),
+                 QString("No permission to use the drive / Tamblo may not open /dev/sr0, so it cannot see the disc. "
+                         "Add your user to the cdrom group, then log in again."));
+    }
+
+    // The drive was listed, but its status query may not open it.
+    void listedDriveWithoutPermissionNamesTheFix()
+    {
+        AppHarness<> h;
+        const QString script = h.root.filePath("xorriso-listed-then-denied");
+        QFile f(script);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write("#!/bin/sh\n"
+                "[ \"$1\" = -devices ] && exec cat '" TAMBLO_FIXTURES_DIR "/xorriso-devices-one-drive-1.4.2.txt'\n"
+                "exec '" TAMBLO_FAKES_DIR "/xorriso-permission-denied' \"$@\"\n");
+        f.close();
+        f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
+        QVERIFY(startOnXorriso(h, script, [] { return QStringList{"/dev/sr0"}; }));
+        QCOMPARE(h.app->mainWindow()->submenuItemDriveSlot[0]->text(), QString("TSSTcorp - DVD+-RW TS-L633J"));
+        QVERIFY(!h.app->mainWindow()->submenuItemDriveSlot[1]->isVisible());
+        h.app->OnToolsDiscInfo();
+        QTRY_COMPARE_WITH_TIMEOUT(h.alerts.shown.size(), 1, 10000);
+        QCOMPARE(h.alerts.shown.first().messageText, QString("No permission to use the drive"));
+        QVERIFY(h.alerts.shown.first().informativeText.endsWith("Add your user to the cdrom group, then log in again."));
     }
 
     // --- lists, kinds, gauge

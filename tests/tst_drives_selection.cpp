@@ -195,6 +195,44 @@ private slots:
         QCOMPARE(s.currentDriveNumber, QString("12"));
         QCOMPARE(s.currentDriveIndex, 11);
     }
+
+    // --- drives the user may not open
+
+    void noPermissionNamedOnItemOne()
+    {
+        DriveAccess denied;
+        denied.deniedDevices = {"/dev/sr0"};
+        DriveMenuState s = DriveSelection::afterListing(DriveList(), QString(), "1", denied);
+        QCOMPARE(s.titles[0],
+                 QString("No permission to use /dev/sr0. Add your user to the cdrom group, then log in again."));
+        QCOMPARE(visibleOf(s), QList<bool>({true, false, false, false, false, false}));
+        QCOMPARE(checkedOf(s), QList<bool>(6, false));
+        QCOMPARE(s.currentDriveIndex, -1);
+        QVERIFY(!s.storeLabel);
+        // Choosing it changes nothing.
+        QVERIFY(!DriveSelection::chooseItem(DriveList(), 1, s));
+        QCOMPARE(checkedOf(s), QList<bool>(6, false));
+    }
+
+    void noPermissionAfterTheListedDrives()
+    {
+        DriveAccess denied;
+        denied.deniedDevices = {"/dev/sr2"};
+        DriveMenuState s = DriveSelection::afterListing(drives(2), QString(), "1", denied);
+        QCOMPARE(s.titles[0], QString("VEND1 - MODEL 1"));
+        QCOMPARE(s.titles[1], QString("VEND2 - MODEL 2"));
+        QCOMPARE(s.titles[2], denied.menuTitle());
+        QCOMPARE(visibleOf(s), QList<bool>({true, true, true, false, false, false}));
+        QCOMPARE(checkedOf(s), QList<bool>({true, false, false, false, false, false}));
+        QVERIFY(!DriveSelection::chooseItem(drives(2), 3, s));
+        QCOMPARE(s.currentDriveIndex, 0);
+        // Six drives leave no item for it; the drives keep theirs.
+        const DriveMenuState full = DriveSelection::afterListing(drives(6), QString(), "1", denied);
+        QCOMPARE(full.titles[5], QString("VEND6 - MODEL 6"));
+        // Nothing denied: no extra item.
+        QCOMPARE(visibleOf(DriveSelection::afterListing(drives(2), QString(), "1", DriveAccess{})),
+                 QList<bool>({true, true, false, false, false, false}));
+    }
 };
 
 TAMBLO_TEST_MAIN(TestDrivesSelection)

@@ -21,6 +21,7 @@
 
 static const QString kArgsLogger = QStringLiteral(TAMBLO_FAKES_DIR "/args-logger");
 static const QString kHangTool = QStringLiteral(TAMBLO_FAKES_DIR "/hang-tool");
+static const QString kNoPermission = QStringLiteral(TAMBLO_FAKES_DIR "/xorriso-permission-denied");
 
 static QString readAll(const QString &path)
 {
@@ -164,6 +165,54 @@ private slots:
         QCOMPARE(got[0].s_Drive_Number, QString("1"));
         QCOMPARE(got[0].s_Device_Path, QString("/dev/sr0"));
         QCOMPARE(got[0].label(), QString("TSSTcorp - DVD+-RW TS-L633J"));
+    }
+
+    // xorriso run by a user outside the cdrom group, on a machine with /dev/sr0.
+    void driveWithoutPermission()
+    {
+        int nodeChecks = 0;
+        XorrisoBackend backend(kNoPermission, "eject", nullptr, XorrisoBackend::DefaultListTimeoutMs,
+                               XorrisoBackend::DefaultStatusTimeoutMs, [&nodeChecks] {
+                                   ++nodeChecks;
+                                   return QStringList{"/dev/sr0"};
+                               });
+        QVERIFY(!backend.access().denied());
+        DriveList got{device("x")};
+        DriveAccess seenInCallback;
+        bool answered = false;
+        backend.listDrives([&](const DriveList &l) {
+            got = l;
+            seenInCallback = backend.access();
+            answered = true;
+        });
+        QTRY_VERIFY_WITH_TIMEOUT(answered, 10000);
+        QVERIFY(got.isEmpty());
+        QCOMPARE(seenInCallback.deniedDevices, QStringList{"/dev/sr0"});
+        QCOMPARE(nodeChecks, 1);
+
+        // A status query that cannot open a drive (listed before, say) says
+        // so by itself, and reads as an empty drive.
+        XorrisoBackend fresh(kNoPermission, "eject", nullptr, XorrisoBackend::DefaultListTimeoutMs,
+                             XorrisoBackend::DefaultStatusTimeoutMs, [] { return QStringList(); });
+        STATUS(s, fresh, device("/dev/sr0"))
+        QVERIFY2(s.text.contains("Failed to open device '/dev/sr0' : Permission denied"), qPrintable(s.text));
+        check(s.answers, true, false, false, "Other");
+        QCOMPARE(fresh.access().deniedDevices, QStringList{"/dev/sr0"});
+    }
+
+    void noDriveListedWithoutNodesIsNoPermissionProblem()
+    {
+        // The real xorriso on this machine; the node check says there is no /dev/sr*.
+        XorrisoBackend backend(m_xorriso, "eject", nullptr, XorrisoBackend::DefaultListTimeoutMs,
+                               XorrisoBackend::DefaultStatusTimeoutMs, [] { return QStringList(); });
+        bool answered = false;
+        DriveList got;
+        backend.listDrives([&](const DriveList &l) { got = l; answered = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(answered, 30000);
+        if (got.isEmpty())
+            QVERIFY(!backend.access().denied());
+        else
+            QVERIFY(!backend.access().forDrive(got.first()).denied());
     }
 
     void blankNewFileIsNotCreated()

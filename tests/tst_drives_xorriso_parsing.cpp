@@ -214,6 +214,35 @@ private slots:
         QCOMPARE(a.reWritable, false);
         QCOMPARE(a.family, QString("BD"));
     }
+
+    // --- a drive the user may not open
+
+    void deniedDevicesFromXorrisosOwnText()
+    {
+        const QString toc = fixture("synthetic-xorriso-outdev-devsr0-permission-denied-toc.txt");
+        QCOMPARE(XorrisoParsing::deniedDevices(toc), QStringList{"/dev/sr0"});
+        QVERIFY(XorrisoParsing::answers(toc).driveEmpty);  // no medium can be seen
+        QCOMPARE(XorrisoParsing::deniedDevices(fixture("synthetic-xorriso-devices-devsr0-permission-denied.txt")),
+                 QStringList{"/dev/sr0"});
+        QVERIFY(XorrisoParsing::parseDevices(fixture("synthetic-xorriso-devices-devsr0-permission-denied.txt")).isEmpty());
+    }
+
+    void deniedDevicesOnlyForPermission()
+    {
+        // A missing node, no drive at all, a readable medium: nothing denied.
+        for (const char *name : {"xorriso-outdev-devsr0-absent-toc.txt", "xorriso-devices-no-drives.txt",
+                                 "xorriso-devices-one-drive-1.4.2.txt", "xorriso-toc-empty-drive-not-present-1.4.2.txt"})
+            QVERIFY2(XorrisoParsing::deniedDevices(fixture(name)).isEmpty(), name);
+        // Busy is not permission; a pseudo-drive's file is not a drive.
+        QVERIFY(XorrisoParsing::deniedDevices("libburn : SORRY : Cannot open busy device '/dev/sr0' : Device or resource busy\n"
+                                              "libburn : SORRY : Failed to open device (a pseudo-drive) : Permission denied\n")
+                    .isEmpty());
+        // The SORRY form (grabbing a listed drive), two drives, each named once, in order.
+        const QString two = "libburn : NOTE : Failed to open device '/dev/sr1' : Permission denied\r\n"
+                            "libburn : SORRY : Failed to open device '/dev/sr0' : Permission denied\n"
+                            "libburn : SORRY : Failed to open device '/dev/sr1' : Permission denied\n";
+        QCOMPARE(XorrisoParsing::deniedDevices(two), (QStringList{"/dev/sr1", "/dev/sr0"}));
+    }
 };
 
 TAMBLO_TEST_MAIN(TestDrivesXorrisoParsing)

@@ -14,11 +14,13 @@ DEBIAN_PACKAGES=(
   ffmpeg xorriso cdrskin eject
   # headless display for tests and screenshots
   xvfb xauth
+  # installing: icon rendering, menu entry and AppStream checks, the .deb, window checks
+  librsvg2-bin desktop-file-utils appstream dpkg-dev x11-utils
 )
 
 if [ "$(uname -s)" = "Darwin" ]; then
   command -v brew >/dev/null || { echo "Homebrew is needed: https://brew.sh" >&2; exit 1; }
-  for f in qt ffmpeg cmake ninja; do
+  for f in qt ffmpeg cmake ninja librsvg; do
     brew list --formula "$f" >/dev/null 2>&1 || brew install "$f"
   done
   exit 0

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QIcon>
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -35,6 +36,10 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Zendrova"));
     QCoreApplication::setApplicationName(QStringLiteral("Tamblo"));
+    // The installed menu entry and icon (packaging/linux), so the desktop
+    // shows the window under them; a run from the build folder has neither.
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.zendrova.Tamblo"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("com.zendrova.Tamblo")));
     QApplication::setQuitOnLastWindowClosed(true);
 
     // A second start shows the first one's window and ends here, before it

@@ -3,6 +3,7 @@
 #include <QStringList>
 #include <functional>
 
+#include "drives/DriveAccess.h"
 #include "drives/MediaAnswers.h"
 #include "drives/Object_Optical_Drive.h"
 #include "toolrun/ToolCommand.h"
@@ -24,6 +25,11 @@ public:
 
     // Lists the attached drives, in the tool's order.
     virtual void listDrives(ListCallback done) = 0;
+
+    // The drives the user may not open, as the listing and the status
+    // queries since found them (already up to date when their callbacks
+    // run). Nothing on macOS, where drutil needs no permission.
+    virtual DriveAccess access() const { return DriveAccess{}; }
 
     // One status query of the medium in `drive`; a tool that is missing,
     // prints nothing or hangs past the time-out yields the answers of an

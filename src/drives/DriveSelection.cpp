@@ -1,7 +1,7 @@
 #include "drives/DriveSelection.h"
 
 DriveMenuState DriveSelection::afterListing(const DriveList &drives, const QString &savedLabel,
-                                            const QString &currentNumber)
+                                            const QString &currentNumber, const DriveAccess &access)
 {
     DriveMenuState state;
     state.currentDriveNumber = currentNumber;
@@ -43,6 +43,12 @@ DriveMenuState DriveSelection::afterListing(const DriveList &drives, const QStri
     state.visible[0] = true;
     for (int n = 2; n <= DriveMenuState::ItemCount; ++n)
         state.visible[n - 1] = drives.size() >= n;
+
+    const int note = drives.size();  // index of the first item without a drive
+    if (access.denied() && note < DriveMenuState::ItemCount) {
+        state.titles[note] = access.menuTitle();
+        state.visible[note] = true;
+    }
     return state;
 }
 

@@ -2,6 +2,7 @@
 #include <QString>
 #include <array>
 
+#include "drives/DriveAccess.h"
 #include "drives/Object_Optical_Drive.h"
 
 // What the drive menu and the current drive look like after the listing at
@@ -36,9 +37,13 @@ public:
     //   label replaces the saved one;
     // - items 1 to 6 carry the labels of drives 1 to 6; items beyond the list
     //   are hidden, except item 1, which stays visible (keeping its own title)
-    //   on an empty list, when the current number is left unchanged.
+    //   on an empty list, when the current number is left unchanged;
+    // - when `access` names drives the user may not open, the first item
+    //   without a drive (item 1 on an empty list) shows access.menuTitle(),
+    //   unchecked; like any item without a drive, choosing it changes nothing.
     static DriveMenuState afterListing(const DriveList &drives, const QString &savedLabel,
-                                       const QString &currentNumber = QStringLiteral("1"));
+                                       const QString &currentNumber = QStringLiteral("1"),
+                                       const DriveAccess &access = DriveAccess{});
 
     // The user picked item `item` (1 to 6): its drive becomes current, its
     // label is to be remembered, the item is checked and the other five

@@ -5,9 +5,10 @@
 #include "toolrun/ToolProcess.h"
 
 XorrisoBackend::XorrisoBackend(const QString &xorriso, const QString &eject, QObject *parent,
-                               int listTimeoutMs, int statusTimeoutMs)
+                               int listTimeoutMs, int statusTimeoutMs, DriveAccess::DeviceNodes deviceNodes)
     : DriveBackend(parent), m_xorriso(xorriso), m_eject(eject), m_listTimeoutMs(listTimeoutMs),
-      m_statusTimeoutMs(statusTimeoutMs)
+      m_statusTimeoutMs(statusTimeoutMs),
+      m_deviceNodes(deviceNodes ? std::move(deviceNodes) : DriveAccess::DeviceNodes(&DriveAccess::opticalDeviceNodes))
 {
 }
 
@@ -35,9 +36,11 @@ ToolCommand XorrisoBackend::trayCommand(const Object_Optical_Drive &drive, bool 
 void XorrisoBackend::listDrives(ListCallback done)
 {
     DriveQuery::run(listCommand(), m_listTimeoutMs, this,
-                    [done = std::move(done)](const ToolVerdict &verdict) {
+                    [this, done = std::move(done)](const ToolVerdict &verdict) {
+                        const DriveList drives = XorrisoParsing::parseDevices(verdict.output);
+                        m_access = DriveAccess::afterListing(verdict.output, drives, m_deviceNodes());
                         if (done)
-                            done(XorrisoParsing::parseDevices(verdict.output));
+                            done(drives);
                     });
 }
 
@@ -46,7 +49,8 @@ void XorrisoBackend::queryStatus(const Object_Optical_Drive &drive, StatusCallba
     // Without a device the null command runs nothing and answers an empty
     // text, which reads as an empty drive.
     DriveQuery::run(statusCommand(drive), m_statusTimeoutMs, this,
-                    [done = std::move(done)](const ToolVerdict &verdict) {
+                    [this, device = drive.s_Device_Path, done = std::move(done)](const ToolVerdict &verdict) {
+                        m_access.afterStatus(device, verdict.output);
                         MediaStatus status;
                         // A drive that did not answer says nothing: what a hung
                         // tool printed before it was stopped is not its answer.

@@ -13,6 +13,10 @@
 // status query as an empty drive without running anything, launches no tray
 // command and has no erase command (a null ToolCommand); its disc
 // information is the listing, which tells that no drive is found.
+//
+// access() gathers what the listing and each status query say about
+// permission (see DriveAccess); `deviceNodes` tells which /dev/sr* nodes
+// exist (null: this machine's /dev).
 class XorrisoBackend : public DriveBackend {
     Q_OBJECT
 public:
@@ -21,9 +25,11 @@ public:
 
     XorrisoBackend(const QString &xorriso, const QString &eject, QObject *parent = nullptr,
                    int listTimeoutMs = DefaultListTimeoutMs,
-                   int statusTimeoutMs = DefaultStatusTimeoutMs);
+                   int statusTimeoutMs = DefaultStatusTimeoutMs,
+                   DriveAccess::DeviceNodes deviceNodes = nullptr);
 
     void listDrives(ListCallback done) override;
+    DriveAccess access() const override { return m_access; }
     void queryStatus(const Object_Optical_Drive &drive, StatusCallback done) override;
     void ejectTray(const Object_Optical_Drive &drive) override;
     void closeTray(const Object_Optical_Drive &drive) override;
@@ -39,4 +45,6 @@ private:
     QString m_eject;
     int m_listTimeoutMs;
     int m_statusTimeoutMs;
+    DriveAccess::DeviceNodes m_deviceNodes;
+    DriveAccess m_access;
 };

@@ -89,6 +89,20 @@ ToolCommand devicesCommand(const QString &xorriso)
     return ToolCommand{xorriso, {QStringLiteral("-devices")}};
 }
 
+QStringList deniedDevices(const QString &text)
+{
+    static const QRegularExpression denied(
+        QStringLiteral(R"(Failed to open device '([^']+)' : Permission denied)"));
+    QStringList devices;
+    QRegularExpressionMatchIterator it = denied.globalMatch(text);
+    while (it.hasNext()) {
+        const QString device = it.next().captured(1);
+        if (!devices.contains(device))
+            devices.append(device);
+    }
+    return devices;
+}
+
 QString mediaProfile(const QString &text)
 {
     const QString value = firstValue(text, QStringLiteral("Media current:"));

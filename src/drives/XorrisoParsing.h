@@ -33,6 +33,14 @@ ToolCommand eraseCommand(const QString &xorriso, const QString &device, bool ful
 // The listing: xorriso -devices.
 ToolCommand devicesCommand(const QString &xorriso);
 
+// The devices xorriso could not open for lack of permission, in the order
+// named. libburn reports each with errno's text appended, at NOTE level while
+// scanning and when looking for one drive's node:
+//   "libburn : NOTE : Failed to open device '/dev/sr0' : Permission denied"
+// (SORRY instead of NOTE when it grabs a drive). Other failures to open
+// (busy, missing) are not counted.
+QStringList deniedDevices(const QString &text);
+
 // The profile named in the first "Media current:" line, without the
 // qualifiers xorriso adds after a comma ("stdio file, overwriteable" gives
 // "stdio file"); empty when there is no such line.

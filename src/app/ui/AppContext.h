@@ -7,6 +7,7 @@
 #include "app/Alerts.h"
 #include "app/FilePicker.h"
 #include "app/ToolPaths.h"
+#include "drives/DriveAccess.h"
 
 class DriveBackend;
 
@@ -19,6 +20,7 @@ struct AppContext {
     QString documentsDir;
     ToolPaths tools;
     DriveBackend *driveBackend = nullptr;          // null: made from `tools`
+    DriveAccess::DeviceNodes opticalDeviceNodes;   // for the one made: null: this machine's /dev/sr*
     std::function<void(int)> exitProcess;          // null: end the process at once
     std::function<void(const QUrl &)> openUrl;     // null: the default browser
     std::function<bool()> systemIsDark;            // null: the platform's palette

@@ -72,7 +72,8 @@ void dropSheet(QPointer<W> &sheet)
 AppDelegate::AppDelegate(const AppContext &context, QObject *parent)
     : QObject(parent), m_context(context), m_settings(*context.settings), m_window(std::make_unique<MainWindow>())
 {
-    m_backend = m_context.driveBackend ? m_context.driveBackend : createDriveBackend(m_context.tools, this);
+    m_backend = m_context.driveBackend ? m_context.driveBackend
+                                       : createDriveBackend(m_context.tools, this, m_context.opticalDeviceNodes);
     m_media = new MediaQuestions(*m_backend, *m_context.alerts, [this] { return m_b_Debug_Mode; },
                                  [this] { return currentDrive(); }, this);
     QString logs = m_context.logsDir;
@@ -568,7 +569,8 @@ void AppDelegate::Load_List_Of_Optical_Drives()
             return;
         self->array_Optical_Media_Drives = drives;
         self->m_driveMenu = DriveSelection::afterListing(
-            drives, self->m_settings.string(SettingsKeys::LastSelectedDrive), self->s_Current_Drive_Number);
+            drives, self->m_settings.string(SettingsKeys::LastSelectedDrive), self->s_Current_Drive_Number,
+            self->m_backend->access());
         self->applyDriveMenu();
         emit self->drivesListed();
     });
@@ -664,7 +666,12 @@ void AppDelegate::OnToolsDiscInfo()
             return;
         }
         if (check.result == MediumCheck::NoDisc) {
-            self->m_context.alerts->close(QStringLiteral("No disc"), InfoNoDiscText);
+            // A drive the user may not open reads as empty: say why instead.
+            const DriveAccess access = self->m_backend->access().forDrive(self->currentDrive());
+            if (access.denied())
+                self->m_context.alerts->close(access.alertMessage(), access.alertInformative());
+            else
+                self->m_context.alerts->close(QStringLiteral("No disc"), InfoNoDiscText);
             return;
         }
         self->m_backend->queryStatus(self->currentDrive(), [self](const MediaStatus &status) {
