@@ -34,7 +34,10 @@
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
 #include "support/TestMain.h"
+#include "drives/XorrisoBackend.h"
+#include "toolrun/ToolRun.h"
 #include "toolrun/ui/StatusWindows.h"
+#include <QPlainTextEdit>
 
 using ImagesTestKit::FakeDrive;
 
@@ -165,6 +168,7 @@ struct Rig {
     FakeFilePicker picker;
     PseudoDrive *drive = nullptr;  // owned by the controller once it starts
     QList<int> exits;
+    QList<QUrl> opened;
     std::unique_ptr<AppDelegate> app;
 
     ~Rig()
@@ -176,6 +180,21 @@ struct Rig {
     QString audioFolder() const { return documents + QStringLiteral("/TambloAudio"); }
     QString videoFolder() const { return documents + QStringLiteral("/TambloVideo"); }
     QString dataFolder() const { return documents + QStringLiteral("/TambloData"); }
+    QString logsDir() const { return root.filePath(QStringLiteral("logs")); }
+    DriveBackend *backend = nullptr;  // a real backend instead of the pseudo-drive, when set
+
+    // Everything the operation logs wrote, newest file last.
+    QString logText() const
+    {
+        QString all;
+        QDir dir(logsDir());
+        for (const QString &f : dir.entryList({QStringLiteral("*.log")}, QDir::Files, QDir::Name)) {
+            QFile file(dir.filePath(f));
+            if (file.open(QIODevice::ReadOnly))
+                all += QString::fromUtf8(file.readAll());
+        }
+        return all;
+    }
     MainWindow *window() const { return app->mainWindow(); }
 
     // Builds the controller, launches it and waits for the drive listing.
@@ -194,8 +213,11 @@ struct Rig {
             c.driveBackend = drive;
         }
         c.exitProcess = [this](int code) { exits << code; };
-        c.openUrl = [](const QUrl &) {};
+        c.openUrl = [this](const QUrl &u) { opened << u; };
         c.systemIsDark = [] { return false; };
+        c.logsDir = logsDir();
+        if (backend)
+            c.driveBackend = backend;
         app = std::make_unique<AppDelegate>(c);
         if (drive)
             drive->setParent(app.get());
@@ -811,6 +833,184 @@ private slots:
         QCOMPARE(entries(rig.dataFolder()), QStringList());
         QVERIFY(QFileInfo::exists(volume + "/a.txt"));
         QCOMPARE(rig.drive->ejects, 2);  // the source and the one copy made
+    }
+
+    // ---------------------------------------------------------------- failures
+
+    // Clicks Burn and waits until the burn is over: a last sheet or an alert.
+    static void burnAndWaitForTheEnd(Rig &rig, int timeoutMs = 60000)
+    {
+        const int alertsBefore = rig.alerts.shown.size();
+        QTest::mouseClick(rig.window()->btnBurn, Qt::LeftButton);
+        QElapsedTimer t;
+        t.start();
+        while (!rig.app->windowOperationCompleted && rig.alerts.shown.size() == alertsBefore
+               && t.elapsed() < timeoutMs)
+            QTest::qWait(10);
+        QTest::qWait(300);  // anything that would follow shows now
+    }
+
+    // The only file cannot be read: nothing is recorded, not even an empty
+    // session on the blank, and the alert quotes ffmpeg.
+    void unreadableOnlyFileRecordsNothing()
+    {
+        const QString bad = m_media.filePath("not really.mp3");
+        QFile f(bad);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(QByteArray(8192, 'x'));
+        f.close();
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        MainWindow *w = rig.window();
+        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {bad}));
+        QTest::mouseClick(w->btnMP3CD, Qt::LeftButton);
+        QSignalSpy recordings(rig.app->mediaBurn(), &MediaBurn::recordingStarted);
+        SheetWatch watch(rig.app.get());
+        burnAndWaitForTheEnd(rig);
+        QCOMPARE(rig.alerts.shown.size(), 1);
+        QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("\"not really.mp3\" could not be converted."));
+        QVERIFY2(rig.alerts.shown.first().informativeText.contains("not really.mp3: Invalid"),
+                 qPrintable(rig.alerts.shown.first().informativeText));
+        QVERIFY(rig.alerts.shown.first().informativeText.contains("Nothing was written to the disc."));
+        QCOMPARE(recordings.count(), 0);
+        QVERIFY(!QFileInfo::exists(rig.disc));
+        QCOMPARE(watch.events, (QStringList{"two-bar", "-two-bar"}));
+        QVERIFY(!rig.app->windowOperationCompleted);
+        QCOMPARE(entries(rig.audioFolder()), QStringList());
+        QVERIFY(!rig.app->mediaBurn()->isBusy());
+        // The log holds the transcoder's command line, its words and its end.
+        const QString log = rig.logText();
+        QVERIFY2(log.startsWith("Burn MP3 CD"), qPrintable(log.left(200)));
+        QVERIFY(!log.contains(" -i \"" + bad + "\"\n"));  // measuring is not an operation of its own
+        QVERIFY(log.contains("$ " + m_ffmpeg + " -i \"" + bad + "\""));
+        QVERIFY(log.contains("ffmpeg: failed, exit code"));
+    }
+
+    // a.mp3 and a.wav: two tracks, both on the disc, in list order.
+    void twoFilesOfOneNameBothLand()
+    {
+        QTemporaryDir dir;
+        const QString a1 = dir.filePath("a.mp3");
+        const QString a2 = dir.filePath("a.wav");
+        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", a1}));
+        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=880:duration=1", a2}));
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        MainWindow *w = rig.window();
+        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {a1, a2}));
+        QTest::mouseClick(w->btnMP3CD, Qt::LeftButton);
+        SheetWatch watch(rig.app.get());
+        QVERIFY2(burnAndWaitForComplete(rig, watch), qPrintable(rig.alerts.texts().join("\n")));
+        closeCompleteSheet(rig);
+        QCOMPARE(filesOn(rig.disc), (QStringList{"'/a 1.mp3'", "'/a.mp3'"}));
+    }
+
+    // The recorder fails (no room on the device): the last sheet says so in
+    // xorriso's words, and Details shows the whole output.
+    void recorderFailureEndsInTheFailureSheet()
+    {
+        Rig rig;
+        rig.device = QStringLiteral("stdio:/dev/full");
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        const QString folder = rig.root.filePath("Stuff");
+        ImagesTestKit::writeFile(folder + "/big.bin", ImagesTestKit::pseudoRandom(1024 * 1024, 9));
+        rig.app->OnMenuTabData();
+        QVERIFY(rig.addDataFolder(folder));
+        SheetWatch watch(rig.app.get());
+        burnAndWaitForTheEnd(rig);
+        QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
+        Window_Operation_Terminated *sheet = rig.app->windowOperationCompleted;
+        QVERIFY(sheet);
+        QVERIFY(sheet->isVisible());
+        QCOMPARE(sheet->labelMessage->text(), QStringLiteral("The disc could not be written."));
+        QVERIFY(sheet->labelInformative);
+        QVERIFY2(sheet->labelInformative->text().contains("No space left on device"),
+                 qPrintable(sheet->labelInformative->text()));
+        QVERIFY(sheet->btnDetails && sheet->textDetails);
+        QVERIFY(!sheet->textDetails->isVisible());
+        QTest::mouseClick(sheet->btnDetails, Qt::LeftButton);
+        QVERIFY(sheet->textDetails->isVisible());
+        QVERIFY(sheet->textDetails->toPlainText().contains("$ " + m_xorriso));
+        QVERIFY(sheet->textDetails->toPlainText().contains("xorriso : FAILURE :"));
+        QCOMPARE(watch.events.last(), QStringLiteral("complete"));
+        QVERIFY(!watch.events.contains(QStringLiteral("-complete")));
+        QCOMPARE(entries(rig.dataFolder()), QStringList());
+        QTest::mouseClick(sheet->btnOK, Qt::LeftButton);
+        QTRY_VERIFY(!rig.app->windowOperationCompleted);
+        QVERIFY(rig.window()->tabviewMain->isEnabled());
+        QVERIFY(rig.logText().contains("xorriso: failed, exit code"));
+    }
+
+    // A drive whose status query hangs: the burn says the drive does not
+    // answer, never "No disc", and no sheet stays up.
+    void aHungDriveIsNotNoDisc()
+    {
+        Rig rig;
+        rig.backend = new XorrisoBackend(QStringLiteral(TAMBLO_FAKES_DIR "/xorriso-hangs-on-status"), m_eject, nullptr,
+                                         5000, 300);
+        QVERIFY(rig.start(linuxTools(), false));
+        rig.backend->setParent(rig.app.get());
+        MainWindow *w = rig.window();
+        QVERIFY(!rig.app->currentDrive().s_Device_Path.isEmpty());
+        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
+        burnAndWaitForTheEnd(rig, 20000);
+        QCOMPARE(rig.alerts.shown.size(), 1);
+        QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("The drive does not answer."));
+        QVERIFY(!rig.alerts.texts().first().contains("No disc"));
+        QVERIFY(!rig.app->windowProgress && !rig.app->windowPerformingOperation);
+        QTRY_VERIFY_WITH_TIMEOUT(ToolRun::running().isEmpty(), 5000);
+    }
+
+    // No transcoder: it is named, with how to get it, and no sheet stays up.
+    void aMissingTranscoderIsNamed()
+    {
+        Rig rig;
+        ToolPaths tools = linuxTools();
+        QVERIFY(rig.start(tools, true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        QVERIFY(rig.addMedia(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3}));
+        rig.app->sffmpegPath = rig.root.filePath("gone/ffmpeg");
+        QTest::mouseClick(rig.window()->btnMP3CD, Qt::LeftButton);
+        burnAndWaitForTheEnd(rig);
+        QCOMPARE(rig.alerts.shown.size(), 1);
+        QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("ffmpeg could not be started."));
+        QVERIFY(rig.alerts.shown.first().informativeText.contains("sudo apt install ffmpeg"));
+        QVERIFY(!rig.app->windowProgress && !rig.app->windowPerformingOperation && !rig.app->windowOperationCompleted);
+        QVERIFY(!QFileInfo::exists(rig.disc));
+    }
+
+    // The disk fills up while transcoding: the burn stops before recording.
+    void aFullDiskWhileTranscodingRecordsNothing()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        const QString longer = m_media.filePath("longer.flac");
+        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=440:duration=20", longer}));
+        QVERIFY(rig.addMedia(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3, longer}));
+        QSignalSpy recordings(rig.app->mediaBurn(), &MediaBurn::recordingStarted);
+        {
+            // Every file a child writes may hold 600 KB: the 2 s WAV fits, the 20 s WAV does not fit.
+            ImagesTestKit::FileSizeLimit full(600 * 1024);
+            burnAndWaitForTheEnd(rig);
+        }
+        QCOMPARE(rig.alerts.shown.size(), 1);
+        QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("\"longer.flac\" could not be converted."));
+        QCOMPARE(recordings.count(), 0);
+        QVERIFY(!QFileInfo::exists(rig.disc));
+        QCOMPARE(entries(rig.audioFolder()), QStringList());
+    }
+
+    void showLogsOpensTheLogFolder()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.window()->menuitemHelpShowLogs->trigger();
+        QVERIFY(QFileInfo(rig.logsDir()).isDir());
+        QCOMPARE(rig.opened, QList<QUrl>{QUrl::fromLocalFile(rig.logsDir())});
     }
 };
 

@@ -118,7 +118,8 @@ QString GetMediaFileDuration(const QString &ffmpegPath, const QString &filePath,
     // ffmpeg describes the input and stops on the missing output file; its
     // exit status says nothing about the input and is not read.
     const ToolVerdict verdict = ToolRun::runToEnd(ToolCommand{ffmpegPath, {QStringLiteral("-i"), filePath}},
-                                                  timeoutMs < 0 ? 0 : timeoutMs);
+                                                  timeoutMs < 0 ? 0 : timeoutMs, ToolRun::Channels::Merged,
+                                                  ToolRun::Report::Quiet);
     if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
         return QString();
     return durationTextFromProbe(verdict.output);

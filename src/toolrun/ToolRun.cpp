@@ -199,8 +199,12 @@ void ToolRun::end(ToolVerdict::Outcome outcome, int exitCode, bool crashed)
     emit finished(verdict);
 }
 
-ToolVerdict ToolRun::runToEnd(const ToolCommand &command, int timeoutMs, Channels channels)
+ToolVerdict ToolRun::runToEnd(const ToolCommand &command, int timeoutMs, Channels channels, Report report)
 {
+    auto tell = [report](const ToolVerdict &v) {
+        if (report == Report::Observed)
+            ::tell(v);
+    };
     ToolVerdict verdict;
     verdict.command = command;
     QElapsedTimer clock;

@@ -68,8 +68,11 @@ public:
 
     // For worker threads only (a disk walk's or a probe's own thread): runs
     // the command to its end, or to the time limit, and answers its verdict.
+    // Quiet runs (the media probes, which always "fail" for want of an
+    // output) are not told to the observer.
+    enum class Report { Observed, Quiet };
     static ToolVerdict runToEnd(const ToolCommand &command, int timeoutMs,
-                                Channels channels = Channels::Merged);
+                                Channels channels = Channels::Merged, Report report = Report::Observed);
 
 signals:
     // Complete reports as they arrive, per channel (merged runs: output only).
