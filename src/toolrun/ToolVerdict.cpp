@@ -123,37 +123,19 @@ namespace ToolVerdicts {
 
 QStringList errorLines(const QString &program, const QString &output)
 {
-    const QStringList lines = linesOf(output);
-    QStringList picked;
+    bool (*marks)(const QString &) = nullptr;
     switch (toolOf(program)) {
-    case Tool::Ffmpeg:
-        for (const QString &l : lines)
-            if (isFfmpegError(l))
-                picked << l;
-        break;
-    case Tool::Xorriso:
-        for (const QString &l : lines)
-            if (isXorrisoEvent(l))
-                picked << l;
-        break;
-    case Tool::Cdrskin:
-        for (const QString &l : lines)
-            if (isCdrskinEvent(l))
-                picked << l;
-        break;
-    case Tool::Hdiutil:
-        for (const QString &l : lines)
-            if (isHdiutilFailure(l))
-                picked << l;
-        break;
-    case Tool::Drutil:
-        for (const QString &l : lines)
-            if (isDrutilFailure(l))
-                picked << l;
-        break;
-    case Tool::Other:
-        break;
+    case Tool::Ffmpeg: marks = isFfmpegError; break;
+    case Tool::Xorriso: marks = isXorrisoEvent; break;
+    case Tool::Cdrskin: marks = isCdrskinEvent; break;
+    case Tool::Hdiutil: marks = isHdiutilFailure; break;
+    case Tool::Drutil: marks = isDrutilFailure; break;
+    case Tool::Other: return {};
     }
+    QStringList picked;
+    for (const QString &line : linesOf(output))
+        if (marks(line))
+            picked << line;
     return lastOf(picked, MaxErrorLines);
 }
 

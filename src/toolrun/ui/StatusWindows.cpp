@@ -73,6 +73,9 @@ void Window_Operation_Terminated::showFailure(const OperationFailure &failure)
     setWindowTitle(failure.cancelled ? QStringLiteral("Tamblo — Cancelled") : QStringLiteral("Tamblo — Failed"));
     labelMessage->setText(failure.message);
     labelMessage->setAccessibleName(failure.message);
+    QFont bold = labelMessage->font();
+    bold.setBold(true);
+    labelMessage->setFont(bold);
     auto *lay = static_cast<QVBoxLayout *>(layout());
 
     labelInformative = new QLabel(failure.informative, this);
