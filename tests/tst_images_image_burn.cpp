@@ -153,6 +153,31 @@ private slots:
             QVERIFY(v >= 0 && v <= 100);
     }
 
+    // hdiutil fails (a real recorded failure, here with exit status 1): the
+    // last sheet says the disc could not be written, in hdiutil's words.
+    void macRecorderFailureEndsInTheFailureSheet()
+    {
+        Rig rig(ToolPaths::Backend::MacOS);
+        qputenv("TAMBLO_FAKE_HDIUTIL_BURN", fixture("hdiutil-burn-verbose-failure-2005.txt").toLocal8Bit());
+        qputenv("TAMBLO_FAKE_HDIUTIL_EXIT", "1");
+        rig.drive.medium = FakeDrive::blank(QStringLiteral("CD"));
+        const QString image = rig.tmp.path() + "/Live.iso";
+        writeFile(image, "iso");
+        rig.picker.answers.enqueue({image});
+        ImageBurnFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        flow.OnActionISOBurn();
+        QVERIFY(log.waitEnded(1, 30000));
+        qunsetenv("TAMBLO_FAKE_HDIUTIL_BURN");
+        qunsetenv("TAMBLO_FAKE_HDIUTIL_EXIT");
+        QVERIFY(rig.alerts.shown.isEmpty());
+        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
+        QVERIFY(!log.sheets().contains(QStringLiteral("operationComplete")));
+        QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be written."));
+        QVERIFY2(log.failures.first().informative.contains("*** malloc"), qPrintable(log.failures.first().informative));
+        QVERIFY(log.failures.first().details.contains("DIDiskImageNewWithBackingStore"));
+    }
+
     void anyChosenFileGoesToTheToolAsItIs()
     {
         Rig rig(ToolPaths::Backend::Linux);
