@@ -38,9 +38,9 @@ protected:
     void finish();
 
     // Starts the flow's tool run: toolStarted, the run, and when it ends
-    // toolFinished and then `terminated`. With a progress kind, each piece
-    // of the tool's error output that carries a percentage moves the single
-    // bar.
+    // toolFinished and then `terminated`. With a progress kind, the tool's
+    // error output is cut into whole lines (ChunkAssembler) and each piece
+    // that carries a percentage moves the single bar.
     void startToolRun(const ToolCommand &command, ImageToolRun::Channels channels, std::function<void()> terminated,
                       std::optional<ImageProgress::Kind> progress = std::nullopt);
 
