@@ -14,6 +14,10 @@ DEBIAN_PACKAGES=(
   ffmpeg xorriso cdrskin eject
   # headless display for tests and screenshots
   xvfb xauth
+  # the parsers' fuzz targets (tools/fuzz.sh): clang, its libFuzzer and
+  # sanitizer runtimes (libclang-rt-14-dev, only recommended by clang), and
+  # llvm-symbolizer for readable stack traces
+  clang libclang-rt-14-dev llvm
 )
 
 if [ "$(uname -s)" = "Darwin" ]; then
