@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <QtGlobal>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -14,6 +15,15 @@
 #include <vector>
 
 #include "toolrun/ChunkAssembler.h"
+
+// The readers log what they read (qInfo); a target that runs one says
+// FUZZ_QUIET_QT_MESSAGES once, so that a run stays quiet.
+#define FUZZ_QUIET_QT_MESSAGES                                                                                         \
+    extern "C" int LLVMFuzzerInitialize(int *, char ***)                                                               \
+    {                                                                                                                  \
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});                         \
+        return 0;                                                                                                      \
+    }
 
 namespace Fuzz {
 
@@ -178,6 +188,38 @@ inline std::optional<SplitFeeding> splitFeeding(const uint8_t *data, size_t size
         }
     }
     return f;
+}
+
+// Every chunk handed to the parser, in both feedings.
+template <typename Fn>
+void forEachChunk(const SplitFeeding &f, Fn fn)
+{
+    for (const auto *chunks : {&f.whole, &f.split}) {
+        for (const QString &chunk : *chunks)
+            fn(chunk);
+    }
+}
+
+// For a reader whose last report wins: a chunk reads as its last line with a
+// report, and the bar ends where it would with the input in one read.
+template <typename Parse>
+void checkLastReportWins(const SplitFeeding &f, Parse parse)
+{
+    forEachChunk(f, [&](const QString &chunk) { FUZZ_CHECK(same(parse(chunk), lastLineValue(chunk, parse))); });
+    FUZZ_CHECK(same(lastValue(f.whole, parse), lastValue(f.split, parse)));
+}
+
+// Runs `check` on the input and, for a short one, on the input with every
+// digit written several times (how many: from the input's last byte).
+template <typename Check>
+void withWidenedDigits(const uint8_t *data, size_t size, Check check)
+{
+    FuzzedDataProvider provider(data, size);
+    const int times = provider.ConsumeIntegralInRange<int>(2, 200);
+    const QByteArray raw = bytes(data, size);
+    check(raw);
+    if (raw.size() <= 2048)
+        check(widenDigits(QString::fromUtf8(raw), times).toUtf8());
 }
 
 } // namespace Fuzz

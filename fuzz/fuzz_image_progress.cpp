@@ -1,30 +1,9 @@
 // The image burns' and disc copies' recorder reports: ImageProgress::parse,
 // both kinds, as text and as bytes.
-#include <QtGlobal>
-
 #include "FuzzSupport.h"
 #include "images/ImageProgress.h"
 
-static void quiet(QtMsgType, const QMessageLogContext &, const QString &) {}
-
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    qInstallMessageHandler(quiet);  // the hdiutil reader logs the fraction it reads
-    return 0;
-}
-
-static void check(const QByteArray &raw);
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
-{
-    FuzzedDataProvider provider(data, size);
-    const int times = provider.ConsumeIntegralInRange<int>(2, 200);
-    const QByteArray raw = Fuzz::bytes(data, size);
-    check(raw);
-    if (raw.size() <= 2048)
-        check(Fuzz::widenDigits(QString::fromUtf8(raw), times).toUtf8());
-    return 0;
-}
+FUZZ_QUIET_QT_MESSAGES
 
 static void check(const QByteArray &raw)
 {
@@ -47,4 +26,10 @@ static void check(const QByteArray &raw)
         FUZZ_CHECK(text.contains(QLatin1String("DRStatusPercentCompleteKey:")));
     }
     FUZZ_CHECK(Fuzz::same(disc, ImageProgress::parse(Kind::DiscRecordingPercent, raw)));
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    Fuzz::withWidenedDigits(data, size, check);
+    return 0;
 }

@@ -3,22 +3,15 @@
 #include "FuzzSupport.h"
 #include "toolrun/ProgressParsers.h"
 
-static void check(const QString &text)
-{
-    const std::optional<double> percent = ProgressParsers::linuxRecorderPercent(text);
-    if (percent) {
-        FUZZ_CHECK(Fuzz::isPercent(*percent));
-        FUZZ_CHECK(text.contains(QLatin1Char('%')) || text.contains(QLatin1String("MB written")));
-    }
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    FuzzedDataProvider provider(data, size);
-    const int times = provider.ConsumeIntegralInRange<int>(2, 200);
-    const QString text = Fuzz::text(data, size);
-    check(text);
-    if (text.size() <= 2048)
-        check(Fuzz::widenDigits(text, times));
+    Fuzz::withWidenedDigits(data, size, [](const QByteArray &raw) {
+        const QString text = QString::fromUtf8(raw);
+        const std::optional<double> percent = ProgressParsers::linuxRecorderPercent(text);
+        if (percent) {
+            FUZZ_CHECK(Fuzz::isPercent(*percent));
+            FUZZ_CHECK(text.contains(QLatin1Char('%')) || text.contains(QLatin1String("MB written")));
+        }
+    });
     return 0;
 }

@@ -11,15 +11,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (!feeding)
         return 0;
     const auto parse = [](const QString &chunk) { return ProgressParsers::linuxRecorderPercent(chunk); };
-    for (const auto *chunks : {&feeding->whole, &feeding->split}) {
-        for (const QString &chunk : *chunks) {
-            if (const auto v = parse(chunk))
-                FUZZ_CHECK(Fuzz::isPercent(*v));
-            // A report is one line and the last one that can be read wins:
-            // a chunk reads as its last line with a report.
-            FUZZ_CHECK(Fuzz::same(parse(chunk), Fuzz::lastLineValue(chunk, parse)));
-        }
-    }
-    FUZZ_CHECK(Fuzz::same(Fuzz::lastValue(feeding->whole, parse), Fuzz::lastValue(feeding->split, parse)));
+    Fuzz::forEachChunk(*feeding, [&](const QString &chunk) {
+        if (const auto v = parse(chunk))
+            FUZZ_CHECK(Fuzz::isPercent(*v));
+    });
+    // A report is one line and the last one that can be read wins.
+    Fuzz::checkLastReportWins(*feeding, parse);
     return 0;
 }

@@ -1,19 +1,11 @@
 // hdiutil's "DRStatusPercentCompleteKey:" reports: ProgressParsers::recorderPercent,
 // recorderFractionText and leadingFloat.
-#include <QtGlobal>
-
 #include "FuzzSupport.h"
 #include "toolrun/ProgressParsers.h"
 
 using namespace ProgressParsers;
 
-static void quiet(QtMsgType, const QMessageLogContext &, const QString &) {}
-
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    qInstallMessageHandler(quiet);  // recorderPercent logs the fraction it reads
-    return 0;
-}
+FUZZ_QUIET_QT_MESSAGES
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {

@@ -1,20 +1,12 @@
 // hdiutil's "DRStatusPercentCompleteKey:" reports cut by a read: the input in
 // two pieces through the ChunkAssembler, read by ProgressParsers::recorderPercent,
 // against the input in one piece.
-#include <QtGlobal>
-
 #include "FuzzSupport.h"
 #include "toolrun/ProgressParsers.h"
 
 static const QLatin1String kKey("DRStatusPercentCompleteKey:");
 
-static void quiet(QtMsgType, const QMessageLogContext &, const QString &) {}
-
-extern "C" int LLVMFuzzerInitialize(int *, char ***)
-{
-    qInstallMessageHandler(quiet);
-    return 0;
-}
+FUZZ_QUIET_QT_MESSAGES
 
 // Where the reading does not depend on how the lines were grouped: the six
 // characters the reader needs after a key stay on the key's line.
@@ -47,19 +39,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (!feeding)
         return 0;
     const auto parse = [](const QString &chunk) { return ProgressParsers::recorderPercent(chunk); };
-    for (const auto *chunks : {&feeding->whole, &feeding->split}) {
-        for (const QString &chunk : *chunks) {
-            if (const auto v = parse(chunk))
-                FUZZ_CHECK(std::isfinite(*v) && *v <= 100.0);
-        }
-    }
+    Fuzz::forEachChunk(*feeding, [&](const QString &chunk) {
+        if (const auto v = parse(chunk))
+            FUZZ_CHECK(std::isfinite(*v) && *v <= 100.0);
+    });
     const QString text = QString::fromUtf8(feeding->input);
     if (!keysStayOnTheirLines(text))
         return 0;
-    for (const auto *chunks : {&feeding->whole, &feeding->split}) {
-        for (const QString &chunk : *chunks)
-            FUZZ_CHECK(Fuzz::same(parse(chunk), firstKeyLineValue(chunk)));
-    }
+    Fuzz::forEachChunk(*feeding, [&](const QString &chunk) { FUZZ_CHECK(Fuzz::same(parse(chunk), firstKeyLineValue(chunk))); });
     // With more than one key, which one a chunk shows depends on the cut by design.
     if (text.count(kKey) <= 1)
         FUZZ_CHECK(Fuzz::same(Fuzz::lastValue(feeding->whole, parse), Fuzz::lastValue(feeding->split, parse)));

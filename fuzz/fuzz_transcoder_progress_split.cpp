@@ -31,20 +31,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const auto parse = [duration](const QString &chunk) {
         return ProgressParsers::transcoderPercent(chunk, duration);
     };
-    for (const auto *chunks : {&feeding->whole, &feeding->split}) {
-        for (const QString &chunk : *chunks) {
-            if (const auto v = parse(chunk); v && duration > 0)
-                FUZZ_CHECK(std::isfinite(*v) && *v >= 0.0f);
-        }
-    }
+    Fuzz::forEachChunk(*feeding, [&](const QString &chunk) {
+        if (const auto v = parse(chunk); v && duration > 0)
+            FUZZ_CHECK(std::isfinite(*v) && *v >= 0.0f);
+    });
     if (!cutDoesNotMatter(QString::fromUtf8(feeding->input)))
         return 0;
-    // The last report of a chunk wins, so a chunk reads as its last line
-    // with a report, and the bar ends where it would with one read.
-    for (const auto *chunks : {&feeding->whole, &feeding->split}) {
-        for (const QString &chunk : *chunks)
-            FUZZ_CHECK(Fuzz::same(parse(chunk), Fuzz::lastLineValue(chunk, parse)));
-    }
-    FUZZ_CHECK(Fuzz::same(Fuzz::lastValue(feeding->whole, parse), Fuzz::lastValue(feeding->split, parse)));
+    // The last report of a chunk wins.
+    Fuzz::checkLastReportWins(*feeding, parse);
     return 0;
 }
