@@ -163,7 +163,12 @@ private slots:
         QTest::newRow("garbage") << "abcdefghijk" << qint64(0);
         // Fields " 1:02:03.4x" read as "1:", "2:", "3.": 1 h, 2 min, 3 s.
         QTest::newRow("shifted fields") << " 1:02:03.4x" << qint64(3723);
-        QTest::newRow("signed pair") << " -1:00:00.0" << qint64(-3600);
+        QTest::newRow("signed pair") << " 01:-5:00.0" << qint64(3600 - 300);
+        // A time below zero, as ffmpeg writes one for a broken file, is no
+        // playing time: 0, never negative.
+        QTest::newRow("negative hours") << " -1:00:00.0" << qint64(0);
+        QTest::newRow("ffmpeg's negative time") << " 00:00:-1.-" << qint64(0);
+        QTest::newRow("all fields negative") << " -9:-9:-9.-" << qint64(0);
         QTest::newRow("blank-led pair") << "  1: 2: 3.0" << qint64(3600 + 120 + 3);
     }
     void secondsFromText()
@@ -180,6 +185,11 @@ private slots:
         QCOMPARE(lastPathComponent("/music/track 01.mp3"), QString("track 01.mp3"));
         QCOMPARE(deletingLastPathComponent("/music/track 01.mp3"), QString("/music"));
         QCOMPARE(deletingLastPathComponent("/track.mp3"), QString("/"));
+        // Doubled slashes: the folder still ends without one.
+        QCOMPARE(deletingLastPathComponent("/music//track.mp3"), QString("/music"));
+        QCOMPARE(deletingLastPathComponent("music//track.mp3"), QString("music"));
+        QCOMPARE(deletingLastPathComponent("//track.mp3"), QString("/"));
+        QCOMPARE(deletingLastPathComponent("/music///"), QString("/"));
         QCOMPARE(pathExtension("/music/Song.MP3"), QString("MP3"));
         QCOMPARE(pathExtension("/v/clip.mpeg-4"), QString("mpeg-4"));
         QCOMPARE(pathExtension("/v/archive.tar.gz"), QString("gz"));

@@ -5,6 +5,7 @@
 #include "support/FakeFilePicker.h"
 #include "support/TestMain.h"
 
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include "drives/MediaQuestions.h"
@@ -60,6 +61,18 @@ QByteArray readAll(const QString &path)
     QFile f(path);
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
+
+// A flow that runs one command with the single bar, as the image burn and the
+// copy step do.
+class OneRunFlow : public SheetFlow {
+public:
+    using SheetFlow::SheetFlow;
+    void run(const ToolCommand &command, ImageProgress::Kind kind)
+    {
+        begin();
+        startToolRun(command, ToolRun::Channels::Separate, [this](const ToolVerdict &) { finish(); }, kind);
+    }
+};
 
 } // namespace
 
@@ -176,6 +189,46 @@ private slots:
         QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be written."));
         QVERIFY2(log.failures.first().informative.contains("*** malloc"), qPrintable(log.failures.first().informative));
         QVERIFY(log.failures.first().details.contains("DIDiskImageNewWithBackingStore"));
+    }
+
+    void reportsCutByTheReadsReachTheBarWhole()
+    {
+        // The recorder's output arrives 7 bytes a read: "  11 of   50 MB
+        // written" may come as "  1" and "1 of   50 MB written", which alone
+        // would read 2 %. The bar sees whole reports only.
+        Rig rig(ToolPaths::Backend::Linux);
+        const QString recorded = fixture("xorriso-as-cdrecord-v-stdio-50mb-throttled.txt");
+        QList<double> perLine;
+        for (const QString &line : QString::fromUtf8(readAll(recorded)).split(QRegularExpression("[\r\n]")))
+            if (const auto v = ImageProgress::parse(ImageProgress::Kind::XorrisoRecordPercent, line))
+                perLine << *v;
+        QVERIFY(perLine.size() > 5);
+        qputenv("TAMBLO_FAKE_PAUSE", "0.005");
+        OneRunFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        flow.run({fake("burn-chunked-tool"), {recorded, QStringLiteral("7"), QStringLiteral("err")}},
+                 ImageProgress::Kind::XorrisoRecordPercent);
+        QVERIFY(log.waitEnded(1, 60000));
+        qunsetenv("TAMBLO_FAKE_PAUSE");
+        QVERIFY2(log.progress.size() > 1, "the reports did not reach the bar");
+        QVERIFY(isSubsequence(log.progress, perLine));
+        QCOMPARE(log.progress.last(), perLine.last());
+        QCOMPARE(log.sheets(), (QStringList{"toolStarted", "toolFinished", "ended"}));
+    }
+
+    void aReportWithoutLineEndIsReadAtTheEnd()
+    {
+        Rig rig(ToolPaths::Backend::Linux);
+        const QString recorded = rig.tmp.path() + "/last.txt";
+        writeFile(recorded, "xorriso : UPDATE :   25 of   50 MB written\rxorriso : UPDATE :   50 of   50 MB written");
+        OneRunFlow flow(rig.ctx);
+        SheetLog log(&flow);
+        flow.run({fake("burn-chunked-tool"), {recorded, QStringLiteral("1000"), QStringLiteral("err")}},
+                 ImageProgress::Kind::XorrisoRecordPercent);
+        QVERIFY(log.waitEnded(1, 60000));
+        QCOMPARE(log.progress, (QList<double>{50.0, 100.0}));
+        // The last value comes before the end is told.
+        QCOMPARE(log.events, (QStringList{"toolStarted", "progress", "progress", "toolFinished", "ended"}));
     }
 
     void anyChosenFileGoesToTheToolAsItIs()

@@ -158,6 +158,30 @@ private slots:
         QVERIFY(!ImageProgress::parse(Kind::XorrisoRecordPercent, QByteArray("DRStatusPercentCompleteKey: 0.50\n\n")).has_value());
     }
 
+    void xorrisoRecordFiguresTooLongForANumberAreSkipped()
+    {
+        using ImageProgress::Kind;
+        // 309 digits read as infinity: their ratio was NaN and passed the
+        // "above 100" test onto the bar.
+        const QByteArray huge(309, '9');
+        QVERIFY(!ImageProgress::parse(Kind::XorrisoRecordPercent, huge + " of " + huge + " MB written\n").has_value());
+        QVERIFY(!ImageProgress::parse(Kind::XorrisoRecordPercent, "5 of " + huge + " MB written\n").has_value());
+        const auto v = ImageProgress::parse(Kind::XorrisoRecordPercent,
+                                            "   40 of   50 MB written\n" + huge + " of " + huge + " MB written\n");
+        QVERIFY(v.has_value());
+        QCOMPARE(*v, 80.0);
+    }
+
+    void xorrisoRecordReportIsOneLine()
+    {
+        using ImageProgress::Kind;
+        QVERIFY(!ImageProgress::parse(Kind::XorrisoRecordPercent, QByteArray("   11 of\n   50 MB written\n")).has_value());
+        QVERIFY(!ImageProgress::parse(Kind::XorrisoRecordPercent, QByteArray("   11\r\nof 50 MB written\n")).has_value());
+        const auto v = ImageProgress::parse(Kind::XorrisoRecordPercent, QByteArray("   11\tof 50 MB written\n"));
+        QVERIFY(v.has_value());
+        QCOMPARE(*v, 22.0);
+    }
+
     void xorrisoRecordOverTheRealFixtures()
     {
         const QByteArray throttled = readFixture("xorriso-as-cdrecord-v-stdio-50mb-throttled.txt");

@@ -435,6 +435,70 @@ private slots:
         QVERIFY(!linuxRecorderPercent(QStringLiteral("xorriso : UPDATE :      17 files added in 1 seconds")).has_value());
         QVERIFY(!linuxRecorderPercent(QString()).has_value());
     }
+
+    void linuxFiguresTooLongForANumber()
+    {
+        // 309 digits and more read as infinity; written / total was NaN,
+        // which slipped past the "above 100" test onto the bar.
+        const QString huge(309, QLatin1Char('9'));
+        QVERIFY(!linuxRecorderPercent(huge + " of " + huge + " MB written").has_value());
+        QVERIFY(!linuxRecorderPercent("5 of " + huge + " MB written").has_value());
+        QVERIFY(!linuxRecorderPercent(huge + " of 50 MB written").has_value());
+        QVERIFY(!linuxRecorderPercent(huge + "% done").has_value());
+        QVERIFY(!linuxRecorderPercent("Writing:   8192s   " + huge + "%").has_value());
+        // The report before such a one stands.
+        const auto v = linuxRecorderPercent("  25 of   50 MB written\r" + huge + " of " + huge + " MB written\r");
+        QVERIFY(v.has_value());
+        QCOMPARE(*v, 50.0);
+    }
+
+    void linuxReportAboveOneHundredLeavesTheOneBefore()
+    {
+        const QString text = QStringLiteral("  49 of   50 MB written\r  60 of   50 MB written\r");
+        QCOMPARE(*linuxRecorderPercent(text), 98.0);
+        // As if the two reports had come in two reads.
+        QCOMPARE(*linuxRecorderPercent(text.left(24)), 98.0);
+        QVERIFY(!linuxRecorderPercent(text.mid(24)).has_value());
+        QCOMPARE(*linuxRecorderPercent(QStringLiteral(" 99.5% done\n 250% done\n")), 99.5);
+    }
+
+    void linuxReportIsOneLine()
+    {
+        QVERIFY(!linuxRecorderPercent(QStringLiteral("  11 of\n   50 MB written")).has_value());
+        QVERIFY(!linuxRecorderPercent(QStringLiteral("  11\rof   50 MB written")).has_value());
+        QVERIFY(!linuxRecorderPercent(QStringLiteral("Writing:\n 8192s   31.8%")).has_value());
+        QCOMPARE(*linuxRecorderPercent(QStringLiteral("  11\tof\t50 MB written")), 22.0);
+    }
+
+    void linuxCutAtEveryPositionEndsAtTheWholeValue()
+    {
+        const QByteArray bytes = fixture("cdrskin-v-stdio-50mb-throttled-speed4-sync1m.stdout.txt");
+        const auto whole = linuxRecorderPercent(ChunkAssembler().take(bytes));
+        QVERIFY(whole.has_value());
+        for (qsizetype k = 0; k <= bytes.size(); ++k) {
+            ChunkAssembler a;
+            std::optional<double> last;
+            for (const QString &chunk : {a.take(bytes.left(k)), a.take(bytes.mid(k)), a.flush()})
+                if (const auto v = linuxRecorderPercent(chunk))
+                    last = v;
+            QVERIFY2(last == whole, qPrintable(QString::number(k)));
+        }
+    }
+
+    void byteOrderMarkInsideTheOutputIsKept()
+    {
+        // Decoded piece by piece as if at once: only a mark that opens the
+        // whole output is dropped.
+        const QByteArray bytes("\xef\xbb\xbfxorriso 1.5.4\n\xef\xbb\xbf  11 of   50 MB written\n");
+        for (qsizetype k = 0; k <= bytes.size(); ++k) {
+            ChunkAssembler a;
+            QString text = a.take(bytes.left(k));
+            text += a.take(bytes.mid(k));
+            text += a.flush();
+            QCOMPARE(text, QString::fromUtf8(bytes));
+            QCOMPARE(text.count(QChar(0xfeff)), 1);
+        }
+    }
 };
 
 TAMBLO_TEST_MAIN(TestToolrunParsers)

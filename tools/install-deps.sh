@@ -16,6 +16,10 @@ DEBIAN_PACKAGES=(
   xvfb xauth
   # installing: icon rendering, menu entry and AppStream checks, the .deb, window checks
   librsvg2-bin desktop-file-utils appstream dpkg-dev x11-utils
+  # the parsers' fuzz targets (tools/fuzz.sh): clang, its libFuzzer and
+  # sanitizer runtimes (libclang-rt-14-dev, only recommended by clang), and
+  # llvm-symbolizer for readable stack traces
+  clang libclang-rt-14-dev llvm
 )
 
 if [ "$(uname -s)" = "Darwin" ]; then

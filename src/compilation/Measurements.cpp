@@ -78,7 +78,9 @@ qint64 Return_Seconds_From_Duration_Str(const QString &durationText)
     const qint64 hours = leadingNumber(durationText.mid(1, 2));
     const qint64 minutes = leadingNumber(durationText.mid(4, 2));
     const qint64 seconds = leadingNumber(durationText.mid(7, 2));
-    return hours * 3600 + minutes * 60 + seconds;
+    // ffmpeg writes a duration below zero (a broken file) with a sign in each
+    // field, "00:00:-1.-49"; a playing time is never negative and reads 0.
+    return qMax<qint64>(0, hours * 3600 + minutes * 60 + seconds);
 }
 
 quint64 folderSize(const QString &folderPath)
@@ -150,9 +152,12 @@ QString deletingLastPathComponent(const QString &path)
     QString p = path;
     while (p.size() > 1 && p.endsWith(QLatin1Char('/')))
         p.chop(1);
-    const qsizetype slash = p.lastIndexOf(QLatin1Char('/'));
+    qsizetype slash = p.lastIndexOf(QLatin1Char('/'));
     if (slash < 0)
         return QString();
+    // "a//b" is in "a", not "a/".
+    while (slash > 0 && p.at(slash - 1) == QLatin1Char('/'))
+        --slash;
     if (slash == 0)
         return QStringLiteral("/");
     return p.left(slash);

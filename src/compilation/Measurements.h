@@ -25,7 +25,8 @@ QString durationTextFromProbe(const QString &probeOutput);
 
 // Whole seconds from a duration text: characters 1-2 hours, 4-5 minutes,
 // 7-8 seconds, each read like a number (leading blanks, a sign, digits; no
-// number reads 0). The fraction is dropped. " N/A, bitra" gives 0.
+// number reads 0). The fraction is dropped. " N/A, bitra" gives 0, and so
+// does a time below zero (" 00:00:-1.-"): never negative, at most 99:99:99.
 qint64 Return_Seconds_From_Duration_Str(const QString &durationText);
 
 // Byte total of every entry below the folder, at every depth, hidden ones
@@ -49,7 +50,7 @@ QString GetMediaFileDuration(const QString &ffmpegPath, const QString &filePath,
 // Path pieces as the lists show them.
 QString lastPathComponent(const QString &path);           // "track 01.mp3"
 QString pathExtension(const QString &path);              // "mp3", case kept; "" when none
-QString deletingLastPathComponent(const QString &path);  // folder, no trailing slash ("/" for the root)
+QString deletingLastPathComponent(const QString &path);  // folder, no trailing slash ("/" for the root; "a//b" gives "a")
 
 // A media record filled in order: URL, path, extension, name, folder,
 // duration text, seconds, size text. Probes with ffmpeg: worker threads only.

@@ -1,6 +1,7 @@
 #include "images/ImageProgress.h"
 
 #include <QRegularExpression>
+#include <cmath>
 
 #include "toolrun/ProgressParsers.h"
 
@@ -8,17 +9,19 @@ namespace ImageProgress {
 
 static std::optional<double> parseXorrisoRecord(const QString &text)
 {
-    static const QRegularExpression report(QStringLiteral("(\\d+)\\s+of\\s+(\\d+)\\s+MB written"));
+    // One line a report: blanks and tabs only between its words.
+    static const QRegularExpression report(QStringLiteral("(\\d+)[ \\t]+of[ \\t]+(\\d+)[ \\t]+MB written"));
     std::optional<double> last;
     auto it = report.globalMatch(text);
     while (it.hasNext()) {
         const auto m = it.next();
         const double written = m.captured(1).toDouble();
         const double total = m.captured(2).toDouble();
-        if (total <= 0.0)
+        // A figure too long for a double reads as infinity: not a report.
+        if (!std::isfinite(total) || total <= 0.0)
             continue;
         const double percent = written * 100.0 / total;
-        if (percent > 100.0)
+        if (!std::isfinite(percent) || percent > 100.0)
             continue;
         last = percent;
     }

@@ -6,17 +6,20 @@
 #include "toolrun/ProgressParsers.h"
 
 // Turns a piece of a recorder's error output into a value for the single
-// progress bar (0 to 100). Each call sees one chunk as it was read; nothing
-// is carried over from one chunk to the next.
+// progress bar (0 to 100; hdiutil's -1, "no estimate yet", reads -100 and
+// leaves the bar empty). Each call sees one chunk; nothing is carried over
+// from one chunk to the next. The flows hand it whole lines
+// (SheetFlow::startToolRun cuts the output with a ChunkAssembler).
 namespace ImageProgress {
 
 enum class Kind {
     // hdiutil burn -verbose: "DRStatusPercentCompleteKey: <fraction>", read
     // by the tool runner's own parser (ProgressParsers::recorderPercent).
     DiscRecordingPercent,
-    // xorriso -as cdrecord: "xorriso : UPDATE :   11 of   50 MB written ...".
-    // The last such report of a chunk counts: written * 100 / total. A report
-    // with a total of 0 MB or above 100 % is dropped.
+    // xorriso -as cdrecord: "xorriso : UPDATE :   11 of   50 MB written ...",
+    // one line a report. The last such report of a chunk counts: written *
+    // 100 / total, a finite number from 0 to 100. A report with a total of
+    // 0 MB, above 100 % or with a figure too long to be a number is skipped.
     XorrisoRecordPercent,
 };
 

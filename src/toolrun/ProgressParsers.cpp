@@ -2,6 +2,7 @@
 
 #include <QDebug>
 #include <QRegularExpression>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 
@@ -144,9 +145,11 @@ std::optional<double> recorderPercent(const QString &chunk)
 
 std::optional<double> linuxRecorderPercent(const QString &chunk)
 {
+    // A report is one line: only blanks and tabs between its words, so that
+    // two lines never read as one report, however the output was cut.
     static const QRegularExpression report(QStringLiteral(
-        "Writing:\\s+\\d+s\\s+(\\d+(?:\\.\\d+)?)%"
-        "|(\\d+)\\s+of\\s+(\\d+)\\s+MB written"
+        "Writing:[ \\t]+\\d+s[ \\t]+(\\d+(?:\\.\\d+)?)%"
+        "|(\\d+)[ \\t]+of[ \\t]+(\\d+)[ \\t]+MB written"
         "|(\\d+(?:\\.\\d+)?)% done"));
     std::optional<double> last;
     auto it = report.globalMatch(chunk);
@@ -157,16 +160,19 @@ std::optional<double> linuxRecorderPercent(const QString &chunk)
             value = m.captured(1).toDouble();
         } else if (m.hasCaptured(2)) {
             const double total = m.captured(3).toDouble();
-            if (total <= 0.0)
+            if (!std::isfinite(total) || total <= 0.0)
                 continue;
             value = m.captured(2).toDouble() * 100.0 / total;
         } else {
             value = m.captured(4).toDouble();
         }
+        // A figure too long for a double reads as infinity: such a report,
+        // like one above 100, is not a percentage, and the one before it
+        // stands.
+        if (!std::isfinite(value) || value > 100.0)
+            continue;
         last = value;
     }
-    if (last && *last > 100.0)
-        return std::nullopt;
     return last;
 }
 

@@ -38,7 +38,10 @@ QString recorderFractionText(const QString &chunk);
 //   xorriso -as cdrecord, cdrskin
 //                    "  11 of   50 MB written (fifo ...)", "Track 01:   11 of   50 MB written"
 //   xorriso -as mkisofs  " 12.34% done"
-// "N of 0 MB" is skipped; a figure above 100 is dropped.
+// A report is one line (blanks and tabs between its words). "N of 0 MB", a
+// figure above 100 and one too long to be a number (NaN or infinite) are
+// skipped: the report before them counts. The answer is always a finite
+// number from 0 to 100.
 std::optional<double> linuxRecorderPercent(const QString &chunk);
 
 // The leading number of a text as the old string-to-number helpers read it:

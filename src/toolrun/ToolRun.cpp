@@ -38,6 +38,7 @@ ToolRun::ToolRun(const ToolCommand &command, const Options &options, QObject *pa
     m_timeout.setSingleShot(true);
     m_killTimer.setSingleShot(true);
     m_killTimer.setInterval(StopGraceMs);
+    m_killTimer.setTimerType(Qt::PreciseTimer);  // never early: the tool gets its whole grace time
     connect(&m_timeout, &QTimer::timeout, this, [this] {
         m_forced = ToolVerdict::Outcome::TimedOut;
         if (m_process)
