@@ -8,7 +8,7 @@ StatusSheet::StatusSheet(QWidget *mainWindow) : QDialog(mainWindow)
     setWindowFlag(Qt::Sheet, true);
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose, false);
-    setWindowTitle(QStringLiteral("Tamblo"));
+    setWindowTitle(QStringLiteral("Tamblo"));  // each sheet names what it is for
 }
 
 void StatusSheet::begin()
