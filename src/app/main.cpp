@@ -3,6 +3,7 @@
 #include <QStandardPaths>
 
 #include "app/ToolPaths.h"
+#include "app/ui/AccessibleControls.h"
 #include "app/ui/AppContext.h"
 #include "app/ui/AppDelegate.h"
 #include "app/ui/MainWindow.h"
@@ -35,6 +36,7 @@ int main(int argc, char **argv)
     QCoreApplication::setOrganizationName(QStringLiteral("Zendrova"));
     QCoreApplication::setApplicationName(QStringLiteral("Tamblo"));
     QApplication::setQuitOnLastWindowClosed(true);
+    AccessibleControls::install();
 
     QSettings settings(QStringLiteral("Zendrova"), QStringLiteral("Tamblo"));
     QtAlerts alerts;
