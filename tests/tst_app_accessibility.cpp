@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
@@ -153,6 +154,8 @@ private slots:
             QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
             QVERIFY2(visited > 60, qPrintable(QString::number(visited)));  // the walk went everywhere
         }
+        const QStringList erase = problemsOf(w->popupmenuErase);
+        QVERIFY2(erase.isEmpty(), qPrintable(erase.join(QLatin1Char('\n'))));
         // The toolbar strips by what they are.
         QCOMPARE(QAccessible::queryAccessibleInterface(w->view_Toolbar_Audio_BG)->text(QAccessible::Name),
                  QString("Audio toolbar"));
