@@ -10,17 +10,9 @@
 #include "compilation/ui/CompilationTable.h"
 #include "compilation/ui/Window_New_Disc.h"
 #include "support/AppHarness.h"
+#include "support/BurnDispatchProbe.h"
 #include "support/TestMain.h"
 
-// Records which burn was reached instead of burning.
-class BurnProbe : public AppDelegate {
-public:
-    using AppDelegate::AppDelegate;
-    QStringList called;
-    void Burn_Audio_CD() override { called << "Burn_Audio_CD"; }
-    void Burn_Video_DVD() override { called << "Burn_Video_DVD"; }
-    void Burn_Data_CD() override { called << "Burn_Data_CD"; }
-};
 
 // Everything the toolbars do can be done from the keyboard, and the menus
 // say how.
@@ -102,7 +94,7 @@ private slots:
 
     void shortcutsReachTheCommandsOfTheTabInView()
     {
-        AppHarness<BurnProbe> h;
+        AppHarness<DispatchProbe> h;
         MainWindow *w = started(h);
         QVERIFY(w);
 

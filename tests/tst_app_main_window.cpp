@@ -16,23 +16,10 @@
 #include "compilation/ui/Window_New_Disc.h"
 #include "drives/XorrisoBackend.h"
 #include "support/AppHarness.h"
+#include "support/BurnDispatchProbe.h"
 #include "support/TestMain.h"
 #include "toolrun/ui/StatusWindows.h"
 
-// Records which burn the Burn button reached instead of burning.
-class DispatchProbe : public AppDelegate {
-public:
-    using AppDelegate::AppDelegate;
-    QStringList called;
-    void Burn_Audio_CD() override { called << "Burn_Audio_CD"; }
-    void Burn_Audio_MP3_CD() override { called << "Burn_Audio_MP3_CD"; }
-    void Burn_Audio_MP3_DVD() override { called << "Burn_Audio_MP3_DVD"; }
-    void Burn_Video_DVD() override { called << "Burn_Video_DVD"; }
-    void Burn_Video_Bluray() override { called << "Burn_Video_Bluray"; }
-    void Burn_Data_CD() override { called << "Burn_Data_CD"; }
-    void Burn_Data_DVD() override { called << "Burn_Data_DVD"; }
-    void Burn_Data_Bluray() override { called << "Burn_Data_Bluray"; }
-};
 
 class TestAppMainWindow : public QObject {
     Q_OBJECT

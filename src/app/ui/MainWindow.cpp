@@ -295,12 +295,7 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent)
 
     // The List and Disc items press the button of the tab in view, so they do
     // exactly what the button does; the toolbar buttons name their shortcut.
-    const QList<QPair<QAction *, ListCommand>> forwarded = {
-        {menuitemAddFiles, ListCommand::AddFiles},   {menuitemAddFolder, ListCommand::AddFolder},
-        {menuitemDeleteSelected, ListCommand::Delete}, {menuitemClearList, ListCommand::Clear},
-        {menuitemPlay, ListCommand::Play},           {menuitemBurn, ListCommand::Burn},
-        {menuitemVideoSettings, ListCommand::VideoSettings}};
-    for (const auto &f : forwarded) {
+    for (const auto &f : forwardingItems()) {
         const ListCommand command = f.second;
         connect(f.first, &QAction::triggered, this, [this, command] {
             if (QPushButton *b = buttonFor(command, tabviewMain->currentIndex()))
@@ -381,14 +376,17 @@ QPushButton *MainWindow::buttonFor(ListCommand command, int tab) const
     return nullptr;
 }
 
+QList<QPair<QAction *, MainWindow::ListCommand>> MainWindow::forwardingItems() const
+{
+    return {{menuitemAddFiles, ListCommand::AddFiles},   {menuitemAddFolder, ListCommand::AddFolder},
+            {menuitemDeleteSelected, ListCommand::Delete}, {menuitemClearList, ListCommand::Clear},
+            {menuitemPlay, ListCommand::Play},           {menuitemBurn, ListCommand::Burn},
+            {menuitemVideoSettings, ListCommand::VideoSettings}};
+}
+
 void MainWindow::updateMenusForTab(int tab)
 {
-    const QList<QPair<QAction *, ListCommand>> items = {
-        {menuitemAddFiles, ListCommand::AddFiles},   {menuitemAddFolder, ListCommand::AddFolder},
-        {menuitemDeleteSelected, ListCommand::Delete}, {menuitemClearList, ListCommand::Clear},
-        {menuitemPlay, ListCommand::Play},           {menuitemBurn, ListCommand::Burn},
-        {menuitemVideoSettings, ListCommand::VideoSettings}};
-    for (const auto &item : items)
+    for (const auto &item : forwardingItems())
         item.first->setEnabled(buttonFor(item.second, tab) != nullptr);
 }
 

@@ -128,6 +128,8 @@ public:
     QPushButton *buttonFor(ListCommand command, int tab) const;
     // Enables the forwarding items that the tab has a button for.
     void updateMenusForTab(int tab);
+    // The menu items that press a button of the tab in view, with their command.
+    QList<QPair<QAction *, ListCommand>> forwardingItems() const;
 
 signals:
     // The close box: the application ends.
