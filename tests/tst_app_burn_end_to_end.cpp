@@ -423,7 +423,7 @@ private slots:
         QCOMPARE(recordings.size(), 1);
         QCOMPARE(recordings.first().program, m_xorriso);
         QCOMPARE(recordings.first().arguments,
-                 (QStringList{"-pacifier", "interval=0.2", "-dev", rig.device, "-volid", "TambloAudio", "-map", rig.audioFolder(), "/", "-commit"}));
+                 (QStringList{"-pacifier", "interval=0.2", "-dev", rig.device, "-joliet", "on", "-volid", "TambloAudio", "-map", rig.audioFolder(), "/", "-commit"}));
         QVERIFY(!rig.app->mediaBurn()->isBusy());
 
         // The working folder is emptied after the recording, but kept.
@@ -482,7 +482,7 @@ private slots:
         QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
         QCOMPARE(recordings.size(), 1);
         QCOMPARE(recordings.first().arguments,
-                 (QStringList{"-pacifier", "interval=0.2", "-dev", rig.device, "-volid", "TambloVideo", "-map", rig.videoFolder(), "/", "-commit"}));
+                 (QStringList{"-pacifier", "interval=0.2", "-dev", rig.device, "-joliet", "on", "-volid", "TambloVideo", "-map", rig.videoFolder(), "/", "-commit"}));
         QVERIFY(QFileInfo(rig.videoFolder()).isDir());
         QCOMPARE(entries(rig.videoFolder()), QStringList());
 

@@ -16,23 +16,10 @@
 #include "compilation/ui/Window_New_Disc.h"
 #include "drives/XorrisoBackend.h"
 #include "support/AppHarness.h"
+#include "support/BurnDispatchProbe.h"
 #include "support/TestMain.h"
 #include "toolrun/ui/StatusWindows.h"
 
-// Records which burn the Burn button reached instead of burning.
-class DispatchProbe : public AppDelegate {
-public:
-    using AppDelegate::AppDelegate;
-    QStringList called;
-    void Burn_Audio_CD() override { called << "Burn_Audio_CD"; }
-    void Burn_Audio_MP3_CD() override { called << "Burn_Audio_MP3_CD"; }
-    void Burn_Audio_MP3_DVD() override { called << "Burn_Audio_MP3_DVD"; }
-    void Burn_Video_DVD() override { called << "Burn_Video_DVD"; }
-    void Burn_Video_Bluray() override { called << "Burn_Video_Bluray"; }
-    void Burn_Data_CD() override { called << "Burn_Data_CD"; }
-    void Burn_Data_DVD() override { called << "Burn_Data_DVD"; }
-    void Burn_Data_Bluray() override { called << "Burn_Data_Bluray"; }
-};
 
 // Starts the controller on the Linux drive backend it makes itself, running
 // `xorriso` with the given /dev/sr* node check, and waits for the listing.
@@ -74,7 +61,7 @@ class TestAppMainWindow : public QObject {
         QStringList out;
         for (QAction *a : w->tabMenuItems())
             if (a->isChecked())
-                out << a->text();
+                out << a->text().remove(QLatin1Char('&'));  // without its mnemonic
         return out;
     }
 
@@ -101,8 +88,8 @@ private slots:
         QVERIFY(!MainWindow::isBordered(w->btnMP3CD));
         QVERIFY(MainWindow::isBordered(w->btnVideoDVD));
         QVERIFY(MainWindow::isBordered(w->btnDataCD));
-        QCOMPARE(w->menuitemEraseFull->text(), QString("Erase Completely"));
-        QCOMPARE(w->menuitemEraseQuick->text(), QString("Erase Quickly"));
+        QCOMPARE(w->menuitemEraseFull->text(), QString("Erase &Completely"));
+        QCOMPARE(w->menuitemEraseQuick->text(), QString("Erase &Quickly"));
         QVERIFY(!w->menuitemDebugMode->isChecked());
         // Every control can be named by a screen reader.
         for (QPushButton *b : w->findChildren<QPushButton *>())

@@ -177,7 +177,7 @@ private slots:
                  (QStringList{"-v", "dev=/dev/sr0", "-audio", "/d/TA/b.wav", "/d/TA/a.wav", "/d/TA/c.wav"}));
         const ToolCommand data = r.burnFolderCommand(d, QStringLiteral("/home/u/Documents/TambloVideo/"));
         QCOMPARE(data.program, QStringLiteral("/usr/bin/xorriso"));
-        QCOMPARE(data.arguments, (QStringList{"-pacifier", "interval=0.2", "-dev", "/dev/sr0", "-volid", "TambloVideo", "-map",
+        QCOMPARE(data.arguments, (QStringList{"-pacifier", "interval=0.2", "-dev", "/dev/sr0", "-joliet", "on", "-volid", "TambloVideo", "-map",
                                               "/home/u/Documents/TambloVideo/", "/", "-commit"}));
 
         d.s_Device_Path = QStringLiteral("stdio:/tmp/disc.iso");

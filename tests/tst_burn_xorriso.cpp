@@ -11,6 +11,7 @@
 #include "burn/BurnSheets.h"
 #include "burn/MediaBurn.h"
 #include "burn/XorrisoRecorder.h"
+#include "imagestest/ImagesTestKit.h"
 #include "support/FakeAlerts.h"
 #include "support/TestMain.h"
 
@@ -164,6 +165,50 @@ private slots:
         QCOMPARE(a.value("sample_rate").toString(), QStringLiteral("44100"));
         QCOMPARE(a.value("channels").toInt(), 2);
         QVERIFY(QDir(m_ctx.s_Audio_Folder).isEmpty());
+    }
+
+    // MP3 and video discs carry a Joliet tree like data discs: a reader
+    // without Rock Ridge sees the whole name, in UCS-2, not an 8.3 one.
+    void mp3AndVideoDiscsCarryJolietNames()
+    {
+        const QString song = m_media.filePath("Ünïcødé Lied für Straße.flac");
+        const QString clip = m_media.filePath("Vidéo de Noël.mov");
+        QVERIFY(QFile::copy(m_media.filePath("alpha song.flac"), song));
+        QVERIFY(QFile::copy(m_media.filePath("clip.mov"), clip));
+        XorrisoRecorder recorder(m_xorriso, m_cdrskin);
+        struct Case {
+            BurnOperation op;
+            QString family, source, discName;
+        };
+        const QList<Case> cases{{BurnOperation::MP3CD, "CD", song, "Ünïcødé Lied für Straße.mp3"},
+                                {BurnOperation::VideoDVD, "DVD", clip, "Vidéo de Noël.mpg"}};
+        for (const Case &c : cases) {
+            QTemporaryDir drives(QStringLiteral("/tmp/tamblo-joliet-XXXXXX"));
+            const QString image = drives.filePath("disc.iso");
+            MediaBurnContext ctx = m_ctx;
+            ctx.currentDrive.s_Device_Path = "stdio:" + image;
+            QuietSheets sheets;
+            FakeAlerts alerts;
+            MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc(c.family)));
+            QSignalSpy started(&burn, &MediaBurn::recordingStarted);
+            burnAndWait(burn, c.op, {media(c.source, 1)}, ctx);
+            QCOMPARE(started.size(), 1);
+            const QStringList args = started.first().first().value<ToolCommand>().arguments;
+            QVERIFY2(args.join(' ').contains("-joliet on"), qPrintable(args.join(' ')));
+            QCOMPARE(filesOn(image), QStringList{"'/" + c.discName + "'"});
+            QVERIFY2(ImagesTestKit::jolietHolds(image, c.discName), qPrintable(c.discName));
+
+            // The check tells the two apart: the same name written without
+            // Joliet is not found.
+            QDir().mkpath(drives.filePath("plain"));
+            QFile plain(drives.filePath("plain/" + c.discName));
+            QVERIFY(plain.open(QIODevice::WriteOnly));
+            plain.close();
+            const QString control = drives.filePath("control.iso");
+            run(m_xorriso, {"-outdev", "stdio:" + control, "-map", drives.filePath("plain"), "/", "-commit"});
+            QVERIFY(QFileInfo(control).size() > 0);
+            QVERIFY(!ImagesTestKit::jolietHolds(control, c.discName));
+        }
     }
 
     void videoFolderThenASecondSession()

@@ -400,6 +400,99 @@ private slots:
         QCOMPARE(data.textColor(), QColor(Qt::green));
     }
 
+    // The name and folder columns take the room they need: the file name
+    // whole, the folder in the room left over, shortened in its middle, and
+    // whole in the tooltip.
+    void mediaColumnsTakeTheRoomTheyNeed()
+    {
+        const QString longFolder = QStringLiteral("/home/someone/Music/Field Recordings 2023/Macroform Sessions/Live");
+        const QString longName = QStringLiteral("macroform-room-tone-recording-session-final-mix.mp3");
+        MediaListModel model;
+        CompilationTable view(QStringLiteral("Audio files"));
+        view.setModel(&model);
+        view.setStretchColumn(MediaListModel::ColumnPath);
+        view.resize(900, 300);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        model.append(media(longFolder, longName, " 00:03:25.1", "4.20 MB"));
+        model.append(media(QStringLiteral("/m"), QStringLiteral("b.mp3"), " 00:00:01.0", "1.00 KB"));
+
+        QCOMPARE(view.textElideMode(), Qt::ElideMiddle);
+        QHeaderView *header = view.horizontalHeader();
+        const int nameWidth = view.fontMetrics().horizontalAdvance(longName);
+        QVERIFY2(header->sectionSize(MediaListModel::ColumnFile) > nameWidth,
+                 qPrintable(QString("%1 <= %2").arg(header->sectionSize(0)).arg(nameWidth)));
+        QVERIFY(header->sectionSize(MediaListModel::ColumnFile) > 100);
+        // The path takes what is left: the columns fill the table exactly.
+        int sum = 0;
+        for (int c = 0; c < model.columnCount(); ++c)
+            sum += header->sectionSize(c);
+        QCOMPARE(sum, view.viewport()->width());
+        QVERIFY(header->sectionSize(MediaListModel::ColumnPath) > header->sectionSize(MediaListModel::ColumnSize));
+        QCOMPARE(model.index(0, MediaListModel::ColumnPath).data(Qt::ToolTipRole).toString(), longFolder);
+        QCOMPARE(model.index(0, MediaListModel::ColumnFile).data(Qt::ToolTipRole).toString(), longName);
+
+        // A name longer than half the table is shortened, not allowed to push
+        // the folder out of sight.
+        view.resize(500, 300);
+        QTRY_COMPARE(view.viewport()->width(), 500 - 2 * view.frameWidth());
+        QVERIFY(header->sectionSize(MediaListModel::ColumnFile) <= view.viewport()->width() / 2);
+        QVERIFY(header->sectionSize(MediaListModel::ColumnPath) > 0);
+    }
+
+    void dataFolderColumnStretches()
+    {
+        DataFolderModel model;
+        CompilationTable view(QStringLiteral("Data folders"));
+        view.setModel(&model);
+        view.setStretchColumn(0);
+        view.resize(800, 300);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        const QString path = QStringLiteral("/home/someone/Pictures/Holidays/2023 Brittany/Camera A");
+        model.append(folder(path, QStringLiteral("1.50 GB"), 1572864));
+        QHeaderView *header = view.horizontalHeader();
+        QCOMPARE(header->sectionResizeMode(0), QHeaderView::Stretch);
+        QVERIFY(header->sectionSize(0) > view.fontMetrics().horizontalAdvance(path));
+        QVERIFY(header->sectionSize(1) >= view.fontMetrics().horizontalAdvance(QStringLiteral("1.50 GB")));
+        QCOMPARE(header->sectionSize(0) + header->sectionSize(1), view.viewport()->width());
+        QCOMPARE(model.index(0, 0).data(Qt::ToolTipRole).toString(), path);
+    }
+
+    // A width the user sets stays while the application runs: clearing,
+    // adding and the other table over the same list leave it alone.
+    void userWidthsAreKeptPerTable()
+    {
+        MediaListModel model;
+        CompilationTable audio(QStringLiteral("Audio files"));
+        CompilationTable video(QStringLiteral("Video files"));
+        for (CompilationTable *t : {&audio, &video}) {
+            t->setModel(&model);
+            t->setStretchColumn(MediaListModel::ColumnPath);
+            t->resize(900, 300);
+            t->show();
+            QVERIFY(QTest::qWaitForWindowExposed(t));
+        }
+        model.append(media(QStringLiteral("/m"), QStringLiteral("short.mp3"), " 00:00:01.0", "1.00 KB"));
+        const int videoWidth = video.horizontalHeader()->sectionSize(MediaListModel::ColumnFile);
+
+        // The user drags the Audio table's File column to 333 pixels.
+        audio.horizontalHeader()->resizeSection(MediaListModel::ColumnFile, 333);
+        QCOMPARE(audio.userWidths().value(MediaListModel::ColumnFile), 333);
+
+        model.clear();
+        model.append(media(QStringLiteral("/m"), QStringLiteral("a much longer name than before.mp3")));
+        model.append(media(QStringLiteral("/m"), QStringLiteral("x.mp3")));
+        QCoreApplication::processEvents();
+        QCOMPARE(audio.horizontalHeader()->sectionSize(MediaListModel::ColumnFile), 333);
+        // The Video table still fits its own contents.
+        QVERIFY(video.userWidths().isEmpty());
+        QVERIFY(video.horizontalHeader()->sectionSize(MediaListModel::ColumnFile) > videoWidth);
+        audio.resize(700, 300);
+        QCoreApplication::processEvents();
+        QCOMPARE(audio.horizontalHeader()->sectionSize(MediaListModel::ColumnFile), 333);
+    }
+
     void tenThousandRowsScroll()
     {
         MediaListModel model;

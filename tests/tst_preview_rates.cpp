@@ -1,6 +1,7 @@
 #include "support/TestMain.h"
 #include "support/FakeAlerts.h"
 
+#include "preview/PlaybackClock.h"
 #include "preview/PlaybackRates.h"
 #include "preview/PreviewSelection.h"
 
@@ -112,6 +113,28 @@ private slots:
         QCOMPARE(PlaybackRates::rewoundPosition(2.5, -2.0, 0.0), 2.5);
         QCOMPARE(PlaybackRates::rewoundPosition(1.0, -4.0, 1.0), 0.0);
         QCOMPARE(PlaybackRates::rewoundPosition(1.0, -2.0, -1.0), 1.0);  // a clock never runs backwards
+    }
+
+    void clockText_data()
+    {
+        QTest::addColumn<double>("elapsed");
+        QTest::addColumn<double>("total");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("start") << 0.0 << 3.0 << "0:00 / 0:03";
+        QTest::newRow("elapsed counts whole seconds gone") << 2.9 << 3.0 << "0:02 / 0:03";
+        QTest::newRow("a length rounds") << 0.0 << 2.94 << "0:00 / 0:03";
+        QTest::newRow("minutes") << 65.0 << 205.4 << "1:05 / 3:25";
+        QTest::newRow("length not known yet") << 0.0 << 0.0 << "0:00 / --:--";
+        QTest::newRow("an hour or more") << 7.0 << 5400.0 << "0:00:07 / 1:30:00";
+        QTest::newRow("past the hour") << 3723.0 << 0.0 << "1:02:03 / --:--";
+        QTest::newRow("nonsense is zero") << -4.0 << qInf() << "0:00 / --:--";
+    }
+    void clockText()
+    {
+        QFETCH(double, elapsed);
+        QFETCH(double, total);
+        QFETCH(QString, text);
+        QCOMPARE(PlaybackClock::text(elapsed, total), text);
     }
 
     void nothingSelectedTellsTheUser()

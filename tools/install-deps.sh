@@ -9,7 +9,10 @@ DEBIAN_PACKAGES=(
   # Qt 6: widgets, test, concurrent, multimedia (+ widgets), platform plugins
   qt6-base-dev qt6-base-dev-tools qt6-multimedia-dev qt6-qpa-plugins libgl-dev
   # the media backend of Qt Multimedia on Linux and the codecs it needs
+  # (bad: the MPEG program and transport stream demuxers of .mpg/.mpeg/.ts and
+  # the MPEG video parsers; ugly: the ASF demuxer of .wmv/.asf/.wma)
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-libav
+  gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly
   # the tools Tamblo drives
   ffmpeg xorriso cdrskin eject
   # headless display for tests and screenshots

@@ -3,13 +3,16 @@
 #include <QStringList>
 
 // One open panel: files or a folder, one or many, an optional list of
-// allowed extensions (matched without regard to case), a message and a
+// allowed extensions (matched without regard to case) under a readable name
+// ("Audio files"), a title that says what the panel is for, a message and a
 // starting folder.
 struct PickRequest {
     enum class Kind { Files, Folder };
     Kind kind = Kind::Files;
     bool multiple = false;
     QStringList allowedExtensions;  // empty: anything
+    QString filterName;             // what the allowed files are: "Audio files"
+    QString title;                  // the panel's title; empty: the message
     QString message;
     QString startFolder;
 };

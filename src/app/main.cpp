@@ -5,6 +5,7 @@
 
 #include "app/SingleInstance.h"
 #include "app/ToolPaths.h"
+#include "app/ui/AccessibleControls.h"
 #include "app/ui/AppContext.h"
 #include "app/ui/AppDelegate.h"
 #include "app/ui/MainWindow.h"
@@ -41,6 +42,7 @@ int main(int argc, char **argv)
     QGuiApplication::setDesktopFileName(QStringLiteral("com.zendrova.Tamblo"));
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("com.zendrova.Tamblo")));
     QApplication::setQuitOnLastWindowClosed(true);
+    AccessibleControls::install();
 
     // A second start shows the first one's window and ends here, before it
     // could empty working folders that the first one is using.

@@ -24,7 +24,10 @@ ToolCommand XorrisoRecorder::burnFolderCommand(const Object_Optical_Drive &drive
     if (device.isEmpty())
         return {};
     QStringList args = xorrisoPacing();
-    args << QStringLiteral("-dev") << device << QStringLiteral("-volid") << volumeName(folder)
+    // A Joliet tree beside Rock Ridge, as on data discs: readers without Rock
+    // Ridge (Windows, car stereos) see the whole names, not "D_1V10.MP3".
+    args << QStringLiteral("-dev") << device << QStringLiteral("-joliet") << QStringLiteral("on")
+         << QStringLiteral("-volid") << volumeName(folder)
          << QStringLiteral("-map") << folder << QStringLiteral("/") << QStringLiteral("-commit");
     return {m_xorriso, args};
 }

@@ -2,8 +2,9 @@
 #include "burn/Recorder.h"
 
 // Linux: cdrskin writes the audio CD, one track per WAV file in the order
-// given; xorriso writes a folder as an ISO 9660 / Rock Ridge session whose
-// root holds the folder's files and whose volume is named after the folder.
+// given; xorriso writes a folder as an ISO 9660 / Rock Ridge / Joliet session
+// whose root holds the folder's files and whose volume is named after the
+// folder.
 // On a blank medium that is the first session; on an appendable one a new
 // session is added and the files of the earlier ones stay visible beside the
 // new ones (writing to the output drive alone would be refused there).
@@ -17,7 +18,7 @@ public:
     // cdrskin -v dev=DEVICE -audio track1.wav track2.wav ...
     ToolCommand burnAudioCommand(const Object_Optical_Drive &drive, const QString &folder,
                                  const QStringList &wavsInCompilationOrder) const override;
-    // xorriso -dev DEVICE -volid NAME -map FOLDER / -commit
+    // xorriso -dev DEVICE -joliet on -volid NAME -map FOLDER / -commit
     ToolCommand burnFolderCommand(const Object_Optical_Drive &drive, const QString &folder) const override;
 
     // The folder's name, cut to the 32 characters a volume id may hold.

@@ -37,7 +37,7 @@ bool CompilationActions::OnActionAudioAddFolder()
 {
     if (isBusy() || !m_picker)
         return false;
-    const QStringList chosen = m_picker->pick(ExtensionLists::addFolderRequest());
+    const QStringList chosen = m_picker->pick(ExtensionLists::audioAddFolderRequest());
     return !chosen.isEmpty() && addMediaFolder(AudioTab, chosen.first());
 }
 
@@ -45,7 +45,7 @@ bool CompilationActions::OnActionVideoAddFolder()
 {
     if (isBusy() || !m_picker)
         return false;
-    const QStringList chosen = m_picker->pick(ExtensionLists::addFolderRequest());
+    const QStringList chosen = m_picker->pick(ExtensionLists::videoAddFolderRequest());
     return !chosen.isEmpty() && addMediaFolder(VideoTab, chosen.first());
 }
 
@@ -53,7 +53,7 @@ bool CompilationActions::OnActionDataAddFolder()
 {
     if (isBusy() || !m_picker)
         return false;
-    const QStringList chosen = m_picker->pick(ExtensionLists::addFolderRequest());
+    const QStringList chosen = m_picker->pick(ExtensionLists::dataAddFolderRequest());
     return !chosen.isEmpty() && addDataFolder(chosen.first());
 }
 
@@ -85,8 +85,9 @@ bool CompilationActions::addDataFolder(const QString &folderPath)
     if (folderPath.isEmpty() || isBusy())
         return false;
     emit busyChanged(true);
-    // One entry to measure: the sheet stays up while the tree is walked.
-    emit progressSheetShown(1);
+    // How much there is to walk is only known at the end: the sheet's bar is
+    // busy (maximum 0) while the tree is walked.
+    emit progressSheetShown(0);
     m_folder.start(folderPath);
     return true;
 }

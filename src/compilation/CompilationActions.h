@@ -14,7 +14,8 @@ class DataFolderModel;
 // probed off the UI thread behind a determinate progress sheet (the window
 // shows it on progressSheetShown, moves it on progressChanged and closes it
 // on progressSheetClosed); the data folder is measured off the UI thread
-// too, behind the same sheet (maximum 1). Records land in the lists in the panel's (or folder's) order; the
+// too, behind the same sheet with a busy bar (maximum 0: the size of the
+// tree is not known until it has been walked). Records land in the lists in the panel's (or folder's) order; the
 // same file chosen twice is listed twice. Each action ends with the tab's
 // table refresh (refreshTable). Cancelling a panel, or a folder with nothing
 // to add, does nothing and says nothing.
@@ -47,7 +48,7 @@ public:
     FolderMeasureJob *folderJob() { return &m_folder; }
 
 signals:
-    void progressSheetShown(int maximum);  // bar: minimum 0, this maximum, value 0
+    void progressSheetShown(int maximum);  // bar: minimum 0, this maximum, value 0; 0: busy
     void progressChanged(int value);       // 1, 2, 3 ... in list order
     void progressSheetClosed();
     void refreshTable(int tab);            // Tab: the table to reload and total

@@ -63,12 +63,18 @@ PickRequest addFilesRequest(const QStringList &extensions)
 
 PickRequest audioAddFilesRequest()
 {
-    return addFilesRequest(audio());
+    PickRequest r = addFilesRequest(audio());
+    r.filterName = QStringLiteral("Audio files");
+    r.title = QStringLiteral("Add Audio Files");
+    return r;
 }
 
 PickRequest videoAddFilesRequest()
 {
-    return addFilesRequest(video());
+    PickRequest r = addFilesRequest(video());
+    r.filterName = QStringLiteral("Video files");
+    r.title = QStringLiteral("Add Video Files");
+    return r;
 }
 
 PickRequest addFolderRequest()
@@ -77,6 +83,28 @@ PickRequest addFolderRequest()
     r.kind = PickRequest::Kind::Folder;
     r.multiple = false;
     return r;
+}
+
+static PickRequest titledFolderRequest(const QString &title)
+{
+    PickRequest r = addFolderRequest();
+    r.title = title;
+    return r;
+}
+
+PickRequest audioAddFolderRequest()
+{
+    return titledFolderRequest(QStringLiteral("Add a Folder of Audio Files"));
+}
+
+PickRequest videoAddFolderRequest()
+{
+    return titledFolderRequest(QStringLiteral("Add a Folder of Video Files"));
+}
+
+PickRequest dataAddFolderRequest()
+{
+    return titledFolderRequest(QStringLiteral("Add a Data Folder"));
 }
 
 } // namespace ExtensionLists

@@ -24,10 +24,14 @@ QStringList filterFolder(const QString &folderPath, const QStringList &extension
 QString childPath(const QString &folderPath, const QString &name);
 
 // Panels: add files offers many files of the tab's list (the panel matches
-// extensions whatever their case); add folder offers one folder.
+// extensions whatever their case); add folder offers one folder. Each is
+// titled after what it adds.
 PickRequest addFilesRequest(const QStringList &extensions);
-PickRequest audioAddFilesRequest();
-PickRequest videoAddFilesRequest();
+PickRequest audioAddFilesRequest();  // "Add Audio Files", "Audio files (*.wma *.wav …)"
+PickRequest videoAddFilesRequest();  // "Add Video Files", "Video files (*.wmv *.mov …)"
 PickRequest addFolderRequest();
+PickRequest audioAddFolderRequest();  // "Add a Folder of Audio Files"
+PickRequest videoAddFolderRequest();  // "Add a Folder of Video Files"
+PickRequest dataAddFolderRequest();   // "Add a Data Folder"
 
 } // namespace ExtensionLists

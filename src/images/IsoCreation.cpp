@@ -34,6 +34,7 @@ PickRequest imageRequest()
     r.kind = PickRequest::Kind::Files;
     r.multiple = false;
     r.allowedExtensions = QStringList{QStringLiteral("iso"), QStringLiteral("img"), QStringLiteral("dmg")};
+    r.filterName = QStringLiteral("Disc images");
     r.message = QStringLiteral("Select a ISO image to burn to media.");
     return r;
 }

@@ -41,7 +41,9 @@ QProcess *start(const ToolCommand &command, QObject *parent, QProcess::ProcessCh
 bool startDetached(const ToolCommand &command)
 {
     QProcess p;
-    prepare(p, command, QProcess::MergedChannels);
+    // Both outputs go to the null device each on its own: merged channels
+    // with a redirected error channel make Qt warn on every start.
+    prepare(p, command, QProcess::SeparateChannels);
     p.setStandardOutputFile(QProcess::nullDevice());
     p.setStandardErrorFile(QProcess::nullDevice());
     return p.startDetached();

@@ -4,6 +4,8 @@
 #include <QApplication>
 #include <QtTest>
 
+#include "app/ui/AccessibleControls.h"
+
 namespace TestEnv {
 // Call before QApplication exists. Returns the temporary HOME.
 QString prepare();
@@ -16,6 +18,7 @@ QString home();
         TestEnv::prepare();                                            \
         QApplication app(argc, argv);                                  \
         app.setAttribute(Qt::AA_Use96Dpi, true);                       \
+        AccessibleControls::install();  /* as the application does */ \
         TestObject tc;                                                 \
         QTEST_SET_MAIN_SOURCE_PATH                                     \
         return QTest::qExec(&tc, argc, argv);                          \

@@ -308,7 +308,10 @@ void AppDelegate::connectWindow()
 
     // Adding files: the single-bar sheet counts the entries measured.
     connect(m_adding, &CompilationActions::progressSheetShown, this, [this](int maximum) {
-        showUniqueProgress(QStringLiteral("Measuring the files…"), maximum);
+        if (maximum > 0)
+            showUniqueProgress(QStringLiteral("Adding Files"), QStringLiteral("Measuring the files…"), maximum);
+        else
+            showUniqueProgress(QStringLiteral("Adding a Folder"), QStringLiteral("Measuring the folder…"), 0);
     });
     connect(m_adding, &CompilationActions::progressChanged, this, &AppDelegate::setUniqueProgress);
     connect(m_adding, &CompilationActions::progressSheetClosed, this, [this] { dropSheet(windowUniqueProgress); });
@@ -327,7 +330,7 @@ void AppDelegate::connectFlow(SheetFlow *flow)
     connect(flow, &SheetFlow::showPerformingOperation, this, &AppDelegate::Show_Window_Performing_Operation);
     connect(flow, &SheetFlow::closePerformingOperation, this, [this] { dropSheet(windowPerformingOperation); });
     connect(flow, &SheetFlow::showUniqueProgress, this,
-            [this] { showUniqueProgress(QStringLiteral("Burning the disc…"), 100.0); });
+            [this] { showUniqueProgress(QStringLiteral("Burning the Disc"), QStringLiteral("Burning the disc…"), 100.0); });
     connect(flow, &SheetFlow::uniqueProgress, this, &AppDelegate::setUniqueProgress);
     connect(flow, &SheetFlow::closeUniqueProgress, this, [this] { dropSheet(windowUniqueProgress); });
     connect(flow, &SheetFlow::showStagingSheet, this, &AppDelegate::Show_Window_Data_Copy_Folders);
@@ -336,12 +339,14 @@ void AppDelegate::connectFlow(SheetFlow *flow)
     connect(flow, &SheetFlow::operationFailed, this, &AppDelegate::Show_Window_Operation_Failed);
 }
 
-// The single-bar sheet: from 0 of `maximum`, fed by setUniqueProgress.
-void AppDelegate::showUniqueProgress(const QString &caption, double maximum)
+// The single-bar sheet: from 0 of `maximum` (0: busy), fed by setUniqueProgress.
+void AppDelegate::showUniqueProgress(const QString &title, const QString &caption, double maximum)
 {
     dropSheet(windowUniqueProgress);
     windowUniqueProgress = new Window_Unique_Progress(m_window.get());
+    windowUniqueProgress->setWindowTitle(title);
     windowUniqueProgress->labelDescription->setText(caption);
+    windowUniqueProgress->labelDescription->setAccessibleName(caption);
     windowUniqueProgress->progressBar->setMinDouble(0.0);
     windowUniqueProgress->progressBar->setMaxDouble(maximum);
     windowUniqueProgress->progressBar->setDoubleValue(0.0);

@@ -221,7 +221,7 @@ private:
     void selectTabFromMenu(int index);
     void chooseKindButton(int tab, qint64 type);
     void setBurnTitle(const QString &title);
-    void showUniqueProgress(const QString &caption, double maximum);
+    void showUniqueProgress(const QString &title, const QString &caption, double maximum);
     void setUniqueProgress(double value);
     void openPage(const QUrl &page);
     void applyDriveMenu();

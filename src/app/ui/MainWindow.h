@@ -99,6 +99,13 @@ public:
 
     // Menus
     QAction *menuitemNewDisc;
+    QAction *menuitemBurn;            // presses the Burn button
+    QAction *menuitemVideoSettings;   // the Video tab's Settings button
+    QAction *menuitemAddFiles;        // List menu: the buttons of the tab in view
+    QAction *menuitemAddFolder;
+    QAction *menuitemDeleteSelected;  // Delete and Backspace
+    QAction *menuitemClearList;
+    QAction *menuitemPlay;
     QAction *menuitemDebugMode;
     QAction *menuitemQuit;
     QAction *submenuItemTabAudio;
@@ -114,6 +121,16 @@ public:
     QAction *menuitemHelpShowLogs;
 
     QList<QAction *> tabMenuItems() const;
+
+    // The commands that the menus forward to the buttons of a tab.
+    enum class ListCommand { AddFiles, AddFolder, Delete, Clear, Play, Burn, VideoSettings };
+    // The button of `tab` (0 Audio ... 4 Tools) that does `command`; none
+    // where the tab has no such button.
+    QPushButton *buttonFor(ListCommand command, int tab) const;
+    // Enables the forwarding items that the tab has a button for.
+    void updateMenusForTab(int tab);
+    // The menu items that press a button of the tab in view, with their command.
+    QList<QPair<QAction *, ListCommand>> forwardingItems() const;
 
 signals:
     // The close box: the application ends.

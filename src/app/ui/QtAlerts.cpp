@@ -10,7 +10,10 @@
 AlertAnswer QtAlerts::show(const AlertRequest &request)
 {
     QMessageBox box(m_parent);
-    box.setWindowTitle(request.title.isEmpty() ? QStringLiteral("Tamblo") : request.title);
+    // The title says what the alert is about: its own, else its message.
+    box.setWindowTitle(!request.title.isEmpty()         ? request.title
+                       : !request.messageText.isEmpty() ? request.messageText
+                                                        : QStringLiteral("Tamblo"));
     box.setWindowModality(Qt::ApplicationModal);
     box.setIcon(request.warningStyle ? QMessageBox::Warning : QMessageBox::Information);
     box.setText(request.messageText);

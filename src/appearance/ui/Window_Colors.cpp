@@ -27,9 +27,10 @@ Window_Colors::Window_Colors(const Theme &theme, AppSettings &settings, QWidget 
         label = new QLabel(text, this);
         well = new ColorWell(this);
         well->setObjectName(name);
-        well->setAccessibleName(QString(text).remove(QLatin1Char(':')));
+        const QString what = QString(text).remove(QLatin1Char(':'));
+        well->setAccessibleName(what + QStringLiteral(" color"));  // "List background color"
         label->setBuddy(well);
-        label->setAccessibleName(QString(text).remove(QLatin1Char(':')) + QStringLiteral(" label"));
+        label->setAccessibleName(what);
         grid->addWidget(label, row, 0, Qt::AlignRight | Qt::AlignVCenter);
         grid->addWidget(well, row, 1);
         ++row;

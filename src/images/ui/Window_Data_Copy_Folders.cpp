@@ -5,6 +5,7 @@
 Window_Data_Copy_Folders::Window_Data_Copy_Folders(QWidget *mainWindow) : StatusSheet(mainWindow)
 {
     setObjectName(QStringLiteral("Window_Data_Copy_Folders"));
+    setWindowTitle(QStringLiteral("Copying Folders"));
     auto *lay = new QVBoxLayout(this);
     labelDescription = new QLabel(QStringLiteral("Copying the folders for the disc…"), this);
     labelDescription->setAccessibleName(labelDescription->text());

@@ -16,6 +16,7 @@
 #include <QVideoWidget>
 
 #include "app/Alerts.h"
+#include "preview/PlaybackClock.h"
 #include "preview/PlaybackRates.h"
 
 namespace {
@@ -120,13 +121,28 @@ AVSPDocument::AVSPDocument(const QUrl &fileUrl, Alerts &alerts, QWidget *parent)
     timeSlider->setAccessibleName(QStringLiteral("Position"));
     timeSlider->setRange(0, 0);
 
+    fileNameLabel = new QLabel(name, this);
+    fileNameLabel->setObjectName(QStringLiteral("fileNameLabel"));
+    fileNameLabel->setAccessibleName(QStringLiteral("File"));
+    fileNameLabel->setAccessibleDescription(name);
+    fileNameLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    fileNameLabel->setToolTip(fileUrl.isLocalFile() ? fileUrl.toLocalFile() : fileUrl.toString());
+
+    timeLabel = new QLabel(PlaybackClock::text(0.0, 0.0), this);
+    timeLabel->setObjectName(QStringLiteral("timeLabel"));
+    timeLabel->setAccessibleName(QStringLiteral("Elapsed and total time"));
+    timeLabel->setMinimumWidth(timeLabel->fontMetrics().horizontalAdvance(QStringLiteral("00:00:00 / 00:00:00")));
+    timeLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+
     auto *transport = new QHBoxLayout;
     transport->addWidget(rewindButton);
     transport->addWidget(playPauseButton);
     transport->addWidget(fastForwardButton);
     transport->addWidget(timeSlider, 1);
+    transport->addWidget(timeLabel);
 
     auto *outer = new QVBoxLayout(this);
+    outer->addWidget(fileNameLabel);
     outer->addWidget(playerView, 1);
     outer->addLayout(transport);
 
@@ -143,6 +159,10 @@ AVSPDocument::AVSPDocument(const QUrl &fileUrl, Alerts &alerts, QWidget *parent)
         playPauseButton->setText(PlaybackRates::playPauseTitle(rate));
         playPauseButton->setAccessibleName(playPauseButton->text());
     });
+
+    // The clock follows the position and learns the length once it is known.
+    connect(this, &AVSPDocument::currentTimeChanged, this, &AVSPDocument::updateClock);
+    connect(this, &AVSPDocument::durationChanged, this, &AVSPDocument::updateClock);
 
     m_rewindTimer = new QTimer(this);
     m_rewindTimer->setInterval(kRewindStepMs);
@@ -174,11 +194,28 @@ void AVSPDocument::windowDidLoad()
     audioOutput = new QAudioOutput(this);
     player->setAudioOutput(audioOutput);
 
+    // The picture output is in place before the file is opened: the media
+    // backend builds its video branch once, instead of relinking it in the
+    // middle of loading. It stays hidden, and is only published as
+    // playerLayer, when the file turns out to have a picture.
+    m_picture = new QVideoWidget(playerView);
+    m_picture->setObjectName(QStringLiteral("playerLayer"));
+    m_picture->setAccessibleName(QStringLiteral("Picture"));
+    m_picture->setAspectRatioMode(Qt::KeepAspectRatio);
+    m_picture->hide();
+    if (auto *overlay = qobject_cast<QGridLayout *>(playerView->layout()))
+        overlay->addWidget(m_picture, 0, 0);
+    connect(m_picture->videoSink(), &QVideoSink::videoFrameChanged, this, &AVSPDocument::videoFrameChanged);
+    player->setVideoOutput(m_picture);
+
     connect(player, &QMediaPlayer::mediaStatusChanged, this, &AVSPDocument::mediaStatusChanged);
     connect(player, &QMediaPlayer::playbackStateChanged, this, &AVSPDocument::playbackStateChanged);
-    connect(player, &QMediaPlayer::errorOccurred, this, [this](QMediaPlayer::Error error, const QString &) {
-        if (error != QMediaPlayer::NoError)
-            stopLoadingAnimationAndHandleError(true);
+    connect(player, &QMediaPlayer::errorOccurred, this, [this](QMediaPlayer::Error error, const QString &text) {
+        if (error == QMediaPlayer::NoError)
+            return;
+        if (m_errorText.isEmpty())
+            m_errorText = text;
+        stopLoadingAnimationAndHandleError(true);
     });
     connect(player, &QMediaPlayer::durationChanged, this, [this](qint64 ms) {
         timeSlider->setRange(0, int(qMax<qint64>(0, ms)));
@@ -213,18 +250,12 @@ void AVSPDocument::assetLoaded()
 {
     if (player->hasVideo()) {
         // The picture stays hidden until its first frame has arrived.
-        playerLayer = new QVideoWidget(playerView);
-        playerLayer->setObjectName(QStringLiteral("playerLayer"));
-        playerLayer->setAccessibleName(QStringLiteral("Picture"));
-        playerLayer->setAspectRatioMode(Qt::KeepAspectRatio);
-        playerLayer->hide();
-        if (auto *overlay = qobject_cast<QGridLayout *>(playerView->layout()))
-            overlay->addWidget(playerLayer, 0, 0);
-        connect(playerLayer->videoSink(), &QVideoSink::videoFrameChanged, this,
-                &AVSPDocument::videoFrameChanged);
-        player->setVideoOutput(playerLayer);
         // Paused, the player decodes the first picture without playing.
-        player->pause();
+        playerLayer = m_picture;
+        if (m_readyForDisplay)
+            showPicture();
+        else
+            player->pause();
     } else {
         loadingSpinner->setRange(0, 1);
         loadingSpinner->hide();
@@ -240,13 +271,39 @@ void AVSPDocument::assetLoaded()
 
 void AVSPDocument::videoFrameChanged(const QVideoFrame &frame)
 {
-    if (m_readyForDisplay || m_closed || !frame.isValid())
+    if (m_closed || m_failed)
+        return;
+    if (!frame.isValid()) {
+        // The backend blanks its picture when it flushes (a seek, the pause
+        // that decodes the first picture) and, paused, sends nothing after
+        // it: the picture keeps the last frame instead of going black.
+        if (m_lastFrame.isValid())
+            QTimer::singleShot(0, this, [this] {
+                if (!m_closed && m_picture && !m_picture->videoSink()->videoFrame().isValid())
+                    m_picture->videoSink()->setVideoFrame(m_lastFrame);
+            });
+        return;
+    }
+    m_lastFrame = frame;
+    if (m_readyForDisplay)
         return;
     m_readyForDisplay = true;
+    // Not from inside this signal: the backend's streaming thread waits for
+    // this frame's delivery, and for no more than 300 ms. Showing the picture
+    // makes its drawing surface (an OpenGL context, which takes a few hundred
+    // milliseconds under a software renderer); done here, the wait runs out
+    // and the stream stops with "Internal data stream error.".
+    if (playerLayer)
+        QTimer::singleShot(0, this, &AVSPDocument::showPicture);
+}
+
+void AVSPDocument::showPicture()
+{
+    if (m_closed || m_failed || !playerLayer)
+        return;
     loadingSpinner->setRange(0, 1);
     loadingSpinner->hide();
-    if (playerLayer)
-        playerLayer->show();
+    playerLayer->show();
 }
 
 void AVSPDocument::stopLoadingAnimationAndHandleError(bool withError)
@@ -264,10 +321,16 @@ void AVSPDocument::stopLoadingAnimationAndHandleError(bool withError)
         playerLayer->hide();
     unplayableLabel->show();
     noteRate(0.0);
-    // Told once the player's own signal has returned, not from inside it.
+    // Told once the player's own signal has returned, not from inside it,
+    // with the player's own words for what went wrong.
     QTimer::singleShot(0, this, [this] {
-        if (!m_closed)
-            m_alerts.close(CouldNotPlay, CouldNotPlay);
+        if (m_closed)
+            return;
+        QString reason = m_errorText.isEmpty() && player ? player->errorString() : m_errorText;
+        if (reason.trimmed().isEmpty())
+            reason = CouldNotPlay;
+        unplayableLabel->setText(QStringLiteral("This file cannot be played.\n%1").arg(reason));
+        m_alerts.close(CouldNotPlay, reason);
     });
 }
 
@@ -367,9 +430,20 @@ void AVSPDocument::setTransportEnabled(bool enabled)
 
 void AVSPDocument::updateTimeSlider()
 {
-    if (!player || timeSlider->isSliderDown())
+    if (!player)
         return;
-    timeSlider->setValue(int(player->position()));
+    updateClock();
+    if (!timeSlider->isSliderDown())
+        timeSlider->setValue(int(player->position()));
+}
+
+void AVSPDocument::updateClock()
+{
+    // A stream that does not state its length (an elementary .m2v) learns it
+    // while it plays: the slider's range follows.
+    if (player && m_readyToPlay && player->duration() > timeSlider->maximum())
+        timeSlider->setRange(0, int(player->duration()));
+    timeLabel->setText(PlaybackClock::text(currentTime(), duration()));
 }
 
 double AVSPDocument::duration() const
@@ -429,8 +503,8 @@ void AVSPDocument::windowWillClose()
     disconnect(player, nullptr, this, nullptr);
     if (audioOutput)
         disconnect(audioOutput, nullptr, this, nullptr);
-    if (playerLayer)
-        disconnect(playerLayer->videoSink(), nullptr, this, nullptr);
+    if (m_picture)
+        disconnect(m_picture->videoSink(), nullptr, this, nullptr);
     player->stop();
     player->setVideoOutput(nullptr);
     m_rate = 0.0;

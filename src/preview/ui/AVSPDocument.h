@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QMediaPlayer>
 #include <QUrl>
+#include <QVideoFrame>
 
 class Alerts;
 class QAudioOutput;
@@ -11,7 +12,6 @@ class QProgressBar;
 class QPushButton;
 class QSlider;
 class QTimer;
-class QVideoFrame;
 class QVideoWidget;
 
 // The preview player: one media file in a small modal window, with a picture
@@ -56,6 +56,8 @@ public:
     QPushButton *fastForwardButton = nullptr;
     QPushButton *rewindButton = nullptr;
     QSlider *timeSlider = nullptr;        // position in milliseconds
+    QLabel *timeLabel = nullptr;          // "0:07 / 3:25": elapsed and total time
+    QLabel *fileNameLabel = nullptr;      // the file's name above the picture
     QTimer *timeObserverToken = nullptr;  // moves the slider every tenth of a second
 
 public slots:
@@ -77,12 +79,14 @@ private:
     void playbackStateChanged(QMediaPlayer::PlaybackState state);
     void assetLoaded();
     void videoFrameChanged(const QVideoFrame &frame);
+    void showPicture();
     void stopLoadingAnimationAndHandleError(bool withError);
     void setRate(double rate);
     void noteRate(double rate);
     void rewindTick();
     void setTransportEnabled(bool enabled);
     void updateTimeSlider();
+    void updateClock();
 
     Alerts &m_alerts;
     double m_rate = 0.0;
@@ -91,6 +95,9 @@ private:
     bool m_failed = false;
     bool m_readyForDisplay = false;
     bool m_closed = false;
+    QVideoWidget *m_picture = nullptr;  // the picture output, made before the file is opened
+    QString m_errorText;                // the player's own words when the file fails
+    QVideoFrame m_lastFrame;            // the picture shown while the backend has none
     QTimer *m_rewindTimer = nullptr;
     QElapsedTimer m_rewindClock;
     double m_rewindStart = 0.0;

@@ -3,6 +3,10 @@
 
 // A determinate bar that takes floating values, as the tools' progress comes
 // in fractions. Values past the maximum are kept (doubleValue()) and drawn full.
+// A range of 0 to 0 means the amount is not known: the bar is busy (it
+// moves on its own) until a real range is set.
+// Screen readers hear the range and value as set here (0 to 3 files, 0 to
+// 100 %), whatever finer steps the bar draws with.
 class DoubleProgressBar : public QProgressBar {
     Q_OBJECT
 public:
@@ -15,6 +19,7 @@ public:
     double minDouble() const { return m_min; }
     double maxDouble() const { return m_max; }
     double doubleValue() const { return m_value; }
+    bool isBusy() const { return m_min == 0.0 && m_max == 0.0; }
 
 private:
     void redraw();

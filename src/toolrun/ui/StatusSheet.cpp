@@ -36,7 +36,7 @@ StatusSheet::StatusSheet(QWidget *mainWindow) : QDialog(mainWindow)
     setWindowFlag(Qt::Sheet, true);
     setWindowModality(Qt::NonModal);
     setAttribute(Qt::WA_DeleteOnClose, false);
-    setWindowTitle(QStringLiteral("Tamblo"));
+    setWindowTitle(QStringLiteral("Tamblo"));  // each sheet names what it is for
 }
 
 StatusSheet::~StatusSheet()

@@ -16,6 +16,7 @@ static QLabel *caption(const QString &text, QWidget *parent)
 Window_Progress::Window_Progress(QWidget *mainWindow) : StatusSheet(mainWindow)
 {
     setObjectName(QStringLiteral("Window_Progress"));
+    setWindowTitle(QStringLiteral("Converting Files"));
     auto *lay = new QVBoxLayout(this);
     labelDescription = caption(QStringLiteral("Converting the files for the disc…"), this);
     progressBar = new DoubleProgressBar(this);
@@ -31,6 +32,7 @@ Window_Progress::Window_Progress(QWidget *mainWindow) : StatusSheet(mainWindow)
 Window_Unique_Progress::Window_Unique_Progress(QWidget *mainWindow) : StatusSheet(mainWindow)
 {
     setObjectName(QStringLiteral("Window_Unique_Progress"));
+    setWindowTitle(QStringLiteral("Working"));  // the caller names what is done
     auto *lay = new QVBoxLayout(this);
     labelDescription = caption(QStringLiteral("Working…"), this);
     progressBar = new DoubleProgressBar(this);
@@ -43,6 +45,7 @@ Window_Unique_Progress::Window_Unique_Progress(QWidget *mainWindow) : StatusShee
 Window_Performing_Operation::Window_Performing_Operation(QWidget *mainWindow) : StatusSheet(mainWindow)
 {
     setObjectName(QStringLiteral("Window_Performing_Operation"));
+    setWindowTitle(QStringLiteral("Operation in Progress"));
     auto *lay = new QVBoxLayout(this);
     labelDescription = caption(QStringLiteral("Performing the operation. Please wait…"), this);
     pgAnimation = new QProgressBar(this);
@@ -57,6 +60,7 @@ Window_Performing_Operation::Window_Performing_Operation(QWidget *mainWindow) : 
 Window_Operation_Terminated::Window_Operation_Terminated(QWidget *mainWindow) : StatusSheet(mainWindow)
 {
     setObjectName(QStringLiteral("Window_Operation_Terminated"));
+    setWindowTitle(QStringLiteral("Operation Complete"));
     auto *lay = new QVBoxLayout(this);
     labelMessage = caption(QStringLiteral("The operation is complete."), this);
     btnOK = new QPushButton(QStringLiteral("OK"), this);
