@@ -41,6 +41,7 @@ bool isReady(QMediaPlayer::MediaStatus status)
 
 constexpr int kObserverIntervalMs = 100;  // the slider follows the position ten times a second
 constexpr int kRewindStepMs = 100;        // rewinding steps the position back this often
+constexpr int kBlankPictureMs = 200;      // how long a paused picture may stay blank
 
 QLabel *overlayLabel(const QString &text, const QString &name, QWidget *parent)
 {
@@ -275,11 +276,14 @@ void AVSPDocument::videoFrameChanged(const QVideoFrame &frame)
         return;
     if (!frame.isValid()) {
         // The backend blanks its picture when it flushes (a seek, the pause
-        // that decodes the first picture) and, paused, sends nothing after
-        // it: the picture keeps the last frame instead of going black.
+        // that decodes the first picture) and, paused, may send nothing
+        // after it: a picture still blank a moment later gets the last frame
+        // back instead of staying black. While playing or stepping back the
+        // next frame comes anyway.
         if (m_lastFrame.isValid())
-            QTimer::singleShot(0, this, [this] {
-                if (!m_closed && m_picture && !m_picture->videoSink()->videoFrame().isValid())
+            QTimer::singleShot(kBlankPictureMs, this, [this] {
+                if (!m_closed && !m_failed && m_picture && m_rate == 0.0 && !m_rewindTimer->isActive()
+                    && !m_picture->videoSink()->videoFrame().isValid())
                     m_picture->videoSink()->setVideoFrame(m_lastFrame);
             });
         return;
