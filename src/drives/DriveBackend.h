@@ -40,7 +40,7 @@ public:
     virtual void ejectTray(const Object_Optical_Drive &drive) = 0;
     virtual void closeTray(const Object_Optical_Drive &drive) = 0;
 
-    // Command lines of the long runs; AppDelegate starts them through the tool runner.
+    // Command lines of the long runs; the operations start them each as a ToolRun.
     virtual ToolCommand eraseCommand(const Object_Optical_Drive &drive, bool full) const = 0;
     virtual ToolCommand discInfoCommand(const Object_Optical_Drive &drive) const = 0;
 };

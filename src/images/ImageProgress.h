@@ -14,7 +14,7 @@ namespace ImageProgress {
 
 enum class Kind {
     // hdiutil burn -verbose: "DRStatusPercentCompleteKey: <fraction>", read
-    // by the tool runner's own parser (ProgressParsers::recorderPercent).
+    // by the progress parsers (ProgressParsers::recorderPercent).
     DiscRecordingPercent,
     // xorriso -as cdrecord: "xorriso : UPDATE :   11 of   50 MB written ...",
     // one line a report. The last such report of a chunk counts: written *
