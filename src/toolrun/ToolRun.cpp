@@ -229,7 +229,10 @@ ToolVerdict ToolRun::runToEnd(const ToolCommand &command, int timeoutMs, Channel
         process.kill();
         process.waitForFinished(-1);
     }
-    verdict.output = QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError());
+    QByteArray bytes = process.readAllStandardOutput();
+    if (channels == Channels::Separate)
+        bytes += process.readAllStandardError();
+    verdict.output = QString::fromUtf8(bytes);
     verdict.exitCode = process.exitCode();
     verdict.elapsedMs = clock.elapsed();
     if (timedOut) {
