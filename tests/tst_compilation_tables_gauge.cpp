@@ -4,6 +4,7 @@
 
 #include <QHeaderView>
 #include <QImage>
+#include <QItemSelectionModel>
 #include <QPixmap>
 #include <QPushButton>
 #include <QRadioButton>
@@ -404,6 +405,82 @@ private slots:
         QCOMPARE(reset.count(), 0);
         QCOMPARE(model.rowCount(), 494);
         QCOMPARE(model.at(0).s_File_Name_With_Extension, QStringLiteral("t4.mp3"));
+    }
+
+    // The table's selected rows, read from the selection's ranges: rows
+    // picked one by one, a block, and a single cell (not a row).
+    void selectedRowsOfManySelections()
+    {
+        MediaListModel model;
+        QList<NodeMediaFile> list;
+        for (int i = 0; i < 3000; ++i)
+            list << media("/m", QStringLiteral("t%1.mp3").arg(i));
+        model.append(list);
+        CompilationTable table(QStringLiteral("Audio"));
+        table.setModel(&model);
+        QCOMPARE(table.selectedRows(), QList<int>());
+        QItemSelection picked;
+        QList<int> expected;
+        for (int row = 1; row < 2000; row += 2) {
+            picked.select(model.index(row, 0), model.index(row, MediaListModel::ColumnCount - 1));
+            expected << row;
+        }
+        picked.select(model.index(2500, 0), model.index(2509, MediaListModel::ColumnCount - 1));
+        for (int row = 2500; row < 2510; ++row)
+            expected << row;
+        table.selectionModel()->select(picked, QItemSelectionModel::ClearAndSelect);
+        table.selectionModel()->select(model.index(2800, 1), QItemSelectionModel::Select);  // one cell
+        // The same row twice counts once.
+        table.selectionModel()->select(model.index(3, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        QCOMPARE(table.selectedRows(), expected);
+        // Whatever Qt itself calls the selected rows.
+        QList<int> qtRows;
+        for (const QModelIndex &i : table.selectionModel()->selectedRows())
+            qtRows << i.row();
+        std::sort(qtRows.begin(), qtRows.end());
+        QCOMPARE(table.selectedRows(), qtRows);
+    }
+
+    // A sort folds each text once; the order must be the one the natural
+    // comparison gives, ties kept in their order, for any mix of case,
+    // digits and accents.
+    void sortingMatchesTheNaturalComparison()
+    {
+        const QStringList pieces{"a", "A", "b", "é", "É", "ß", "SS", "z", "Z", "0", "1", "01", "10", "2", " ",
+                                 "-", "_", "Ä", "ä", "ö", "9", "007", "x"};
+        quint32 seed = 12345;
+        auto next = [&seed] {
+            seed = seed * 1103515245u + 12345u;
+            return int((seed >> 16) % 0x7fff);
+        };
+        QList<NodeMediaFile> list;
+        for (int i = 0; i < 3000; ++i) {
+            QString name;
+            const int length = 1 + next() % 6;
+            for (int k = 0; k < length; ++k)
+                name += pieces.at(next() % pieces.size());
+            NodeMediaFile n = media("/m", name + QStringLiteral(".mp3"));
+            n.s_File_Size = QString::number(i);  // tells equal names apart
+            list << n;
+        }
+        for (const bool ascending : {true, false}) {
+            QList<NodeMediaFile> reference = list;
+            std::stable_sort(reference.begin(), reference.end(), [&](const NodeMediaFile &x, const NodeMediaFile &y) {
+                return ascending
+                    ? ListSorting::naturalCompare(x.s_File_Name_With_Extension, y.s_File_Name_With_Extension) < 0
+                    : ListSorting::naturalCompare(y.s_File_Name_With_Extension, x.s_File_Name_With_Extension) < 0;
+            });
+            QList<NodeMediaFile> sorted = list;
+            ColumnSortFlags flags;
+            flags.m_b_Col1_Ascenging = ascending;
+            QVERIFY(ListSorting::sortMediaFiles(sorted, 0, flags));
+            QStringList got, want;
+            for (int i = 0; i < list.size(); ++i) {
+                got << sorted.at(i).s_File_Name_With_Extension + QLatin1Char('#') + sorted.at(i).s_File_Size;
+                want << reference.at(i).s_File_Name_With_Extension + QLatin1Char('#') + reference.at(i).s_File_Size;
+            }
+            QCOMPARE(got, want);
+        }
     }
 
     // Totals stop at the top instead of wrapping, and a duration below 0
