@@ -697,6 +697,35 @@ private slots:
         checkRecord(rig.media.at(3), files.at(3), 2);
     }
 
+    // No ffmpeg at all: every file is still listed, without a duration, and
+    // no file is tried again on its own.
+    void missingTranscoderStillListsEveryFile()
+    {
+        Rig rig(m_dir.filePath(QStringLiteral("no-such-ffmpeg")));
+        rig.actions.probeJob()->setMaxParallel(2);
+        QMutex lock;
+        int runs = 0;
+        ToolRun::setObserver([&](const ToolVerdict &) {
+            QMutexLocker hold(&lock);
+            ++runs;
+        });
+        const QStringList files{path("base2.mp3"), path("base3.mp3"), path("base2.mp4"), path("base2.mp3")};
+        QVERIFY(rig.actions.addMediaFiles(CompilationActions::VideoTab, files));
+        waitForRefresh(rig);
+        ToolRun::setObserver({});
+        QCOMPARE(rig.rec.events, QStringList({"shown 4", "progress 1", "progress 2", "progress 3", "progress 4",
+                                              "closed", "refresh 1"}));
+        QCOMPARE(rig.media.count(), 4);
+        for (int i = 0; i < 4; ++i) {
+            QCOMPARE(rig.media.at(i).s_File_Path, files.at(i));
+            QCOMPARE(rig.media.at(i).s_Duration, QString());
+            QCOMPARE(rig.media.at(i).i_Duration_in_Seconds, qint64(0));
+            QVERIFY(rig.media.at(i).s_File_Size.endsWith(QLatin1String(" KB")));
+        }
+        QMutexLocker hold(&lock);
+        QCOMPARE(runs, 2);  // one attempt per batch
+    }
+
     // More files than one batch takes: several batches, one record per
     // file, in order.
     void manyFilesInSeveralBatches()
