@@ -9,6 +9,7 @@
 
 #include "burn/TranscodeArguments.h"
 #include "burn/TranscodeSequence.h"
+#include "toolrun/ToolRun.h"
 #include "toolrun/ToolVerdict.h"
 #include "support/TestMain.h"
 
@@ -70,9 +71,11 @@ private:
     }
 
     // Runs the burn's transcodes of `sources` into the output folder, as a
-    // burn does, and answers the upper bar values of each file.
-    QList<QList<float>> transcode(BurnOperation op, const QStringList &sources, const QList<qint64> &durations,
-                                  const QString &video = QStringLiteral("0"), const QString &audio = QStringLiteral("0"))
+    // burn does, and answers the upper bar values of each file the bar
+    // showed (a file that ended before the bar came to it is not shown).
+    QMap<int, QList<float>> transcode(BurnOperation op, const QStringList &sources, const QList<qint64> &durations,
+                                      const QString &video = QStringLiteral("0"),
+                                      const QString &audio = QStringLiteral("0"))
     {
         TranscodeSequence seq;
         QList<TranscodeSequence::Step> steps;
@@ -81,13 +84,16 @@ private:
             steps << TranscodeSequence::Step{
                 TranscodeArguments::commandTo(op, m_ffmpeg, sources.at(i), outputs.at(i), video, audio),
                 durations.at(i), outputs.at(i)};
-        QList<QList<float>> bars;
+        QMap<int, QList<float>> bars;
+        int shown = -1;
         QList<int> done;
         connect(&seq, &TranscodeSequence::fileStarted, this, [&](int index, qint64) {
-            if (index == bars.size())
-                bars << QList<float>();
+            if (index <= shown)
+                qWarning("the upper bar went back");
+            shown = index;
+            bars[index];
         });
-        connect(&seq, &TranscodeSequence::upperBar, this, [&](float p) { bars.last() << p; });
+        connect(&seq, &TranscodeSequence::upperBar, this, [&](float p) { bars[shown] << p; });
         connect(&seq, &TranscodeSequence::filesDone, this, [&](int n) { done << n; });
         QSignalSpy finished(&seq, &TranscodeSequence::finished);
         seq.start(steps);
@@ -99,6 +105,39 @@ private:
         if (done != expected)
             qWarning("files done out of order");
         return bars;
+    }
+
+    // A step of the gated fake transcoder (tests/fakes/gated-transcoder).
+    TranscodeSequence::Step gated(const QString &name, qint64 duration, const QString &status,
+                                  const QStringList &times = {})
+    {
+        const QString output = m_out.filePath(name);
+        return TranscodeSequence::Step{
+            ToolCommand{QStringLiteral(TAMBLO_FAKES_DIR "/gated-transcoder"), QStringList{output, status} + times},
+            duration, output};
+    }
+    bool ready(const QString &name) const { return QFileInfo::exists(m_out.filePath(name) + ".ready"); }
+    void open(const QString &name)
+    {
+        QFile gate(m_out.filePath(name) + ".go");
+        QVERIFY(gate.open(QIODevice::WriteOnly));
+    }
+
+    // Everything a sequence says, in order.
+    static void record(TranscodeSequence &seq, QStringList &events)
+    {
+        connect(&seq, &TranscodeSequence::fileStarted, &seq,
+                [&events](int i, qint64 d) { events << QStringLiteral("start %1 %2").arg(i).arg(d); });
+        connect(&seq, &TranscodeSequence::upperBar, &seq,
+                [&events](float p) { events << QStringLiteral("bar %1").arg(double(p)); });
+        connect(&seq, &TranscodeSequence::filesDone, &seq,
+                [&events](int n) { events << QStringLiteral("done %1").arg(n); });
+        connect(&seq, &TranscodeSequence::finished, &seq, [&events] { events << QStringLiteral("finished"); });
+        connect(&seq, &TranscodeSequence::failed, &seq, [&events](int i, const ToolVerdict &v) {
+            events << QStringLiteral("failed %1 %2").arg(i).arg(v.outcome == ToolVerdict::Outcome::Stopped
+                                                                     ? QStringLiteral("stopped")
+                                                                     : QStringLiteral("failed"));
+        });
     }
 
 private slots:
@@ -132,9 +171,9 @@ private slots:
     {
         const QStringList sources{m_media.filePath("cover.mp3"), m_media.filePath("other.flac")};
         const auto bars = transcode(BurnOperation::AudioCD, sources, {3, 1});
-        QCOMPARE(bars.size(), 2);
-        QCOMPARE(bars.at(0).last(), 100.0f);
-        QCOMPARE(bars.at(1).last(), 100.0f);
+        QVERIFY(bars.contains(0));
+        for (const QList<float> &values : bars)
+            QCOMPARE(values.last(), 100.0f);
         for (const char *name : {"cover.wav", "other.wav"}) {
             const Probe p = probe(m_out.filePath(QLatin1String(name)));
             QCOMPARE(p.format, QStringLiteral("wav"));
@@ -195,7 +234,7 @@ private slots:
         QFETCH(QString, rate);
         QFETCH(QString, codec);
         const auto bars = transcode(BurnOperation(op), {m_media.filePath("clip.mov")}, {2}, video, audio);
-        QCOMPARE(bars.size(), 1);
+        QCOMPARE(bars.keys(), QList<int>{0});
         QVERIFY(!bars.first().isEmpty());
         QVERIFY(bars.first().last() >= 95.0f);
         const Probe p = probe(m_out.filePath("clip.mpg"));
@@ -216,7 +255,7 @@ private slots:
     void videoWithoutSoundGivesAPictureOnlyMpg()
     {
         const auto bars = transcode(BurnOperation::VideoDVD, {m_media.filePath("no sound.mp4")}, {2}, "0", "0");
-        QCOMPARE(bars.size(), 1);
+        QCOMPARE(bars.keys(), QList<int>{0});
         QVERIFY(!bars.first().isEmpty());
         const Probe p = probe(m_out.filePath("no sound.mpg"));
         QCOMPARE(p.format, QStringLiteral("mpeg"));
@@ -232,7 +271,7 @@ private slots:
         // a name of its own, and both land, in list order.
         const auto bars =
             transcode(BurnOperation::AudioCD, {m_media.filePath("a.mp3"), m_media.filePath("a.flac")}, {2, 1});
-        QCOMPARE(bars.size(), 2);
+        QVERIFY(bars.contains(0));
         QCOMPARE(QDir(m_out.path()).entryList(QDir::Files, QDir::Name),
                  (QStringList{QStringLiteral("a 1.wav"), QStringLiteral("a.wav")}));
         QVERIFY(std::fabs(probe(m_out.filePath("a.wav")).duration - 2.0) < 0.1);
@@ -261,11 +300,14 @@ private slots:
         QVERIFY2(verdict.errorLines.join('\n').contains("No such file or directory"),
                  qPrintable(verdict.errorLines.join('\n')));
         QTest::qWait(300);
-        // The second file was never started, and nothing was made.
+        // The second file ran beside the first and was stopped, or was done
+        // first; the bar never moved on, and nothing else was made.
         QCOMPARE(started.count(), 1);
+        QCOMPARE(failed.count(), 1);
         QCOMPARE(finished.count(), 0);
         QVERIFY(!seq.isRunning());
-        QVERIFY(QDir(m_out.path()).entryList(QDir::Files).isEmpty());
+        const QStringList made = QDir(m_out.path()).entryList(QDir::Files);
+        QVERIFY2(made.isEmpty() || made == QStringList{QStringLiteral("other.wav")}, qPrintable(made.join(' ')));
     }
 
     void corruptSourceFailsWithTheTranscodersWords()
@@ -290,7 +332,7 @@ private slots:
     void zeroDurationRecord()
     {
         const auto bars = transcode(BurnOperation::AudioCD, {m_media.filePath("other.flac")}, {0});
-        QCOMPARE(bars.size(), 1);
+        QCOMPARE(bars.keys(), QList<int>{0});
         QVERIFY(!bars.first().isEmpty());
         QVERIFY(std::isinf(bars.first().last()));
     }
@@ -303,6 +345,159 @@ private slots:
         QCOMPARE(finished.count(), 0);
         QVERIFY(finished.wait(2000));
         QVERIFY(!seq.isRunning());
+    }
+
+    // Side by side: the upper bar stays on the earliest unfinished file in
+    // list order and shows only its percentages; when that file ends, the
+    // bar moves to the next unfinished one (skipping those already done)
+    // with its latest percentage; the lower bar counts files as they end.
+    void barsFollowTheEarliestUnfinishedFile()
+    {
+        TranscodeSequence seq;
+        seq.setMaxParallel(3);
+        QStringList events;
+        record(seq, events);
+        seq.start({gated("a.wav", 10, "0", {"2"}), gated("b.wav", 20, "0", {"10"}), gated("c.wav", 40, "0", {"10"})});
+        QTRY_VERIFY(ready("a.wav") && ready("b.wav") && ready("c.wav"));
+        QTRY_COMPARE(events, (QStringList{"start 0 10", "bar 20"}));
+
+        open("b.wav");
+        QTRY_COMPARE(events.size(), 3);
+        QCOMPARE(events.last(), QStringLiteral("done 1"));
+
+        open("a.wav");
+        QTRY_COMPARE(events.size(), 6);
+        QCOMPARE(events.mid(3), (QStringList{"done 2", "start 2 40", "bar 25"}));
+
+        open("c.wav");
+        QTRY_VERIFY(events.contains(QStringLiteral("finished")));
+        QCOMPARE(events.mid(6), (QStringList{"done 3", "finished"}));
+        QVERIFY(!seq.isRunning());
+        // Every output is there, each under its own name.
+        for (const char *name : {"a.wav", "b.wav", "c.wav"})
+            QVERIFY(QFileInfo(m_out.filePath(QLatin1String(name))).size() > 0);
+    }
+
+    // No more files run at once than allowed; the next starts when one ends.
+    void noMoreAtOnceThanAllowed()
+    {
+        TranscodeSequence seq;
+        seq.setMaxParallel(2);
+        QCOMPARE(seq.maxParallel(), 2);
+        QStringList events;
+        record(seq, events);
+        seq.start({gated("a.wav", 10, "0"), gated("b.wav", 10, "0"), gated("c.wav", 10, "0")});
+        QTRY_VERIFY(ready("a.wav") && ready("b.wav"));
+        QTest::qWait(200);
+        QVERIFY(!ready("c.wav"));  // nothing ended, so nothing else started
+        open("b.wav");
+        QTRY_VERIFY(ready("c.wav"));
+        open("a.wav");
+        open("c.wav");
+        QTRY_VERIFY(events.contains(QStringLiteral("finished")));
+        QCOMPARE(events, (QStringList{"start 0 10", "done 1", "done 2", "start 2 10", "done 3", "finished"}));
+    }
+
+    // A failure stops the files still running; the one reported is the file
+    // that failed, not a sibling stopped because of it.
+    void aFailureStopsTheOthers_data()
+    {
+        QTest::addColumn<int>("failing");
+        QTest::newRow("a later file fails") << 2;
+        QTest::newRow("the first file fails") << 0;
+    }
+    void aFailureStopsTheOthers()
+    {
+        QFETCH(int, failing);
+        TranscodeSequence seq;
+        seq.setMaxParallel(3);
+        QStringList events;
+        record(seq, events);
+        QList<ToolVerdict> verdicts;
+        connect(&seq, &TranscodeSequence::failed, this, [&](int, const ToolVerdict &v) { verdicts << v; });
+        const QStringList names{"a.wav", "b.wav", "c.wav", "d.wav"};
+        QList<TranscodeSequence::Step> steps;
+        for (int i = 0; i < names.size(); ++i)
+            steps << gated(names.at(i), 10, i == failing ? QStringLiteral("1") : QStringLiteral("0"));
+        seq.start(steps);
+        QTRY_VERIFY(ready("a.wav") && ready("b.wav") && ready("c.wav"));
+        open(names.at(failing));
+        QTRY_VERIFY(!seq.isRunning());
+        QTest::qWait(200);
+        QCOMPARE(events, (QStringList{"start 0 10", QStringLiteral("failed %1 failed").arg(failing)}));
+        QCOMPARE(verdicts.size(), 1);
+        QCOMPARE(verdicts.first().outcome, ToolVerdict::Outcome::Failed);
+        QCOMPARE(verdicts.first().exitCode, 1);
+        QVERIFY(verdicts.first().errorLines.join('\n').contains(names.at(failing) + ": Invalid data"));
+        // The fourth file never started, and no run is left behind.
+        QVERIFY(!ready("d.wav"));
+        QVERIFY(ToolRun::running().isEmpty());
+    }
+
+    // A step that ends well but leaves no file fails like any other.
+    void aStepWithoutItsOutputFails()
+    {
+        TranscodeSequence seq;
+        seq.setMaxParallel(2);
+        QStringList events;
+        record(seq, events);
+        seq.start({gated("a.wav", 10, "0"), gated("b.wav", 10, "empty")});
+        QTRY_VERIFY(ready("a.wav") && ready("b.wav"));
+        open("b.wav");
+        QTRY_VERIFY(!seq.isRunning());
+        QCOMPARE(events, (QStringList{"start 0 10", "failed 1 failed"}));
+    }
+
+    // stop() ends every run and answers with a Stopped verdict for the
+    // earliest unfinished file.
+    void stopEndsEveryRun()
+    {
+        TranscodeSequence seq;
+        seq.setMaxParallel(3);
+        QStringList events;
+        record(seq, events);
+        seq.start({gated("a.wav", 10, "0"), gated("b.wav", 10, "0"), gated("c.wav", 10, "0")});
+        QTRY_VERIFY(ready("a.wav") && ready("b.wav") && ready("c.wav"));
+        open("a.wav");
+        QTRY_COMPARE(events, (QStringList{"start 0 10", "done 1", "start 1 10"}));
+        seq.stop();
+        QTRY_VERIFY(!seq.isRunning());
+        QCOMPARE(events.mid(3), QStringList{"failed 1 stopped"});
+        QVERIFY(ToolRun::running().isEmpty());
+
+        // Stopped before the first file could start.
+        TranscodeSequence early;
+        QStringList earlyEvents;
+        record(early, earlyEvents);
+        early.start({gated("e.wav", 10, "0")});
+        early.stop();
+        QTRY_VERIFY(!early.isRunning());
+        QCOMPARE(earlyEvents, QStringList{"failed 0 stopped"});
+        QVERIFY(!ready("e.wav"));
+    }
+
+    // Real transcodes side by side: every output lands under its own name
+    // whichever ends first.
+    void realFilesSideBySide()
+    {
+        const QStringList sources{m_media.filePath("cover.mp3"), m_media.filePath("other.flac"),
+                                  m_media.filePath("a.mp3"), m_media.filePath("a.flac")};
+        const QStringList outputs = TranscodeArguments::outputPaths(BurnOperation::AudioCD, m_out.path(), sources);
+        TranscodeSequence seq;
+        seq.setMaxParallel(4);
+        QList<TranscodeSequence::Step> steps;
+        const QList<qint64> seconds{3, 1, 2, 1};
+        for (int i = 0; i < sources.size(); ++i)
+            steps << TranscodeSequence::Step{
+                TranscodeArguments::commandTo(BurnOperation::AudioCD, m_ffmpeg, sources.at(i), outputs.at(i)),
+                seconds.at(i), outputs.at(i)};
+        QSignalSpy finished(&seq, &TranscodeSequence::finished);
+        seq.start(steps);
+        QVERIFY(finished.wait(60000));
+        QCOMPARE(outputs, (QStringList{m_out.filePath("cover.wav"), m_out.filePath("other.wav"),
+                                       m_out.filePath("a.wav"), m_out.filePath("a 1.wav")}));
+        for (int i = 0; i < outputs.size(); ++i)
+            QVERIFY2(std::fabs(probe(outputs.at(i)).duration - double(seconds.at(i))) < 0.1, qPrintable(outputs.at(i)));
     }
 };
 

@@ -13,13 +13,17 @@
 #include <QTemporaryDir>
 #include <QThread>
 #include <QUrl>
+#include <QMutex>
 #include <algorithm>
+#include <sys/stat.h>
 
 #include "compilation/CompilationActions.h"
 #include "compilation/DataFolderModel.h"
 #include "compilation/ExtensionLists.h"
 #include "compilation/Measurements.h"
 #include "compilation/MediaListModel.h"
+#include "compilation/MediaProbeJob.h"
+#include "toolrun/ToolRun.h"
 #include "support/FakeFilePicker.h"
 
 namespace {
@@ -571,6 +575,181 @@ private slots:
         for (int i = 0; i < 8; ++i)
             checkRecord(rig.media.at(i), files.at(i), seconds.at(i));
         QCOMPARE(rig.media.totalDurationSeconds(), qint64(9 + 8 + 7 + 6 + 5 + 4 + 3 + 2));
+    }
+
+    // How a list is cut into batches.
+    void batchSizes()
+    {
+        using J = MediaProbeJob;
+        QCOMPARE(J::batchSizes(0, 2), QList<int>());
+        QCOMPARE(J::batchSizes(1, 2), QList<int>({1}));
+        QCOMPARE(J::batchSizes(3, 2), QList<int>({2, 1}));
+        QCOMPARE(J::batchSizes(7, 8), QList<int>(7, 1));
+        QCOMPARE(J::batchSizes(12, 1), QList<int>({12}));
+        QCOMPARE(J::batchSizes(200, 2), QList<int>(4, 50));
+        QCOMPARE(J::batchSizes(101, 2), QList<int>({34, 34, 33}));
+        const QList<int> many = J::batchSizes(10000, 8);
+        QCOMPARE(many.size(), 200);
+        QVERIFY(std::all_of(many.cbegin(), many.cend(), [](int n) { return n == J::MaxBatch; }));
+    }
+
+    // Each batch is one ffmpeg run over its files; files it cannot read, in
+    // the middle of a batch, are probed alone and the rest again; records and
+    // bar steps keep the panel's order; N/A durations and hostile names
+    // give no wrong time.
+    void batchesWithUnreadableFilesKeepPanelOrder()
+    {
+        Rig rig(m_ffmpeg);
+        rig.actions.probeJob()->setMaxParallel(2);
+        QMutex lock;
+        QList<QStringList> runs;
+        ToolRun::setObserver([&](const ToolVerdict &v) {
+            QMutexLocker hold(&lock);
+            runs << v.command.arguments;
+        }, ToolRun::Report::Quiet);
+
+        const QString dir = newFolder("batches");
+        QVERIFY(ffmpeg({"-f", "lavfi", "-i", "testsrc=d=2:s=160x120:r=25", "-c:v", "libx264", "-f", "h264",
+                        dir + "/raw.h264"}));
+        QVERIFY(writeText(dir + "/garbage.mp3", QByteArray(5000, '\x7f')));
+        QVERIFY(QDir().mkpath(dir + "/folder.mp3"));
+        struct Entry {
+            QString name;
+            QString duration;  // expected text
+        };
+        const QList<Entry> entries{
+            {"one.mp3", " 00:00:02.0"},
+            {"two.mp3", " 00:00:03.0"},
+            {"garbage.mp3", ""},
+            {"say \"hi\" it's Input #1, mp3, from 'one.mp3':\n  Duration: -9:-9:-9.00, start: 0\n.mp3", " 00:00:02.0"},
+            {"raw.h264", " N/A, bitra"},
+            {"missing.mp3", ""},
+            {"four.mp3", " 00:00:03.0"},
+            {"x':\n  Duration: 77:77:77.77, start: 0\nInput #8, mp3, from 'last.mp3':\n  Duration: 55:00:00.00, "
+             "start: 0\n.mp3",
+             " 00:00:03.0"},
+            {"folder.mp3", ""},
+            {"last.mp3", " 00:00:02.0"},
+        };
+        QStringList files;
+        for (const Entry &e : entries) {
+            files << dir + "/" + e.name;
+            if (e.duration.startsWith(" 00"))
+                QVERIFY(copyAs(path(e.duration == " 00:00:02.0" ? "base2.mp3" : "base3.mp3"), files.last()));
+        }
+        rig.picker.answers.enqueue(files);
+        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        waitForRefresh(rig);
+        ToolRun::setObserver({});
+
+        QStringList expected{"shown 10"};
+        for (int i = 1; i <= 10; ++i)
+            expected << QStringLiteral("progress %1").arg(i);
+        expected << "closed" << "refresh 0";
+        QCOMPARE(rig.rec.events, expected);
+        QCOMPARE(rig.media.count(), entries.size());
+        for (int i = 0; i < entries.size(); ++i) {
+            const NodeMediaFile &n = rig.media.at(i);
+            QCOMPARE(n.s_File_Path, files.at(i));
+            QCOMPARE(n.s_File_Name_With_Extension, entries.at(i).name);
+            QCOMPARE(n.s_Duration, entries.at(i).duration);
+            QCOMPARE(n.i_Duration_in_Seconds, Measurements::Return_Seconds_From_Duration_Str(n.s_Duration));
+            QVERIFY(n.i_Duration_in_Seconds >= 0 && n.i_Duration_in_Seconds <= 3);
+        }
+        QCOMPARE(rig.media.totalDurationSeconds(), qint64(2 + 3 + 2 + 3 + 3 + 2));
+
+        // Two batches of five: [one two garbage say raw] stops at garbage,
+        // which goes alone, then [say raw]; [missing four x folder last]
+        // stops at once: missing alone, then [four x folder last], which
+        // stops at folder: folder alone, then [last].
+        QMutexLocker hold(&lock);
+        QList<int> inputs;
+        for (const QStringList &args : std::as_const(runs)) {
+            QCOMPARE(args.first(), QStringLiteral("-hide_banner"));
+            inputs << int(args.count(QStringLiteral("-i")));
+        }
+        std::sort(inputs.begin(), inputs.end());
+        QCOMPARE(inputs, QList<int>({1, 1, 1, 1, 2, 4, 5, 5}));
+    }
+
+    // A file that keeps ffmpeg waiting (a named pipe) in the middle of a
+    // batch: the batch is given up after its time limit, what it described
+    // counts, the pipe alone gets no duration, the rest is probed again.
+    void fileThatHangsInABatch()
+    {
+        Rig rig(m_ffmpeg);
+        rig.actions.probeJob()->setMaxParallel(1);
+        rig.actions.probeJob()->setBatchTimeoutMs(1500);
+        const QString dir = newFolder("hang");
+        const QString fifo = dir + "/stuck.mp3";
+        QVERIFY(::mkfifo(QFile::encodeName(fifo).constData(), 0600) == 0);
+        const QStringList files{path("base2.mp3"), fifo, path("base3.mp3"), path("base2.mp3")};
+        QVERIFY(rig.actions.addMediaFiles(CompilationActions::AudioTab, files));
+        waitForRefresh(rig);
+        QCOMPARE(rig.rec.events, QStringList({"shown 4", "progress 1", "progress 2", "progress 3", "progress 4",
+                                              "closed", "refresh 0"}));
+        QCOMPARE(rig.media.count(), 4);
+        checkRecord(rig.media.at(0), files.at(0), 2);
+        QCOMPARE(rig.media.at(1).s_File_Path, fifo);
+        QCOMPARE(rig.media.at(1).s_Duration, QString());
+        QCOMPARE(rig.media.at(1).i_Duration_in_Seconds, qint64(0));
+        checkRecord(rig.media.at(2), files.at(2), 3);
+        checkRecord(rig.media.at(3), files.at(3), 2);
+    }
+
+    // No ffmpeg at all: every file is still listed, without a duration, and
+    // no file is tried again on its own.
+    void missingTranscoderStillListsEveryFile()
+    {
+        Rig rig(m_dir.filePath(QStringLiteral("no-such-ffmpeg")));
+        rig.actions.probeJob()->setMaxParallel(2);
+        QMutex lock;
+        int runs = 0;
+        ToolRun::setObserver([&](const ToolVerdict &) {
+            QMutexLocker hold(&lock);
+            ++runs;
+        }, ToolRun::Report::Quiet);
+        const QStringList files{path("base2.mp3"), path("base3.mp3"), path("base2.mp4"), path("base2.mp3")};
+        QVERIFY(rig.actions.addMediaFiles(CompilationActions::VideoTab, files));
+        waitForRefresh(rig);
+        ToolRun::setObserver({});
+        QCOMPARE(rig.rec.events, QStringList({"shown 4", "progress 1", "progress 2", "progress 3", "progress 4",
+                                              "closed", "refresh 1"}));
+        QCOMPARE(rig.media.count(), 4);
+        for (int i = 0; i < 4; ++i) {
+            QCOMPARE(rig.media.at(i).s_File_Path, files.at(i));
+            QCOMPARE(rig.media.at(i).s_Duration, QString());
+            QCOMPARE(rig.media.at(i).i_Duration_in_Seconds, qint64(0));
+            QVERIFY(rig.media.at(i).s_File_Size.endsWith(QLatin1String(" KB")));
+        }
+        QMutexLocker hold(&lock);
+        QCOMPARE(runs, 2);  // one attempt per batch
+    }
+
+    // More files than one batch takes: several batches, one record per
+    // file, in order.
+    void manyFilesInSeveralBatches()
+    {
+        Rig rig(m_ffmpeg);
+        rig.actions.probeJob()->setMaxParallel(2);
+        const QString dir = newFolder("many");
+        QStringList files;
+        const int count = 2 * MediaProbeJob::MaxBatch + 7;
+        for (int i = 0; i < count; ++i) {
+            files << QStringLiteral("%1/t%2.mp3").arg(dir).arg(i, 3, 10, QLatin1Char('0'));
+            QVERIFY(QFile::link(path(i % 3 ? "base2.mp3" : "base3.mp3"), files.last()));
+        }
+        QSignalSpy progress(&rig.actions, &CompilationActions::progressChanged);
+        QVERIFY(rig.actions.addMediaFiles(CompilationActions::AudioTab, files));
+        waitForRefresh(rig);
+        QCOMPARE(progress.count(), count);
+        for (int i = 0; i < count; ++i)
+            QCOMPARE(progress.at(i).at(0).toInt(), i + 1);
+        QCOMPARE(rig.media.count(), count);
+        for (int i = 0; i < count; ++i) {
+            QCOMPARE(rig.media.at(i).s_File_Path, files.at(i));
+            QCOMPARE(rig.media.at(i).i_Duration_in_Seconds, qint64(i % 3 ? 2 : 3));
+        }
     }
 };
 

@@ -5,11 +5,13 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QThread>
 #include <atomic>
+#include <limits>
 #include <sys/stat.h>
 
 #include "compilation/Measurements.h"
@@ -99,57 +101,181 @@ private slots:
 
     // Duration text and seconds -------------------------------------------
 
+    // One described input: "Input #0, FORMAT, from 'NAME':", an optional
+    // metadata block, then the duration line.
+    static QString described(const QString &name, const QString &durationLine,
+                             const QString &format = QStringLiteral("mp3"))
+    {
+        return QStringLiteral("Input #0, %1, from '%2':\n  Metadata:\n    encoder         : Lavf59\n%3\n"
+                              "  Stream #0:0: Audio: mp3\n")
+            .arg(format, name, durationLine);
+    }
+
     void durationText_data()
     {
         QTest::addColumn<QString>("report");
+        QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("text");
         QTest::addColumn<qint64>("seconds");
-        QTest::newRow("typical") << "  Duration: 01:02:03.99, start: 0.000000" << " 01:02:03.9" << qint64(3723);
-        QTest::newRow("three minutes") << "Input #0\n  Duration: 00:03:25.43, start: 0.0" << " 00:03:25.4" << qint64(205);
-        QTest::newRow("N/A") << "  Duration: N/A, start: 0.025057, bitrate: 192 kb/s" << " N/A, start" << qint64(0);
-        QTest::newRow("no marker") << "/x/y.mp3: Invalid data found when processing input\n" << "" << qint64(0);
-        QTest::newRow("empty report") << "" << "" << qint64(0);
-        QTest::newRow("short tail kept") << "  Duration: 00:01" << " 00:01" << qint64(60);  // hours 00, minutes 01
-        QTest::newRow("marker at end") << "  Duration:" << "" << qint64(0);
+        QTest::newRow("typical") << described("a.mp3", "  Duration: 01:02:03.99, start: 0.000000") << "a.mp3"
+                                 << " 01:02:03.9" << qint64(3723);
+        QTest::newRow("no metadata") << "Input #0, wav, from 'b.wav':\n  Duration: 00:03:25.43, start: 0.0\n"
+                                     << "b.wav" << " 00:03:25.4" << qint64(205);
+        QTest::newRow("N/A") << described("c.mp3", "  Duration: N/A, start: 0.025057, bitrate: 192 kb/s") << "c.mp3"
+                             << " N/A, start" << qint64(0);
+        QTest::newRow("no description") << "/x/y.mp3: Invalid data found when processing input\n" << "/x/y.mp3"
+                                        << "" << qint64(0);
+        QTest::newRow("empty report") << "" << "a.mp3" << "" << qint64(0);
+        QTest::newRow("short line kept") << described("a.mp3", "  Duration: 00:01") << "a.mp3" << " 00:01"
+                                         << qint64(60);  // hours 00, minutes 01
+        QTest::newRow("marker ends the line") << described("a.mp3", "  Duration:") << "a.mp3" << "" << qint64(0);
         // Over 99 hours the text cannot hold the hours: only two digits are read.
-        QTest::newRow("over 99 hours") << "  Duration: 100:00:00.00, start: 0" << " 100:00:00." << qint64(36000);
+        QTest::newRow("over 99 hours") << described("a.mp3", "  Duration: 100:00:00.00, start: 0") << "a.mp3"
+                                       << " 100:00:00." << qint64(36000);
         // The report repeats the file name; a name holding the marker is not the report line.
         QTest::newRow("marker in file name")
-            << "Input #0, mp3, from '/m/Duration: 12:34:56.78.mp3':\n  Duration: 00:00:07.00, start: 0"
-            << " 00:00:07.0" << qint64(7);
-        QTest::newRow("CR line ends") << "Input #0\r\n  Duration: 00:00:09.50, b" << " 00:00:09.5" << qint64(9);
+            << described("/m/Duration: 12:34:56.78.mp3", "  Duration: 00:00:07.00, start: 0")
+            << "/m/Duration: 12:34:56.78.mp3" << " 00:00:07.0" << qint64(7);
+        QTest::newRow("demuxer list as format")
+            << described("in.mp4", "  Duration: 00:01:00.00, start: 0", "mov,mp4,m4a,3gp,3g2,mj2") << "in.mp4"
+            << " 00:01:00.0" << qint64(60);
+        // A negative time is no playing time.
+        QTest::newRow("negative time") << described("a.mp3", "  Duration: -00:00:-1.-50, start: 0") << "a.mp3"
+                                       << " -00:00:-1." << qint64(0);
+        // Another name, a line indented otherwise, a line between: no description.
+        QTest::newRow("other name") << described("b.mp3", "  Duration: 00:00:07.00, start: 0") << "a.mp3" << ""
+                                    << qint64(0);
+        QTest::newRow("three blanks") << described("a.mp3", "   Duration: 00:00:07.00, start: 0") << "a.mp3" << ""
+                                      << qint64(0);
+        QTest::newRow("line between")
+            << "Input #0, mp3, from 'a.mp3':\n[mp3 @ 0x1] a warning\n  Duration: 00:00:07.00, start: 0\n" << "a.mp3"
+            << "" << qint64(0);
+        QTest::newRow("second input only")
+            << "Input #1, mp3, from 'a.mp3':\n  Duration: 00:00:07.00, start: 0\n" << "a.mp3" << "" << qint64(0);
     }
     void durationText()
     {
         QFETCH(QString, report);
+        QFETCH(QString, name);
         QFETCH(QString, text);
         QFETCH(qint64, seconds);
-        const QString got = durationTextFromProbe(report);
-        QCOMPARE(got, text);
-        QVERIFY(got.size() <= 11);
-        QCOMPARE(Return_Seconds_From_Duration_Str(got), seconds);
+        const QStringList got = durationTextsFromBatchReport(report, {name});
+        QVERIFY(got.size() <= 1);
+        QCOMPARE(got.value(0), text);
+        QVERIFY(got.value(0).size() <= 11);
+        QCOMPARE(Return_Seconds_From_Duration_Str(got.value(0)), seconds);
     }
 
     void durationFromFixtures_data()
     {
         QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("text");
         QTest::addColumn<qint64>("seconds");
-        QTest::newRow("mp3") << "ffmpeg-probe-mp3.txt" << " 00:00:30.0" << qint64(30);
-        QTest::newRow("mp4") << "ffmpeg-probe-mp4-h264-aac.txt" << " 00:01:00.0" << qint64(60);
-        QTest::newRow("wav") << "ffmpeg-probe-wav.txt" << " 00:00:10.0" << qint64(10);
-        QTest::newRow("raw h264") << "ffmpeg-probe-raw-h264-duration-NA.txt" << " N/A, bitra" << qint64(0);
-        QTest::newRow("mp3 from pipe") << "ffmpeg-probe-mp3-from-pipe-duration-NA.txt" << " N/A, start" << qint64(0);
+        QTest::newRow("mp3") << "ffmpeg-probe-mp3.txt" << "in.mp3" << " 00:00:30.0" << qint64(30);
+        QTest::newRow("mp4") << "ffmpeg-probe-mp4-h264-aac.txt" << "in.mp4" << " 00:01:00.0" << qint64(60);
+        QTest::newRow("wav") << "ffmpeg-probe-wav.txt" << "t1.wav" << " 00:00:10.0" << qint64(10);
+        QTest::newRow("raw h264") << "ffmpeg-probe-raw-h264-duration-NA.txt" << "raw.h264" << " N/A, bitra"
+                                  << qint64(0);
+        QTest::newRow("mp3 from pipe") << "ffmpeg-probe-mp3-from-pipe-duration-NA.txt" << "pipe:0" << " N/A, start"
+                                       << qint64(0);
     }
     void durationFromFixtures()
     {
         QFETCH(QString, file);
+        QFETCH(QString, name);
         QFETCH(QString, text);
         QFETCH(qint64, seconds);
         const QString report = fixture(file);
         QVERIFY2(!report.isEmpty(), qPrintable(file));
-        QCOMPARE(durationTextFromProbe(report), text);
+        QCOMPARE(durationTextsFromBatchReport(report, {name}), QStringList{text});
         QCOMPARE(Return_Seconds_From_Duration_Str(text), seconds);
+    }
+
+    // Several inputs in one report -----------------------------------------
+
+    void batchOfFourFromFixture()
+    {
+        const QString report = fixture("ffmpeg-probe-batch-four-inputs.txt");
+        QVERIFY(!report.isEmpty());
+        const QStringList got = durationTextsFromBatchReport(report, {"a.mp3", "clip.mp4", "raw.h264", "t.wav"});
+        QCOMPARE(got, QStringList({" 00:00:02.0", " 00:00:03.0", " N/A, bitra", " 00:00:04.0"}));
+        QList<qint64> seconds;
+        for (const QString &t : got)
+            seconds << Return_Seconds_From_Duration_Str(t);
+        QCOMPARE(seconds, QList<qint64>({2, 3, 0, 4}));
+        // The names must be those given, in that order.
+        QCOMPARE(durationTextsFromBatchReport(report, {"a.mp3", "t.wav", "raw.h264", "clip.mp4"}),
+                 QStringList({" 00:00:02.0"}));
+        QCOMPARE(durationTextsFromBatchReport(report, {"clip.mp4", "a.mp3"}), QStringList());
+        // Fewer names than inputs: the first ones.
+        QCOMPARE(durationTextsFromBatchReport(report, {"a.mp3", "clip.mp4"}),
+                 QStringList({" 00:00:02.0", " 00:00:03.0"}));
+    }
+
+    void batchStopsAtTheUnreadableInput_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::newRow("garbage") << "ffmpeg-probe-batch-garbage-second.txt";
+        QTest::newRow("missing") << "ffmpeg-probe-batch-missing-second.txt";
+    }
+    void batchStopsAtTheUnreadableInput()
+    {
+        QFETCH(QString, file);
+        const QString report = fixture(file);
+        QVERIFY(!report.isEmpty());
+        const QString second = QString(QTest::currentDataTag()) + ".mp3";
+        QCOMPARE(durationTextsFromBatchReport(report, {"a.mp3", second, "t.wav"}), QStringList({" 00:00:02.0"}));
+    }
+
+    // ffmpeg prints a name as it is: quotes, line breaks, a fake "Input #"
+    // line or a fake duration line in a name change no input's duration.
+    void hostileNamesFromFixture()
+    {
+        const QString report = fixture("ffmpeg-probe-batch-hostile-names.txt");
+        QVERIFY(!report.isEmpty());
+        const QString first = QStringLiteral(
+            "say \"hi\" it's Input #1, mp3, from 'a.mp3':\n  Duration: -9:-9:-9.00, start: 0.000000, bitrate: 1 "
+            "kbps\n.mp3");
+        const QString second = QStringLiteral(
+            "two':\n  Duration: 77:77:77.77, start: 0\nInput #3, wav, from 't.wav':\n  Duration: 55:00:00.00, "
+            "start: 0\n  Stream #3:0: Audio\n.mp3");
+        const QStringList got = durationTextsFromBatchReport(report, {"a.mp3", first, second, "t.wav"});
+        QCOMPARE(got, QStringList({" 00:00:02.0", " 00:00:02.0", " 00:00:03.0", " 00:00:04.0"}));
+        for (const QString &t : got)
+            QVERIFY(Return_Seconds_From_Duration_Str(t) > 0);
+    }
+
+    // A name may fake the whole description of the input after it; the
+    // real one, later, is the one read.
+    void fakeDescriptionOfTheNextInput()
+    {
+        const QString fake = QStringLiteral("x':\n  Duration: 01:00:00.00, start: 0\nInput #1, mp3, from 'b.mp3':\n"
+                                            "  Duration: 99:00:00.00, start: 0\n.mp3");
+        const QString report = QStringLiteral("Input #0, mp3, from '%1':\n  Duration: 00:00:05.00, start: 0\n"
+                                              "  Stream #0:0: Audio: mp3\n"
+                                              "Input #1, mp3, from 'b.mp3':\n  Duration: 00:00:06.00, start: 0\n")
+                                   .arg(fake);
+        QCOMPARE(durationTextsFromBatchReport(report, {fake, "b.mp3"}), QStringList({" 00:00:05.0", " 00:00:06.0"}));
+        // The same report when ffmpeg could not open b.mp3 (no real
+        // description of it): nothing for b.mp3.
+        const QString stopped = QStringLiteral("Input #0, mp3, from '%1':\n  Duration: 00:00:05.00, start: 0\n"
+                                               "b.mp3: No such file or directory\n")
+                                    .arg(fake);
+        QCOMPARE(durationTextsFromBatchReport(stopped, {fake, "b.mp3"}), QStringList({" 00:00:05.0"}));
+        // An unreadable input whose name fakes the next input's description.
+        const QString third = QStringLiteral("c\nInput #2, mp3, from 'd.mp3':\n  Duration: 98:00:00.00, start: 0\n.mp3");
+        const QString failedThird = QStringLiteral("Input #0, mp3, from 'a.mp3':\n  Duration: 00:00:01.00, start: 0\n"
+                                                   "%1: Invalid data found when processing input\n")
+                                        .arg(third);
+        QCOMPARE(durationTextsFromBatchReport(failedThird, {"a.mp3", third, "d.mp3"}), QStringList({" 00:00:01.0"}));
+    }
+
+    void nameAsFfmpegPrintsIt()
+    {
+        QCOMPARE(nameAsPrinted(QStringLiteral("/a/b c.mp3")), QStringLiteral("/a/b c.mp3"));
+        QCOMPARE(nameAsPrinted(QStringLiteral("a\nb\tc\rd.mp3")), QStringLiteral("a\nb\tc\rd.mp3"));
+        QCOMPARE(nameAsPrinted(QString::fromUtf8("x\x01y\x1bz\x7f é.mp3")), QString::fromUtf8("x?y?z\x7f é.mp3"));
     }
 
     void secondsFromText_data()
@@ -169,6 +295,8 @@ private slots:
         QTest::newRow("negative hours") << " -1:00:00.0" << qint64(0);
         QTest::newRow("ffmpeg's negative time") << " 00:00:-1.-" << qint64(0);
         QTest::newRow("all fields negative") << " -9:-9:-9.-" << qint64(0);
+        QTest::newRow("fake duration") << " -9:-9:-9.0" << qint64(0);
+        QTest::newRow("plus sign") << " +1:00:00.0" << qint64(3600);
         QTest::newRow("blank-led pair") << "  1: 2: 3.0" << qint64(3600 + 120 + 3);
     }
     void secondsFromText()
@@ -307,6 +435,50 @@ private slots:
         }
     }
 
+    // Totals stop at the top --------------------------------------------
+
+    void saturatingSums()
+    {
+        constexpr quint64 top = std::numeric_limits<quint64>::max();
+        QCOMPARE(saturatingAdd(quint64(2), quint64(3)), quint64(5));
+        QCOMPARE(saturatingAdd(top - 1, quint64(1)), top);
+        QCOMPARE(saturatingAdd(top - 1, quint64(2)), top);
+        QCOMPARE(saturatingAdd(quint64(1) << 63, quint64(1) << 63), top);
+        constexpr qint64 stop = std::numeric_limits<qint64>::max();
+        QCOMPARE(saturatingAdd(qint64(2), qint64(3)), qint64(5));
+        QCOMPARE(saturatingAdd(stop, qint64(1)), stop);
+        QCOMPARE(saturatingAdd(stop - 5, stop - 5), stop);
+        QCOMPARE(saturatingAdd(qint64(-7), qint64(4)), qint64(4));  // below 0 counts 0
+        QCOMPARE(Measurements::sizeText(top), QStringLiteral("16777216.00 TB"));
+    }
+
+    // A sparse file of the largest size a file may have plus links to it:
+    // the total stays at the top instead of wrapping round to a few bytes.
+    void folderTotalNeverWraps()
+    {
+        // tmpfs takes files up to 2^63 - 1 bytes; so does APFS.
+        const QString base = QFileInfo(QStringLiteral("/dev/shm")).isWritable() ? QStringLiteral("/dev/shm")
+                                                                               : QDir::tempPath();
+        QTemporaryDir dir(base + QStringLiteral("/tamblo-sparse-XXXXXX"));
+        QVERIFY(dir.isValid());
+        const QString huge = dir.filePath("huge.bin");
+        QFile f(huge);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        QVERIFY2(f.resize(std::numeric_limits<qint64>::max()), qPrintable(f.errorString()));
+        f.close();
+        QVERIFY(QFile::link(huge, dir.filePath("link one")));
+        QVERIFY(QFile::link(huge, dir.filePath("link two")));
+        const quint64 total = folderSize(dir.path());
+        QCOMPARE(total, std::numeric_limits<quint64>::max());
+        const NodeDataFolder node = makeDataFolderRecord(dir.path());
+        QCOMPARE(node.i_Size_in_KBytes, std::numeric_limits<quint64>::max() >> 10);
+        QCOMPARE(node.s_Size, QStringLiteral("16777216.00 TB"));
+        // The file alone is just under the top.
+        QVERIFY(QFile::remove(dir.filePath("link one")));
+        QVERIFY(QFile::remove(dir.filePath("link two")));
+        QCOMPARE(folderSize(dir.path()), quint64(std::numeric_limits<qint64>::max()));
+    }
+
     // Real probes ---------------------------------------------------------
 
     void probeRealMedia_data()
@@ -420,6 +592,51 @@ private slots:
         QCOMPARE(text, QString());
         QVERIFY2(t.elapsed() < 10000, qPrintable(QString::number(t.elapsed())));
         QVERIFY(t.elapsed() >= 1400);
+    }
+
+    // Several real files in one ffmpeg run: it stops at the one it cannot
+    // read; the inputs before it are described.
+    void batchOfRealFiles()
+    {
+        const BatchProbe stopped =
+            probeBatch(m_ffmpeg, {media("tone.wav"), media("clip.mp4"), media("garbage.mp3"), media("tone.mp3")});
+        QVERIFY(stopped.toolStarted);
+        QCOMPARE(stopped.durations, QStringList({" 00:00:03.0", " 00:00:02.0"}));
+        const BatchProbe all = probeBatch(m_ffmpeg, {media("tone.wav"), media("raw.h264"), media("tone.mp3")});
+        QVERIFY(all.toolStarted);
+        QCOMPARE(all.durations, QStringList({" 00:00:03.0", " N/A, bitra", " 00:00:03.0"}));
+        const BatchProbe missing = probeBatch(m_ffmpeg, {media("not-there.mp3"), media("tone.wav")});
+        QVERIFY(missing.toolStarted);
+        QCOMPARE(missing.durations, QStringList());
+        const BatchProbe noTool = probeBatch(m_media.filePath("no-such-ffmpeg"), {media("tone.wav")});
+        QVERIFY(!noTool.toolStarted);
+        QCOMPARE(noTool.durations, QStringList());
+    }
+
+    // Real files whose names fake ffmpeg's own lines, probed together and
+    // one by one.
+    void hostileNamesOfRealFiles()
+    {
+        const QStringList names{
+            QStringLiteral("say \"hi\" it's Input #1, mp3, from 'tone.wav':\n  Duration: -9:-9:-9.00, start: 0\n.wav"),
+            QStringLiteral("two':\n  Duration: 77:77:77.77, start: 0\nInput #2, wav, from 'last.wav':\n"
+                           "  Duration: 55:00:00.00, start: 0\n.wav"),
+            QStringLiteral("Input #0, wav, from 'x':\n  Duration: 11:11:11.11, start: 0\n.wav"),
+            QStringLiteral("last.wav"),
+        };
+        QStringList paths;
+        for (const QString &name : names) {
+            paths << media(name);
+            QFile::remove(paths.last());
+            QVERIFY2(QFile::copy(media("tone.wav"), paths.last()), qPrintable(name));
+        }
+        const BatchProbe together = probeBatch(m_ffmpeg, paths);
+        QCOMPARE(together.durations, QStringList(names.size(), QStringLiteral(" 00:00:03.0")));
+        for (const QString &path : paths) {
+            const NodeMediaFile node = makeMediaRecord(m_ffmpeg, path);
+            QCOMPARE(node.s_Duration, QStringLiteral(" 00:00:03.0"));
+            QCOMPARE(node.i_Duration_in_Seconds, qint64(3));
+        }
     }
 };
 

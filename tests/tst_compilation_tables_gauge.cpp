@@ -4,12 +4,14 @@
 
 #include <QHeaderView>
 #include <QImage>
+#include <QItemSelectionModel>
 #include <QPixmap>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTableView>
+#include <limits>
 
 #include "compilation/DataFolderModel.h"
 #include "compilation/DiscKinds.h"
@@ -374,6 +376,141 @@ private slots:
         QCOMPARE(data.rowCount(), 1);
     }
 
+    // Many separate runs of rows (every other row of a long list) go in one
+    // pass and one reset; a few runs go one removal each.
+    void removeManyRunsAtOnce()
+    {
+        MediaListModel model;
+        QList<NodeMediaFile> list;
+        for (int i = 0; i < 1000; ++i)
+            list << media("/m", QStringLiteral("t%1.mp3").arg(i));
+        model.append(list);
+        QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
+        QSignalSpy reset(&model, &QAbstractItemModel::modelReset);
+        QList<int> odd;
+        for (int i = 999; i >= 1; i -= 2)
+            odd << i;
+        odd << 1 << -4 << 5000;  // a repeat and unknown rows are ignored
+        QCOMPARE(model.removeRowsAt(odd), 500);
+        QCOMPARE(removed.count(), 0);
+        QCOMPARE(reset.count(), 1);
+        QCOMPARE(model.rowCount(), 500);
+        for (int i = 0; i < 500; ++i)
+            QCOMPARE(model.at(i).s_File_Name_With_Extension, QStringLiteral("t%1.mp3").arg(2 * i));
+
+        // Three runs: three removals, the views keep their place.
+        reset.clear();
+        QCOMPARE(model.removeRowsAt({0, 1, 10, 11, 12, 400}), 6);
+        QCOMPARE(removed.count(), 3);
+        QCOMPARE(reset.count(), 0);
+        QCOMPARE(model.rowCount(), 494);
+        QCOMPARE(model.at(0).s_File_Name_With_Extension, QStringLiteral("t4.mp3"));
+    }
+
+    // The table's selected rows, read from the selection's ranges: rows
+    // picked one by one, a block, and a single cell (not a row).
+    void selectedRowsOfManySelections()
+    {
+        MediaListModel model;
+        QList<NodeMediaFile> list;
+        for (int i = 0; i < 3000; ++i)
+            list << media("/m", QStringLiteral("t%1.mp3").arg(i));
+        model.append(list);
+        CompilationTable table(QStringLiteral("Audio"));
+        table.setModel(&model);
+        QCOMPARE(table.selectedRows(), QList<int>());
+        QItemSelection picked;
+        QList<int> expected;
+        for (int row = 1; row < 2000; row += 2) {
+            picked.select(model.index(row, 0), model.index(row, MediaListModel::ColumnCount - 1));
+            expected << row;
+        }
+        picked.select(model.index(2500, 0), model.index(2509, MediaListModel::ColumnCount - 1));
+        for (int row = 2500; row < 2510; ++row)
+            expected << row;
+        table.selectionModel()->select(picked, QItemSelectionModel::ClearAndSelect);
+        table.selectionModel()->select(model.index(2800, 1), QItemSelectionModel::Select);  // one cell
+        // The same row twice counts once.
+        table.selectionModel()->select(model.index(3, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        QCOMPARE(table.selectedRows(), expected);
+        // Whatever Qt itself calls the selected rows.
+        QList<int> qtRows;
+        for (const QModelIndex &i : table.selectionModel()->selectedRows())
+            qtRows << i.row();
+        std::sort(qtRows.begin(), qtRows.end());
+        QCOMPARE(table.selectedRows(), qtRows);
+    }
+
+    // A sort folds each text once; the order must be the one the natural
+    // comparison gives, ties kept in their order, for any mix of case,
+    // digits and accents.
+    void sortingMatchesTheNaturalComparison()
+    {
+        const QStringList pieces{"a", "A", "b", "é", "É", "ß", "SS", "z", "Z", "0", "1", "01", "10", "2", " ",
+                                 "-", "_", "Ä", "ä", "ö", "9", "007", "x"};
+        quint32 seed = 12345;
+        auto next = [&seed] {
+            seed = seed * 1103515245u + 12345u;
+            return int((seed >> 16) % 0x7fff);
+        };
+        QList<NodeMediaFile> list;
+        for (int i = 0; i < 3000; ++i) {
+            QString name;
+            const int length = 1 + next() % 6;
+            for (int k = 0; k < length; ++k)
+                name += pieces.at(next() % pieces.size());
+            NodeMediaFile n = media("/m", name + QStringLiteral(".mp3"));
+            n.s_File_Size = QString::number(i);  // tells equal names apart
+            list << n;
+        }
+        for (const bool ascending : {true, false}) {
+            QList<NodeMediaFile> reference = list;
+            std::stable_sort(reference.begin(), reference.end(), [&](const NodeMediaFile &x, const NodeMediaFile &y) {
+                return ascending
+                    ? ListSorting::naturalCompare(x.s_File_Name_With_Extension, y.s_File_Name_With_Extension) < 0
+                    : ListSorting::naturalCompare(y.s_File_Name_With_Extension, x.s_File_Name_With_Extension) < 0;
+            });
+            QList<NodeMediaFile> sorted = list;
+            ColumnSortFlags flags;
+            flags.m_b_Col1_Ascenging = ascending;
+            QVERIFY(ListSorting::sortMediaFiles(sorted, 0, flags));
+            QStringList got, want;
+            for (int i = 0; i < list.size(); ++i) {
+                got << sorted.at(i).s_File_Name_With_Extension + QLatin1Char('#') + sorted.at(i).s_File_Size;
+                want << reference.at(i).s_File_Name_With_Extension + QLatin1Char('#') + reference.at(i).s_File_Size;
+            }
+            QCOMPARE(got, want);
+        }
+    }
+
+    // Totals stop at the top instead of wrapping, and a duration below 0
+    // counts 0.
+    void totalsNeverWrap()
+    {
+        constexpr qint64 top = std::numeric_limits<qint64>::max();
+        MediaListModel media;
+        NodeMediaFile n;
+        n.i_Duration_in_Seconds = top - 10;
+        media.append(n);
+        media.append(n);
+        QCOMPARE(media.totalDurationSeconds(), top);
+        MediaListModel odd;
+        n.i_Duration_in_Seconds = -32949;
+        odd.append(n);
+        n.i_Duration_in_Seconds = 60;
+        odd.append(n);
+        QCOMPARE(odd.totalDurationSeconds(), qint64(60));
+
+        DataFolderModel data;
+        data.append(folder("/a", "16777216.00 TB", std::numeric_limits<quint64>::max() >> 10));
+        for (int i = 0; i < 600; ++i)
+            data.append(folder("/b", "16777216.00 TB", quint64(1) << 54));
+        QCOMPARE(data.totalKBytes(), top);
+        data.clear();
+        data.append(folder("/huge", "?", std::numeric_limits<quint64>::max()));
+        QCOMPARE(data.totalKBytes(), top);
+    }
+
     void textColourFollowsSetTextColor()
     {
         MediaListModel model;
@@ -576,6 +713,18 @@ private slots:
         QCOMPARE(percentage("1", 4440, 0, 0, 3, 0, 0), quint64(0));
         QCOMPARE(percentage("1", 4440, 0, 0, -1, 0, 0), quint64(0));
         QCOMPARE(percentage("2", 0, 9000, 0, 0, 2, 0), quint64(0));
+        // Never wrapping: a negative total is 0 %, a huge one stops at the top.
+        constexpr qint64 top = std::numeric_limits<qint64>::max();
+        QCOMPARE(percentage("1", -32949, 0, 0, 0, 0, 0), quint64(0));
+        QCOMPARE(percentage("3", 0, 0, top, 0, 0, 0), quint64(top / 683593 * 100 + (top % 683593) * 100 / 683593));
+        QCOMPARE(percentage("3", 0, 0, (top >> 10) * 3, 0, 0, 2), quint64((top >> 10) * 3 / 26214400 * 100
+                                                                          + ((top >> 10) * 3 % 26214400) * 100 / 26214400));
+        QVERIFY(percentage("1", top, 0, 0, 0, 0, 0) <= quint64(top));
+        // The gauge draws any of them without overflowing.
+        const QImage huge = GaugePainter::render(QSize(200, 20), top, Qt::blue);
+        QCOMPARE(huge.size(), QSize(200, 20));
+        QCOMPARE(GaugePainter::barWidth(200, top), qint64(180));
+        QVERIFY(GaugePainter::redWidth(200, top) > 0);
         QCOMPARE(percentage("3", 0, 0, 683593, 0, 0, 3), quint64(0));
     }
 

@@ -8,7 +8,7 @@ CompilationActions::CompilationActions(MediaListModel *media, DataFolderModel *d
                                        FilePicker *picker, QObject *parent)
     : QObject(parent), m_media(media), m_data(data), m_picker(picker)
 {
-    connect(&m_probe, &MediaProbeJob::recordReady, this, &CompilationActions::onRecordReady);
+    connect(&m_probe, &MediaProbeJob::recordsReady, this, &CompilationActions::onRecordsReady);
     connect(&m_probe, &MediaProbeJob::progress, this, &CompilationActions::onProgress);
     connect(&m_probe, &MediaProbeJob::finished, this, &CompilationActions::onProbeFinished);
     connect(&m_folder, &FolderMeasureJob::finished, this, &CompilationActions::onFolderMeasured);
@@ -92,10 +92,10 @@ bool CompilationActions::addDataFolder(const QString &folderPath)
     return true;
 }
 
-void CompilationActions::onRecordReady(int, const NodeMediaFile &record)
+void CompilationActions::onRecordsReady(int, const QList<NodeMediaFile> &records)
 {
     if (m_media)
-        m_media->append(record);
+        m_media->append(records);
 }
 
 void CompilationActions::onProgress(int done)

@@ -55,7 +55,7 @@ signals:
     void busyChanged(bool busy);
 
 private:
-    void onRecordReady(int index, const NodeMediaFile &record);
+    void onRecordsReady(int first, const QList<NodeMediaFile> &records);
     void onProgress(int done);
     void onProbeFinished();
     void onFolderMeasured(const NodeDataFolder &record);

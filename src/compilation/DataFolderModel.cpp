@@ -1,5 +1,7 @@
 #include "compilation/DataFolderModel.h"
 
+#include "compilation/Measurements.h"
+
 DataFolderModel::DataFolderModel(QObject *parent)
     : RecordListModel({QStringLiteral("Folder"), QStringLiteral("Size")}, parent)
 {
@@ -23,6 +25,6 @@ qint64 DataFolderModel::totalKBytes() const
 {
     qint64 total = 0;
     for (const NodeDataFolder &n : m_records)
-        total += qint64(n.i_Size_in_KBytes);
+        total = Measurements::saturatingAdd(total, qint64(qMin<quint64>(n.i_Size_in_KBytes, quint64(INT64_MAX))));
     return total;
 }

@@ -15,7 +15,8 @@ public:
     // The header click (see ListSorting::sortDataFolders).
     bool sortByClickedColumn(int column, ColumnSortFlags &flags);
 
-    // Sum of the records' kilobytes, as the signed total the gauge reads.
+    // Sum of the records' kilobytes, as the signed total the gauge reads;
+    // stops at the largest qint64 instead of wrapping.
     qint64 totalKBytes() const;
 
 protected:

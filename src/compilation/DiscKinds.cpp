@@ -1,5 +1,7 @@
 #include "compilation/DiscKinds.h"
 
+#include <limits>
+
 namespace DiscKinds {
 
 const QList<DiscKind> &all()
@@ -81,7 +83,18 @@ quint64 percentage(const QString &tabId, qint64 audioTotalSeconds, qint64 videoT
     const DiscKind *k = forTabType(tab, type);
     if (!k || k->capacity == 0)
         return 0;
-    return quint64(total) * 100u / k->capacity;
+    if (total <= 0)
+        return 0;
+    // total × 100 ÷ capacity without the product overflowing: the whole
+    // capacities first, then the rest.
+    constexpr quint64 top = quint64(std::numeric_limits<qint64>::max());
+    const quint64 capacity = quint64(k->capacity);
+    const quint64 whole = quint64(total) / capacity;
+    const quint64 rest = quint64(total) % capacity;
+    if (whole > top / 100)
+        return top;
+    const quint64 percent = whole * 100 + rest * 100 / capacity;  // rest < capacity, far below 2^57
+    return qMin(percent, top);
 }
 
 NewDiscResult applyNewDisc(qint64 kind)

@@ -49,9 +49,10 @@ QStringList tabButtons(int tabIndex);
 QString burnTitleFor(int tabIndex, qint64 typeValue);
 
 // The gauge's percentage for the selected tab ("1" Audio, "2" Video, "3"
-// Data; any other gives 0): total × 100 ÷ capacity of the tab's type, in
-// unsigned 64-bit arithmetic, truncated, not clamped. A type outside its
-// row gives 0.
+// Data; any other gives 0): total × 100 ÷ capacity of the tab's type,
+// truncated, not clamped at 100. It never wraps: a total below 0 gives 0,
+// and a percentage too large for a qint64 stops at the largest one. A type
+// outside its row gives 0.
 quint64 percentage(const QString &tabId, qint64 audioTotalSeconds, qint64 videoTotalSeconds,
                    qint64 dataTotalKBytes, qint64 i_Audio_Type, qint64 i_Video_Type,
                    qint64 i_Data_Type);

@@ -2,6 +2,7 @@
 
 #include <QLinearGradient>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 namespace GaugePainter {
@@ -23,7 +24,10 @@ QColor overflowColor()
 
 static qint64 truncatedShare(qint64 width, qint64 numerator)
 {
-    return qint64(std::trunc(double(numerator) * double(width) / 100.0));
+    // Far outside any view, a share is only ever clipped: keep it where the
+    // conversion back to an integer is defined.
+    constexpr double limit = 1e15;
+    return qint64(std::trunc(std::clamp(double(numerator) * double(width) / 100.0, -limit, limit)));
 }
 
 qint64 barWidth(qint64 width, qint64 percentage)

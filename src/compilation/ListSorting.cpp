@@ -1,6 +1,8 @@
 #include "compilation/ListSorting.h"
 
 #include <algorithm>
+#include <numeric>
+#include <vector>
 
 bool &ColumnSortFlags::at(int position)
 {
@@ -30,7 +32,16 @@ static bool isAsciiDigit(QChar c)
     return c >= QLatin1Char('0') && c <= QLatin1Char('9');
 }
 
-int naturalCompare(const QString &a, const QString &b)
+// Case folding of one UTF-16 unit, as the comparison sees it.
+static ushort foldedUnit(QChar c)
+{
+    return ushort(QChar::toCaseFolded(char32_t(c.unicode())));
+}
+
+// The comparison itself; `Fold` says whether the texts still need folding
+// (false: both come from foldedUnits()).
+template <bool Fold>
+static int compareNaturally(QStringView a, QStringView b)
 {
     qsizetype i = 0;
     qsizetype j = 0;
@@ -62,8 +73,8 @@ int naturalCompare(const QString &a, const QString &b)
             j = eb;
             continue;
         }
-        const char32_t fa = QChar::toCaseFolded(char32_t(ca.unicode()));
-        const char32_t fb = QChar::toCaseFolded(char32_t(cb.unicode()));
+        const ushort fa = Fold ? foldedUnit(ca) : ca.unicode();
+        const ushort fb = Fold ? foldedUnit(cb) : cb.unicode();
         if (fa != fb)
             return fa < fb ? -1 : 1;
         ++i;
@@ -75,13 +86,43 @@ int naturalCompare(const QString &a, const QString &b)
     return ra < rb ? -1 : 1;
 }
 
+int naturalCompare(const QString &a, const QString &b)
+{
+    return compareNaturally<true>(a, b);
+}
+
+// Every unit folded once, so that a sort folds each text once instead of
+// at every comparison. Folding leaves ASCII digits as they are.
+static QString foldedUnits(const QString &text)
+{
+    QString folded(text.size(), Qt::Uninitialized);
+    QChar *out = folded.data();
+    for (qsizetype i = 0; i < text.size(); ++i)
+        out[i] = QChar(foldedUnit(text.at(i)));
+    return folded;
+}
+
+// A stable sort of the records by one text field: each key is folded once,
+// positions are sorted, and the records are moved into place once.
 template <typename Node, typename Field>
 static void sortBy(QList<Node> &list, Field field, bool ascending)
 {
-    std::stable_sort(list.begin(), list.end(), [&](const Node &x, const Node &y) {
-        return ascending ? naturalCompare(field(x), field(y)) < 0
-                         : naturalCompare(field(y), field(x)) < 0;
+    const qsizetype n = list.size();
+    std::vector<QString> keys;
+    keys.reserve(size_t(n));
+    for (const Node &node : std::as_const(list))
+        keys.push_back(foldedUnits(field(node)));
+    std::vector<qsizetype> order(static_cast<size_t>(n));
+    std::iota(order.begin(), order.end(), qsizetype(0));
+    std::stable_sort(order.begin(), order.end(), [&](qsizetype x, qsizetype y) {
+        return ascending ? compareNaturally<false>(keys[size_t(x)], keys[size_t(y)]) < 0
+                         : compareNaturally<false>(keys[size_t(y)], keys[size_t(x)]) < 0;
     });
+    QList<Node> sorted;
+    sorted.reserve(n);
+    for (const qsizetype at : order)
+        sorted.append(std::move(list[at]));
+    list = std::move(sorted);
 }
 
 bool sortMediaFiles(QList<NodeMediaFile> &list, int column, ColumnSortFlags &flags)

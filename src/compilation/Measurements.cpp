@@ -1,8 +1,10 @@
 #include "compilation/Measurements.h"
 
 #include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <QUrl>
+#include <limits>
 
 #include "toolrun/ToolRun.h"
 
@@ -21,36 +23,6 @@ QString sizeText(quint64 bytes)
         } while (value > 1024.0 && unit < lastUnit);
     }
     return QString::asprintf("%4.2f %s", value, units[unit]);
-}
-
-// True when everything between the start of the line and `index` is blank.
-static bool startsLine(const QString &text, qsizetype index)
-{
-    for (qsizetype i = index - 1; i >= 0; --i) {
-        const QChar c = text.at(i);
-        if (c == QLatin1Char('\n') || c == QLatin1Char('\r'))
-            return true;
-        if (c != QLatin1Char(' ') && c != QLatin1Char('\t'))
-            return false;
-    }
-    return true;
-}
-
-QString durationTextFromProbe(const QString &probeOutput)
-{
-    static const QString marker = QStringLiteral("Duration:");
-    // The report line is "  Duration: HH:MM:SS.cc, ...". Only a marker that
-    // opens a line counts, so a file whose own name holds "Duration:" (the
-    // report repeats the name on its "Input #0" line) is still read right.
-    qsizetype from = 0;
-    while (true) {
-        const qsizetype at = probeOutput.indexOf(marker, from);
-        if (at < 0)
-            return QString();
-        if (startsLine(probeOutput, at))
-            return probeOutput.mid(at + marker.size(), 11);
-        from = at + 1;
-    }
 }
 
 // Reads a number the way a two-character field is read: leading blanks, an
@@ -83,6 +55,134 @@ qint64 Return_Seconds_From_Duration_Str(const QString &durationText)
     return qMax<qint64>(0, hours * 3600 + minutes * 60 + seconds);
 }
 
+quint64 saturatingAdd(quint64 a, quint64 b)
+{
+    constexpr quint64 top = std::numeric_limits<quint64>::max();
+    return a > top - b ? top : a + b;
+}
+
+qint64 saturatingAdd(qint64 a, qint64 b)
+{
+    constexpr qint64 top = std::numeric_limits<qint64>::max();
+    a = qMax<qint64>(a, 0);
+    b = qMax<qint64>(b, 0);
+    return a > top - b ? top : a + b;
+}
+
+QString nameAsPrinted(const QString &filePath)
+{
+    QByteArray bytes = QFile::encodeName(filePath);
+    for (char &c : bytes) {
+        const auto u = static_cast<unsigned char>(c);
+        if (u < 0x08 || (u > 0x0D && u < 0x20))
+            c = '?';
+    }
+    return QString::fromUtf8(bytes);
+}
+
+// The line that starts at `from`, without its line feed; `next` gets the
+// start of the line after it (the text's end when there is none).
+static QStringView lineAt(const QString &text, qsizetype from, qsizetype &next)
+{
+    qsizetype end = text.indexOf(QLatin1Char('\n'), from);
+    if (end < 0) {
+        next = text.size();
+        end = text.size();
+    } else {
+        next = end + 1;
+    }
+    return QStringView(text).mid(from, end - from);
+}
+
+// Finds, from `from` on, the line "Input #N, FORMAT, from 'NAME':" that
+// opens the description of input `number` named `name`. Answers where the
+// line after it starts, or -1.
+static qsizetype inputHeaderEnd(const QString &report, qsizetype from, int number, const QString &name)
+{
+    const QString opening = QStringLiteral("Input #%1, ").arg(number);
+    const QString tail = QStringLiteral("'") + name + QStringLiteral("':\n");
+    static const QString fromWord = QStringLiteral(", from '");
+    qsizetype at = from;
+    while (true) {
+        at = report.indexOf(opening, at);
+        if (at < 0)
+            return -1;
+        if (at == 0 || report.at(at - 1) == QLatin1Char('\n')) {
+            // FORMAT is a demuxer's name list ("mov,mp4,m4a,3gp,3g2,mj2"):
+            // never a blank, a quote or a line break.
+            const qsizetype formatStart = at + opening.size();
+            const qsizetype formatEnd = report.indexOf(fromWord, formatStart);
+            bool plainFormat = formatEnd > formatStart;
+            for (qsizetype i = formatStart; plainFormat && i < formatEnd; ++i) {
+                const QChar c = report.at(i);
+                plainFormat = c != QLatin1Char(' ') && c != QLatin1Char('\'') && c != QLatin1Char('\n')
+                    && c != QLatin1Char('\r');
+            }
+            const qsizetype quote = formatEnd + fromWord.size() - 1;
+            if (plainFormat && QStringView(report).mid(quote).startsWith(tail))
+                return quote + tail.size();
+        }
+        at += opening.size();
+    }
+}
+
+QStringList durationTextsFromBatchReport(const QString &report, const QStringList &inputs)
+{
+    static const QString metadata = QStringLiteral("  Metadata:");
+    static const QString durationLine = QStringLiteral("  Duration:");
+    static const QString deeper = QStringLiteral("    ");
+    QStringList texts;
+    qsizetype from = 0;
+    for (int n = 0; n < inputs.size(); ++n) {
+        qsizetype at = inputHeaderEnd(report, from, n, nameAsPrinted(inputs.at(n)));
+        if (at < 0)
+            break;
+        qsizetype next = 0;
+        QStringView line = lineAt(report, at, next);
+        if (line == metadata) {
+            at = next;
+            while (at < report.size()) {
+                line = lineAt(report, at, next);
+                if (!line.startsWith(deeper))
+                    break;
+                at = next;
+            }
+        }
+        line = lineAt(report, at, next);
+        if (!line.startsWith(durationLine))
+            break;
+        texts << line.mid(durationLine.size(), 11).toString();
+        from = next;
+    }
+    return texts;
+}
+
+BatchProbe probeBatch(const QString &ffmpegPath, const QStringList &filePaths, int timeoutMs)
+{
+    BatchProbe probe;
+    if (filePaths.isEmpty())
+        return probe;
+    if (ffmpegPath.isEmpty()) {
+        probe.toolStarted = false;
+        return probe;
+    }
+    QStringList arguments{QStringLiteral("-hide_banner")};
+    arguments.reserve(1 + 2 * filePaths.size());
+    for (const QString &path : filePaths)
+        arguments << QStringLiteral("-i") << path;
+    // ffmpeg describes each input and stops on the missing output file; its
+    // exit status says nothing about the inputs and is not read.
+    const ToolVerdict verdict =
+        ToolRun::runToEnd(ToolCommand{ffmpegPath, arguments}, timeoutMs < 0 ? 0 : timeoutMs,
+                          ToolRun::Channels::Merged, ToolRun::Report::Quiet);
+    if (verdict.outcome == ToolVerdict::Outcome::FailedToStart) {
+        probe.toolStarted = false;
+        return probe;
+    }
+    probe.durations = durationTextsFromBatchReport(verdict.output, filePaths);
+    return probe;
+}
+
 quint64 folderSize(const QString &folderPath)
 {
     if (folderPath.isEmpty())
@@ -100,7 +200,7 @@ quint64 folderSize(const QString &folderPath)
         it.next();
         const qint64 size = it.fileInfo().size();  // a link reads as its target
         if (size > 0)
-            total += quint64(size);
+            total = saturatingAdd(total, quint64(size));
     }
     return total;
 }
@@ -117,14 +217,7 @@ QString GetMediaFileDuration(const QString &ffmpegPath, const QString &filePath,
 {
     if (ffmpegPath.isEmpty() || filePath.isEmpty())
         return QString();
-    // ffmpeg describes the input and stops on the missing output file; its
-    // exit status says nothing about the input and is not read.
-    const ToolVerdict verdict = ToolRun::runToEnd(ToolCommand{ffmpegPath, {QStringLiteral("-i"), filePath}},
-                                                  timeoutMs < 0 ? 0 : timeoutMs, ToolRun::Channels::Merged,
-                                                  ToolRun::Report::Quiet);
-    if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
-        return QString();
-    return durationTextFromProbe(verdict.output);
+    return probeBatch(ffmpegPath, {filePath}, timeoutMs).durations.value(0);
 }
 
 QString lastPathComponent(const QString &path)
@@ -165,13 +258,19 @@ QString deletingLastPathComponent(const QString &path)
 
 NodeMediaFile makeMediaRecord(const QString &ffmpegPath, const QString &filePath)
 {
+    return mediaRecordFor(filePath, GetMediaFileDuration(ffmpegPath, filePath));
+}
+
+NodeMediaFile mediaRecordFor(const QString &filePath, const QString &durationText, const QString &folderOfPrevious)
+{
     NodeMediaFile node;
     node.s_File_URL = QUrl::fromLocalFile(filePath);
     node.s_File_Path = filePath;
     node.s_File_Extension = pathExtension(filePath);
     node.s_File_Name_With_Extension = lastPathComponent(filePath);
-    node.s_Folder_Path = deletingLastPathComponent(filePath);
-    node.s_Duration = GetMediaFileDuration(ffmpegPath, filePath);
+    const QString folder = deletingLastPathComponent(filePath);
+    node.s_Folder_Path = folder == folderOfPrevious ? folderOfPrevious : folder;
+    node.s_Duration = durationText;
     node.i_Duration_in_Seconds = Return_Seconds_From_Duration_Str(node.s_Duration);
     node.s_File_Size = sizeText(fileSize(filePath));
     return node;

@@ -1,5 +1,7 @@
 #include "compilation/MediaListModel.h"
 
+#include "compilation/Measurements.h"
+
 MediaListModel::MediaListModel(QObject *parent)
     : RecordListModel({QStringLiteral("File"), QStringLiteral("Duration"), QStringLiteral("Size"),
                        QStringLiteral("Path")},
@@ -27,6 +29,6 @@ qint64 MediaListModel::totalDurationSeconds() const
 {
     qint64 total = 0;
     for (const NodeMediaFile &n : m_records)
-        total += n.i_Duration_in_Seconds;
+        total = Measurements::saturatingAdd(total, n.i_Duration_in_Seconds);
     return total;
 }

@@ -18,7 +18,8 @@ public:
     // ListSorting::sortMediaFiles). True when the list was sorted.
     bool sortByClickedColumn(int column, ColumnSortFlags &flags);
 
-    // Sum of the records' whole seconds.
+    // Sum of the records' whole seconds (negative ones count 0); stops at
+    // the largest qint64 instead of wrapping.
     qint64 totalDurationSeconds() const;
 
 protected:

@@ -13,6 +13,8 @@ class RecordListModel : public QAbstractTableModel {
 public:
     // headerData(section, Horizontal, ColumnIdentifierRole): "key1", "key2" ...
     static constexpr int ColumnIdentifierRole = Qt::UserRole + 1;
+    // More runs of neighbouring rows than this are removed with one reset.
+    static constexpr qsizetype MaxSeparateRemovals = 16;
 
     explicit RecordListModel(const QStringList &columnTitles, QObject *parent = nullptr)
         : QAbstractTableModel(parent), m_titles(columnTitles)
@@ -82,11 +84,36 @@ public:
     int removeRowsAt(const QList<int> &rows)
     {
         QList<int> sorted;
+        sorted.reserve(rows.size());
         for (int r : rows)
             if (r >= 0 && r < m_records.size())
                 sorted.append(r);
         std::sort(sorted.begin(), sorted.end());
         sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
+        if (sorted.isEmpty())
+            return 0;
+        qsizetype runs = 1;
+        for (qsizetype i = 1; i < sorted.size(); ++i)
+            if (sorted.at(i) != sorted.at(i - 1) + 1)
+                ++runs;
+        if (runs > MaxSeparateRemovals) {
+            // Every other row of a long list, say: one removal per run would
+            // move the list's tail and re-lay every view out once per run.
+            // One pass and one reset instead.
+            beginResetModel();
+            QList<Node> kept;
+            kept.reserve(m_records.size() - sorted.size());
+            qsizetype next = 0;
+            for (qsizetype row = 0; row < m_records.size(); ++row) {
+                if (next < sorted.size() && sorted.at(next) == row)
+                    ++next;
+                else
+                    kept.append(std::move(m_records[row]));
+            }
+            m_records = std::move(kept);
+            endResetModel();
+            return int(sorted.size());
+        }
         // From the end, one run of neighbouring rows at a time.
         int i = int(sorted.size()) - 1;
         while (i >= 0) {

@@ -18,12 +18,19 @@ ToolRun::Observer &observer()
     static ToolRun::Observer o;
     return o;
 }
+bool &observerHearsQuietRuns()
+{
+    static bool all = false;
+    return all;
+}
 
-void tell(const ToolVerdict &verdict)
+void tell(const ToolVerdict &verdict, ToolRun::Report report = ToolRun::Report::Observed)
 {
     ToolRun::Observer o;
     {
         QMutexLocker lock(&registryLock);
+        if (report == ToolRun::Report::Quiet && !observerHearsQuietRuns())
+            return;
         o = observer();
     }
     if (o)
@@ -128,10 +135,11 @@ bool ToolRun::anyWriting()
     return false;
 }
 
-void ToolRun::setObserver(Observer o)
+void ToolRun::setObserver(Observer o, Report scope)
 {
     QMutexLocker lock(&registryLock);
     observer() = std::move(o);
+    observerHearsQuietRuns() = scope == Report::Quiet;
 }
 
 void ToolRun::read(bool errorChannel)
@@ -202,10 +210,7 @@ void ToolRun::end(ToolVerdict::Outcome outcome, int exitCode, bool crashed)
 
 ToolVerdict ToolRun::runToEnd(const ToolCommand &command, int timeoutMs, Channels channels, Report report)
 {
-    auto tell = [report](const ToolVerdict &v) {
-        if (report == Report::Observed)
-            ::tell(v);
-    };
+    auto tell = [report](const ToolVerdict &v) { ::tell(v, report); };
     ToolVerdict verdict;
     verdict.command = command;
     QElapsedTimer clock;
@@ -234,7 +239,10 @@ ToolVerdict ToolRun::runToEnd(const ToolCommand &command, int timeoutMs, Channel
         process.kill();
         process.waitForFinished(-1);
     }
-    verdict.output = QString::fromUtf8(process.readAllStandardOutput() + process.readAllStandardError());
+    QByteArray bytes = process.readAllStandardOutput();
+    if (channels == Channels::Separate)
+        bytes += process.readAllStandardError();
+    verdict.output = QString::fromUtf8(bytes);
     verdict.exitCode = process.exitCode();
     verdict.elapsedMs = clock.elapsed();
     if (timedOut) {

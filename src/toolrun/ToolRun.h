@@ -62,15 +62,17 @@ public:
     // Whether any running tool writes a disc or an image.
     static bool anyWriting();
 
+    // Quiet runs (the media probes, which always "fail" for want of an
+    // output) are told only to an observer that asks for them.
+    enum class Report { Observed, Quiet };
+
     // Told of every run that ends, on the thread it ran on (the run log).
+    // With scope Quiet, the quiet runs too (a test counting probes).
     using Observer = std::function<void(const ToolVerdict &)>;
-    static void setObserver(Observer observer);
+    static void setObserver(Observer observer, Report scope = Report::Observed);
 
     // For worker threads only (a disk walk's or a probe's own thread): runs
     // the command to its end, or to the time limit, and answers its verdict.
-    // Quiet runs (the media probes, which always "fail" for want of an
-    // output) are not told to the observer.
-    enum class Report { Observed, Quiet };
     static ToolVerdict runToEnd(const ToolCommand &command, int timeoutMs,
                                 Channels channels = Channels::Merged, Report report = Report::Observed);
 

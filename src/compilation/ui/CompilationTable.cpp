@@ -107,10 +107,22 @@ void CompilationTable::resizeEvent(QResizeEvent *event)
 QList<int> CompilationTable::selectedRows() const
 {
     QList<int> rows;
-    if (!selectionModel())
+    const QItemSelectionModel *selection = selectionModel();
+    if (!selection || !model())
         return rows;
-    for (const QModelIndex &i : selectionModel()->selectedRows())
-        rows.append(i.row());
+    // Straight from the selection's ranges: asking row by row whether it is
+    // selected looks through every range each time, far too slow when
+    // thousands of rows are picked one by one.
+    const int columns = model()->columnCount(rootIndex());
+    for (const QItemSelectionRange &range : selection->selection()) {
+        if (!range.isValid() || range.parent() != rootIndex())
+            continue;
+        const bool wholeRows = range.left() == 0 && range.right() == columns - 1;
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            if (wholeRows || selection->isRowSelected(row, rootIndex()))
+                rows.append(row);
+    }
     std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     return rows;
 }
