@@ -73,6 +73,7 @@ void MediaBurn::burn(BurnOperation operation, const QList<NodeMediaFile> &files,
     if (m_busy || !BurnMessages::isMediaBurn(operation))
         return;
     m_busy = true;
+    m_cancelling = false;
     QPointer<MediaBurn> self(this);
     BurnChecks::run(operation, files.isEmpty(), m_check, m_alerts, context.m_b_Debug_Mode,
                     [self, operation, files, context](bool passed) {
@@ -161,13 +162,48 @@ void MediaBurn::scheduleRecording()
     }
 }
 
+void MediaBurn::cancel()
+{
+    if (!m_busy || m_cancelling)
+        return;
+    if (m_sequence->isRunning()) {
+        m_cancelling = true;
+        m_sequence->stop();  // answered by transcodeFailed with a stopped run
+        return;
+    }
+    const bool recordingDue = (timerBurnAudioCD && timerBurnAudioCD->isActive())
+        || (timerBurnMP3 && timerBurnMP3->isActive()) || (timerBurnVideo && timerBurnVideo->isActive());
+    if (recordingDue) {
+        m_cancelling = true;
+        for (QPointer<QTimer> *t : {&timerBurnAudioCD, &timerBurnMP3, &timerBurnVideo})
+            if (*t)
+                (*t)->stop();
+        FolderOps::emptyFolderThen(workingFolder(), this, [this] {
+            m_busy = false;
+            m_sheets.showOperationFailed(
+                OperationFailure::cancellation(ToolMessages::BurnCancelled, ToolMessages::NothingWritten));
+            emit failed(m_operation);
+        });
+        return;
+    }
+    if (isRecording()) {
+        if (!ToolMessages::confirmStopWriting(m_alerts) || !isRecording())
+            return;
+        m_cancelling = true;
+        m_recording->stop();  // answered by recordingEnded with a stopped run
+    }
+}
+
 void MediaBurn::transcodeFailed(int index, const ToolVerdict &verdict)
 {
     m_sheets.endProgress();
     const QString file = index >= 0 && index < m_files.size() ? m_files.at(index).s_File_Path : QString();
     FolderOps::emptyFolderThen(workingFolder(), this, [this, file, verdict] {
         m_busy = false;
-        if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
+        if (m_cancelling)
+            m_sheets.showOperationFailed(
+                OperationFailure::cancellation(ToolMessages::BurnCancelled, ToolMessages::NothingWritten));
+        else if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
             m_alerts.show(ToolMessages::notStarted(verdict));
         else
             m_alerts.show(BurnMessages::transcodeFailed(file, ToolMessages::toolWords(verdict)));
@@ -235,7 +271,10 @@ void MediaBurn::recordingEnded(const QString &folder, const ToolVerdict &verdict
             emit completed(m_operation);
             return;
         }
-        if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
+        if (m_cancelling && verdict.outcome == ToolVerdict::Outcome::Stopped)
+            m_sheets.showOperationFailed(OperationFailure::cancellation(
+                ToolMessages::BurnCancelled, ToolMessages::WritingStopped, &verdict));
+        else if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
             m_alerts.show(ToolMessages::notStarted(verdict));
         else
             m_sheets.showOperationFailed(

@@ -79,6 +79,13 @@ public:
     // Whether the recorder is writing now.
     bool isRecording() const;
 
+    // Cancel on the burn's sheets. While files are transcoded: every
+    // transcode is stopped, the working folder emptied, and the last sheet
+    // says the burn was cancelled and nothing was written. While the
+    // recorder writes: the user is asked first (Stop / Continue); Stop stops
+    // the recorder and the last sheet says the disc was left unfinished.
+    void cancel();
+
 signals:
     void refused(BurnOperation operation);
     void transcodesFinished(BurnOperation operation);  // sheet ended, timer scheduled
@@ -107,6 +114,7 @@ private:
     QList<NodeMediaFile> m_files;
     MediaBurnContext m_context;
     bool m_busy = false;
+    bool m_cancelling = false;
     int m_i_Burn_Audio_Type = 0;
     qint64 m_i_Orig_Duration_in_Seconds = 0;
 

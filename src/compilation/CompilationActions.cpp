@@ -63,6 +63,7 @@ bool CompilationActions::addMediaFiles(Tab tab, const QStringList &paths)
         return false;
     m_mediaTab = tab;
     m_maximum = int(paths.size());
+    m_countBefore = m_media ? m_media->count() : 0;
     emit busyChanged(true);
     emit progressSheetShown(m_maximum);
     m_probe.start(paths, m_ffmpeg);
@@ -90,6 +91,30 @@ bool CompilationActions::addDataFolder(const QString &folderPath)
     emit progressSheetShown(0);
     m_folder.start(folderPath);
     return true;
+}
+
+void CompilationActions::cancel()
+{
+    if (m_probe.isRunning()) {
+        m_probe.cancel();
+        if (m_media && m_media->count() > m_countBefore) {
+            QList<int> added;
+            for (int row = m_countBefore; row < m_media->count(); ++row)
+                added << row;
+            m_media->removeRowsAt(added);
+        }
+        emit progressSheetClosed();
+        emit busyChanged(false);
+        emit refreshTable(m_mediaTab);
+        return;
+    }
+    if (m_folder.isRunning()) {
+        m_folder.cancel();
+        emit progressSheetClosed();
+        // Busy until the walk has seen the request and ended.
+        connect(&m_folder, &FolderMeasureJob::stopped, this, [this] { emit busyChanged(false); },
+                Qt::SingleShotConnection);
+    }
 }
 
 void CompilationActions::onRecordsReady(int, const QList<NodeMediaFile> &records)

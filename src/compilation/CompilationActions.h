@@ -43,6 +43,11 @@ public:
     bool addMediaFolder(Tab tab, const QString &folderPath);
     bool addDataFolder(const QString &folderPath);
 
+    // Cancel on the measuring sheet: the files or folder being added are
+    // dropped (records already listed by this add go again), the sheet
+    // closes and the list is as it was. Harmless when idle.
+    void cancel();
+
     bool isBusy() const;
     MediaProbeJob *probeJob() { return &m_probe; }
     FolderMeasureJob *folderJob() { return &m_folder; }
@@ -68,4 +73,5 @@ private:
     FolderMeasureJob m_folder;
     Tab m_mediaTab = AudioTab;
     int m_maximum = 0;
+    int m_countBefore = 0;  // the media list's length when the add began
 };

@@ -8,7 +8,10 @@ FolderMeasureJob::FolderMeasureJob(QObject *parent) : QObject(parent)
 {
     connect(&m_watcher, &QFutureWatcher<NodeDataFolder>::finished, this, [this] {
         m_running = false;
-        emit finished(m_watcher.result());
+        if (m_stop.stopped())
+            emit stopped();
+        else
+            emit finished(m_watcher.result());
     });
 }
 
@@ -23,6 +26,15 @@ bool FolderMeasureJob::start(const QString &folderPath)
     if (m_running)
         return false;
     m_running = true;
-    m_watcher.setFuture(QtConcurrent::run(&Measurements::makeDataFolderRecord, folderPath));
+    m_stop = StopToken();
+    m_watcher.setFuture(QtConcurrent::run(&Measurements::makeDataFolderRecord, folderPath, m_stop));
     return true;
+}
+
+void FolderMeasureJob::cancel()
+{
+    // The walk looks at the token between entries and ends soon; until it
+    // has, the job stays busy, so a new walk never overlaps it.
+    if (m_running)
+        m_stop.stop();
 }

@@ -157,7 +157,8 @@ QStringList durationTextsFromBatchReport(const QString &report, const QStringLis
     return texts;
 }
 
-BatchProbe probeBatch(const QString &ffmpegPath, const QStringList &filePaths, int timeoutMs)
+BatchProbe probeBatch(const QString &ffmpegPath, const QStringList &filePaths, int timeoutMs,
+                      const StopToken &stop)
 {
     BatchProbe probe;
     if (filePaths.isEmpty())
@@ -174,7 +175,7 @@ BatchProbe probeBatch(const QString &ffmpegPath, const QStringList &filePaths, i
     // exit status says nothing about the inputs and is not read.
     const ToolVerdict verdict =
         ToolRun::runToEnd(ToolCommand{ffmpegPath, arguments}, timeoutMs < 0 ? 0 : timeoutMs,
-                          ToolRun::Channels::Merged, ToolRun::Report::Quiet);
+                          ToolRun::Channels::Merged, ToolRun::Report::Quiet, stop);
     if (verdict.outcome == ToolVerdict::Outcome::FailedToStart) {
         probe.toolStarted = false;
         return probe;
@@ -183,7 +184,7 @@ BatchProbe probeBatch(const QString &ffmpegPath, const QStringList &filePaths, i
     return probe;
 }
 
-quint64 folderSize(const QString &folderPath)
+quint64 folderSize(const QString &folderPath, const StopToken &stop)
 {
     if (folderPath.isEmpty())
         return 0;
@@ -196,7 +197,7 @@ quint64 folderSize(const QString &folderPath)
     QDirIterator it(folderPath,
                     QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
                     QDirIterator::Subdirectories);
-    while (it.hasNext()) {
+    while (it.hasNext() && !stop.stopped()) {
         it.next();
         const qint64 size = it.fileInfo().size();  // a link reads as its target
         if (size > 0)
@@ -276,11 +277,11 @@ NodeMediaFile mediaRecordFor(const QString &filePath, const QString &durationTex
     return node;
 }
 
-NodeDataFolder makeDataFolderRecord(const QString &folderPath)
+NodeDataFolder makeDataFolderRecord(const QString &folderPath, const StopToken &stop)
 {
     NodeDataFolder node;
     node.s_Path = folderPath;
-    const quint64 bytes = folderSize(folderPath);
+    const quint64 bytes = folderSize(folderPath, stop);
     node.i_Size_in_KBytes = bytes >> 10;
     node.s_Size = sizeText(bytes);
     return node;

@@ -5,6 +5,7 @@
 
 #include "compilation/NodeDataFolder.h"
 #include "compilation/NodeMediaFile.h"
+#include "toolrun/StopToken.h"
 
 // The measurements that fill a compilation record: the playing time of a
 // media file as ffmpeg reports it, that time in whole seconds, the byte total
@@ -55,7 +56,9 @@ struct BatchProbe {
 // Runs "ffmpeg -hide_banner -i A -i B ..." with both output streams read as
 // one and reads its report. Blocks: worker threads only. A run still going
 // after timeoutMs is killed and what it described so far is used.
-BatchProbe probeBatch(const QString &ffmpegPath, const QStringList &filePaths, int timeoutMs = 30000);
+// A stop asked through `stop` kills the run; what it described by then counts.
+BatchProbe probeBatch(const QString &ffmpegPath, const QStringList &filePaths, int timeoutMs = 30000,
+                      const StopToken &stop = StopToken());
 
 // a + b, or the largest value when the sum does not fit: totals of sizes
 // stop at the top instead of wrapping round to small numbers.
@@ -68,7 +71,9 @@ qint64 saturatingAdd(qint64 a, qint64 b);  // both >= 0
 // Folders count with the size of their own entry. The top folder itself is
 // not counted. A path that is not a readable folder gives 0, and a tree that
 // vanishes during the walk gives what was seen of it.
-quint64 folderSize(const QString &folderPath);
+// A stop asked through `stop` ends the walk early (the total then counts
+// what was seen so far).
+quint64 folderSize(const QString &folderPath, const StopToken &stop = StopToken());
 
 // Size of one file (following links); 0 when it cannot be read.
 quint64 fileSize(const QString &filePath);
@@ -95,7 +100,7 @@ NodeMediaFile mediaRecordFor(const QString &filePath, const QString &durationTex
 
 // A data-folder record: the path, kilobytes (byte total >> 10) and size text.
 // Walks the tree: worker threads only for large folders.
-NodeDataFolder makeDataFolderRecord(const QString &folderPath);
+NodeDataFolder makeDataFolderRecord(const QString &folderPath, const StopToken &stop = StopToken());
 
 // One single-character string per UTF-16 unit, in order.
 QStringList splitStringIntoChars(const QString &text);

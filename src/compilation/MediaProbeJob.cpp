@@ -53,6 +53,7 @@ bool MediaProbeJob::start(const QStringList &paths, const QString &ffmpegPath)
     m_records.clear();
     m_records.reserve(paths.size());
     m_next = 0;
+    m_stop = StopToken();
     const quint64 list = ++m_list;
 
     if (paths.isEmpty()) {
@@ -76,10 +77,13 @@ void MediaProbeJob::probe(int first, int count, bool again)
     const QString ffmpeg = m_ffmpeg;
     const int timeoutMs = m_timeoutMs;
     const quint64 list = m_list;
+    const StopToken stop = m_stop;
     // A batch probed again holds up every record after it: it goes first.
     const int priority = again ? 1 : 0;
-    m_pool.start([this, first, paths, ffmpeg, timeoutMs, list] {
-        const Measurements::BatchProbe batch = Measurements::probeBatch(ffmpeg, paths, timeoutMs);
+    m_pool.start([this, first, paths, ffmpeg, timeoutMs, list, stop] {
+        if (stop.stopped())
+            return;
+        const Measurements::BatchProbe batch = Measurements::probeBatch(ffmpeg, paths, timeoutMs, stop);
         // What one input alone gives is its answer; so is nothing at all
         // from an ffmpeg that could not start.
         const qsizetype known = (!batch.toolStarted || paths.size() == 1) ? paths.size() : batch.durations.size();
@@ -107,6 +111,18 @@ void MediaProbeJob::probe(int first, int count, bool again)
                 deliver(first, records);
         }, Qt::QueuedConnection);
     }, priority);
+}
+
+void MediaProbeJob::cancel()
+{
+    if (!m_running)
+        return;
+    m_stop.stop();
+    m_pool.clear();
+    ++m_list;
+    m_running = false;
+    m_waiting.clear();
+    m_records.clear();
 }
 
 void MediaProbeJob::deliver(int first, const QList<NodeMediaFile> &records)

@@ -6,6 +6,7 @@
 #include <QThreadPool>
 
 #include "compilation/NodeMediaFile.h"
+#include "toolrun/StopToken.h"
 
 // Measures media files off the UI thread, many per ffmpeg run: starting
 // ffmpeg costs far more than describing one more input, so the files go to
@@ -33,6 +34,10 @@ public:
     // Starts measuring; false (and nothing started) while a list runs.
     // An empty list finishes at once, from the event loop.
     bool start(const QStringList &paths, const QString &ffmpegPath);
+
+    // Drops the list under way: no more records or signals come from it,
+    // queued batches never start, running ones are killed. Harmless when idle.
+    void cancel();
 
     bool isRunning() const { return m_running; }
     int count() const { return int(m_paths.size()); }
@@ -69,4 +74,5 @@ private:
     int m_timeoutMs = 30000;
     bool m_running = false;
     quint64 m_list = 0;  // which start() the results in flight belong to
+    StopToken m_stop;    // the list's: cancel() stops its batches
 };

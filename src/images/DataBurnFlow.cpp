@@ -122,6 +122,16 @@ void DataBurnFlow::startStaging()
     m_staging = staging;
     connect(staging, &StagingCopy::finished, this, [this, staging] {
         staging->deleteLater();
+        if (isCancelling()) {
+            // Cancelled while copying: nothing is recorded, nothing is kept.
+            timerBurnDataFolder.stop();
+            emit closeStagingSheet();
+            FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] {
+                emit operationFailed(cancelledFailure(nullptr));
+                finish();
+            });
+            return;
+        }
         if (!staging->errors().isEmpty()) {
             // Nothing is recorded from a folder that is not complete.
             timerBurnDataFolder.stop();
@@ -139,6 +149,14 @@ void DataBurnFlow::startStaging()
             TimerBurnDataFolder();
     });
     staging->start();
+}
+
+bool DataBurnFlow::cancelSteps()
+{
+    if (!m_staging || !m_staging->isRunning())
+        return false;
+    m_staging->stop();  // its end comes back through finished
+    return true;
 }
 
 void DataBurnFlow::TimerBurnDataFolder()

@@ -42,6 +42,9 @@ public:
     // The plan of the burn under way (or the last one).
     const DataBurnPlan &plan() const { return m_plan; }
 
+protected:
+    bool cancelSteps() override;
+
 private:
     void checked(const MediumCheck &check);
     void startStaging();

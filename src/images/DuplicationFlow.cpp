@@ -53,6 +53,7 @@ void DuplicationFlow::driveAnswered(const MediumCheck &check)
     m_volume = chosen.first();
     FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] {
         const ToolCommand command = Duplication::imagingCommand(*m_tool, m_context.dataFolder, m_volume);
+        m_writingCopy = false;
         startToolRun(command, ToolRun::Channels::Merged,
                      [this](const ToolVerdict &v) { CreateISOfromDriveTerminated(v); });
         emit showPerformingOperation();
@@ -120,6 +121,7 @@ void DuplicationFlow::blankChecked(const MediumCheck &check)
     emit uniqueProgress(0.0);
     const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
     const ToolCommand command = m_tool->burnImageCommand(drive, Duplication::imagePath(m_context.dataFolder));
+    m_writingCopy = true;
     startToolRun(command, ToolRun::Channels::Separate,
                  [this](const ToolVerdict &v) { MediaDuplicationTerminated(v); }, m_tool->progressKind());
 }

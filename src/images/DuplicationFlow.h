@@ -27,7 +27,18 @@ public:
     int copiesDone() const { return i_Counter_Number_of_Copies; }
     QString volumePath() const { return m_volume; }
 
+protected:
+    // The disc is read into an image first: only the copies write a disc.
+    bool runWritesDisc() const override { return m_writingCopy; }
+    OperationFailure cancelledFailure(const ToolVerdict *stoppedRun) const override
+    {
+        return OperationFailure::cancellation(
+            ToolMessages::CopyCancelled,
+            stoppedWhileWriting() ? ToolMessages::WritingStopped : ToolMessages::NothingWritten, stoppedRun);
+    }
+
 private:
+    bool m_writingCopy = false;
     void driveAnswered(const MediumCheck &check);
     void CreateISOfromDriveTerminated(const ToolVerdict &verdict);
     void TimerDuplicateMediaCopy();

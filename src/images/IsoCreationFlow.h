@@ -23,6 +23,14 @@ public:
     QString DestPath() const { return m_destPath; }
     QString DestPathISO() const { return m_destPathISO; }
 
+protected:
+    // An image, not a disc, is written: stopped without a question.
+    bool runWritesDisc() const override { return false; }
+    OperationFailure cancelledFailure(const ToolVerdict *stoppedRun) const override
+    {
+        return OperationFailure::cancellation(ToolMessages::ImageCancelled, ToolMessages::NoImageMade, stoppedRun);
+    }
+
 private:
     void TimerCreateISOStep1Routine();
     void TimerCreateISOStep2Routine();

@@ -33,8 +33,37 @@ void SheetFlow::startToolRun(const ToolCommand &command, ToolRun::Channels chann
     run->start();
 }
 
+void SheetFlow::cancel()
+{
+    if (!m_busy || m_cancelling)
+        return;
+    if (toolRunning()) {
+        const bool writing = runWritesDisc();
+        if (writing && !ToolMessages::confirmStopWriting(*m_context.alerts))
+            return;
+        if (!toolRunning())
+            return;  // it ended while the question was up
+        m_cancelling = true;
+        m_stoppedWhileWriting = writing;
+        m_run->stop();
+        return;
+    }
+    m_cancelling = cancelSteps();
+}
+
+OperationFailure SheetFlow::cancelledFailure(const ToolVerdict *stoppedRun) const
+{
+    return OperationFailure::cancellation(
+        ToolMessages::BurnCancelled,
+        m_stoppedWhileWriting ? ToolMessages::WritingStopped : ToolMessages::NothingWritten, stoppedRun);
+}
+
 void SheetFlow::tellFailure(const QString &message, const ToolVerdict &verdict)
 {
+    if (m_cancelling && verdict.outcome == ToolVerdict::Outcome::Stopped) {
+        emit operationFailed(cancelledFailure(&verdict));
+        return;
+    }
     if (verdict.outcome == ToolVerdict::Outcome::FailedToStart) {
         m_context.alerts->show(ToolMessages::notStarted(verdict));
         return;

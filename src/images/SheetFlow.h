@@ -20,6 +20,12 @@ public:
     explicit SheetFlow(const ImageFlowContext &context, QObject *parent = nullptr);
 
     bool isBusy() const { return m_busy; }
+
+    // Cancel on the flow's sheets. A tool that writes a disc is stopped only
+    // once the user has said so (Stop / Continue); any other tool at once,
+    // and so is a step that is not a tool (cancelSteps). The flow then ends
+    // through its usual path, whose last sheet says it was cancelled.
+    void cancel();
     const ImageFlowContext &context() const { return m_context; }
 
 signals:
@@ -37,8 +43,23 @@ signals:
     void ended();                      // idle again, whatever the outcome
 
 protected:
-    void begin() { m_busy = true; }
+    void begin()
+    {
+        m_busy = true;
+        m_cancelling = false;
+        m_stoppedWhileWriting = false;
+    }
     void finish();
+
+    // A cancel asked while no tool runs: stops the flow's own steps (a
+    // staging copy) and answers whether there was one to stop.
+    virtual bool cancelSteps() { return false; }
+    // Whether the tool running now writes a disc (asked before it is stopped).
+    virtual bool runWritesDisc() const { return true; }
+    // The last sheet of a cancelled flow; `stoppedRun` is the tool stopped.
+    virtual OperationFailure cancelledFailure(const ToolVerdict *stoppedRun) const;
+    bool isCancelling() const { return m_cancelling; }
+    bool stoppedWhileWriting() const { return m_stoppedWhileWriting; }
 
     // Starts the flow's tool run: toolStarted, the run, and when it ends
     // toolFinished and then `terminated` with the run's verdict. With a
@@ -50,8 +71,9 @@ protected:
                       ToolRun::Purpose purpose = ToolRun::Purpose::Write);
 
     // The end of a tool run that did not succeed, told to the user: a tool
-    // that could not be started gets its alert; any other failure the last
-    // sheet with `message` and the tool's own words.
+    // that could not be started gets its alert; a tool the user stopped the
+    // cancelled sheet; any other failure the last sheet with `message` and
+    // the tool's own words.
     void tellFailure(const QString &message, const ToolVerdict &verdict);
 
     // Whether a tool of this flow is running now.
@@ -61,5 +83,7 @@ protected:
 
 private:
     bool m_busy = false;
+    bool m_cancelling = false;
+    bool m_stoppedWhileWriting = false;
     QPointer<ToolRun> m_run;
 };

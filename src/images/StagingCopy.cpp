@@ -27,7 +27,8 @@ void logError(QStringList &errors, const QString &line)
     errors << line;
 }
 
-void copyTree(const QString &src, const QString &dst, const QString &skip, QStringList &errors)
+void copyTree(const QString &src, const QString &dst, const QString &skip, QStringList &errors,
+              const StopToken &stop)
 {
     if (!QDir().mkpath(dst)) {
         logError(errors, QStringLiteral("Staging copy: could not create the folder \"%1\"").arg(dst));
@@ -50,6 +51,8 @@ void copyTree(const QString &src, const QString &dst, const QString &skip, QStri
     ::closedir(dir);
 
     for (const QByteArray &rawName : std::as_const(names)) {
+        if (stop.stopped())
+            return;
         const QString name = QFile::decodeName(rawName);
         const QString from = src + QLatin1Char('/') + name;
         const QString to = dst + QLatin1Char('/') + name;
@@ -72,7 +75,7 @@ void copyTree(const QString &src, const QString &dst, const QString &skip, QStri
                 qInfo().noquote() << QStringLiteral("Staging copy: \"%1\" is the working folder itself; left out").arg(from);
                 continue;
             }
-            copyTree(from, to, skip, errors);
+            copyTree(from, to, skip, errors, stop);
         } else if (S_ISREG(st.st_mode)) {
             QFile in(from);
             if (!in.copy(to)) {
@@ -111,7 +114,7 @@ StagingCopy::~StagingCopy()
 }
 
 QStringList StagingCopy::copyFolderInto(const QString &source, const QString &destinationFolder,
-                                        const QString &skip)
+                                        const QString &skip, const StopToken &stop)
 {
     QStringList errors;
     const QString cleanSource = QDir::cleanPath(source);
@@ -120,7 +123,8 @@ QStringList StagingCopy::copyFolderInto(const QString &source, const QString &de
         logError(errors, QStringLiteral("Staging copy: the folder \"%1\" is no longer there").arg(source));
         return errors;
     }
-    copyTree(cleanSource, QDir::cleanPath(destinationFolder) + QLatin1Char('/') + info.fileName(), skip, errors);
+    copyTree(cleanSource, QDir::cleanPath(destinationFolder) + QLatin1Char('/') + info.fileName(), skip, errors,
+             stop);
     return errors;
 }
 
@@ -131,15 +135,27 @@ void StagingCopy::start()
     m_running = true;
     m_index = -1;
     m_errors.clear();
+    m_stop = StopToken();
     folderComplete();
+}
+
+void StagingCopy::stop()
+{
+    if (!m_running)
+        return;
+    m_stop.stop();
+    m_pollTimer.stop();
+    m_pollDone = true;  // no more polls; the copy's return ends the staging
+    if (m_copyDone)     // it has returned already: end from the event loop
+        QMetaObject::invokeMethod(this, &StagingCopy::folderComplete, Qt::QueuedConnection);
 }
 
 void StagingCopy::folderComplete()
 {
-    if (m_index >= 0)
+    if (m_index >= 0 && !m_stop.stopped())
         emit folderDone(m_index);
     ++m_index;
-    if (m_index >= m_entries.size()) {
+    if (m_index >= m_entries.size() || m_stop.stopped()) {
         m_running = false;
         emit finished();
         return;
@@ -161,8 +177,9 @@ void StagingCopy::startFolder()
     const QString working = QFileInfo(QFileInfo(e.base).absolutePath()).canonicalFilePath();
     const QString source = e.source;
     const QString dest = e.destinationFolder;
-    m_copyWatcher.setFuture(QtConcurrent::run([source, dest, working] {
-        return StagingCopy::copyFolderInto(source, dest, working);
+    const StopToken stop = m_stop;
+    m_copyWatcher.setFuture(QtConcurrent::run([source, dest, working, stop] {
+        return StagingCopy::copyFolderInto(source, dest, working, stop);
     }));
     m_pollTimer.start(m_pollIntervalMs);
 }
@@ -175,6 +192,8 @@ void StagingCopy::poll()
 
 void StagingCopy::measured()
 {
+    if (m_stop.stopped())
+        return;
     const double size = double(m_sizeWatcher.result() >> 10);
     emit folderPolled(m_index, size);
     const StagingEntry &e = m_entries.at(m_index);

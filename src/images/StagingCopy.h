@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #include "images/DataBurnPlan.h"
+#include "toolrun/StopToken.h"
 
 // Copies the listed folders into the data working folder before a macOS data
 // burn, one folder at a time, without ever holding up the UI thread: the copy
@@ -34,7 +35,11 @@ public:
     ~StagingCopy() override;
 
     void start();
+    // Stops after the file being copied: no further file or folder is
+    // copied, and finished() follows once the copy has returned.
+    void stop();
     bool isRunning() const { return m_running; }
+    bool wasStopped() const { return m_stop.stopped(); }
     QStringList errors() const { return m_errors; }
 
 
@@ -42,7 +47,7 @@ public:
     // run it off the UI thread). A folder whose canonical path is `skip` is
     // not entered. Returns the errors, each already logged.
     static QStringList copyFolderInto(const QString &source, const QString &destinationFolder,
-                                      const QString &skip = QString());
+                                      const QString &skip = QString(), const StopToken &stop = StopToken());
 
 signals:
     void folderStarted(int index, const QString &source);
@@ -66,6 +71,7 @@ private:
     bool m_pollDone = false;
     bool m_copyDone = false;
     QStringList m_errors;
+    StopToken m_stop;
     QTimer m_pollTimer;
     QFutureWatcher<QStringList> m_copyWatcher;
     QFutureWatcher<quint64> m_sizeWatcher;

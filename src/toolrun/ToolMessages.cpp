@@ -65,6 +65,21 @@ QString toolWords(const ToolVerdict &verdict)
     return words;
 }
 
+AlertRequest stopWritingQuestion()
+{
+    AlertRequest r;
+    r.messageText = QStringLiteral("Stop writing? A write-once disc will be unusable.");
+    r.informativeText = QString();
+    r.buttons = {QStringLiteral("Stop"), QStringLiteral("Continue")};
+    r.warningStyle = true;
+    return r;
+}
+
+bool confirmStopWriting(Alerts &alerts)
+{
+    return alerts.show(stopWritingQuestion()).button == 0;
+}
+
 } // namespace ToolMessages
 
 OperationFailure OperationFailure::fromVerdict(const QString &message, const ToolVerdict &verdict)
@@ -77,5 +92,15 @@ OperationFailure OperationFailure::fromVerdict(const QString &message, const Too
         line += QLatin1Char(' ') + (a.contains(QLatin1Char(' ')) ? QLatin1Char('"') + a + QLatin1Char('"') : a);
     f.details = QStringLiteral("$ %1\n%2\n[%3]").arg(line, verdict.output, verdict.summary());
     f.cancelled = verdict.outcome == ToolVerdict::Outcome::Stopped;
+    return f;
+}
+
+OperationFailure OperationFailure::cancellation(const QString &message, const QString &informative,
+                                                const ToolVerdict *stoppedRun)
+{
+    OperationFailure f = stoppedRun ? fromVerdict(message, *stoppedRun) : OperationFailure();
+    f.message = message;
+    f.informative = informative;
+    f.cancelled = true;
     return f;
 }

@@ -22,6 +22,24 @@ AlertRequest driveDidNotAnswer(const ToolVerdict &verdict);
 // happened when it printed none ("xorriso was stopped.").
 QString toolWords(const ToolVerdict &verdict);
 
+// Cancel pressed while a disc is being written: "Stop writing? A write-once
+// disc will be unusable." with Stop (the default) and Continue. True when the
+// user chose Stop.
+AlertRequest stopWritingQuestion();
+bool confirmStopWriting(Alerts &alerts);
+
+// What the last sheet of a cancelled operation says.
+inline const QString BurnCancelled = QStringLiteral("The burn was cancelled.");
+inline const QString CopyCancelled = QStringLiteral("The copy was cancelled.");
+inline const QString ImageCancelled = QStringLiteral("Making the image was cancelled.");
+inline const QString EraseCancelled = QStringLiteral("Erasing was cancelled.");
+inline const QString NothingWritten = QStringLiteral("Nothing was written to the disc.");
+inline const QString WritingStopped =
+    QStringLiteral("Writing was stopped before the disc was finished. A write-once disc is now unusable.");
+inline const QString NoImageMade = QStringLiteral("No image was made.");
+inline const QString ErasingStopped =
+    QStringLiteral("Erasing was stopped part way. Erase the disc again before using it.");
+
 } // namespace ToolMessages
 
 // The last sheet of an operation that failed: what failed in plain words
@@ -34,4 +52,9 @@ struct OperationFailure {
     bool cancelled = false;
 
     static OperationFailure fromVerdict(const QString &message, const ToolVerdict &verdict);
+    // The last sheet of an operation the user cancelled ("The burn was
+    // cancelled.", "Nothing was written to the disc."): never "complete".
+    // The stopped tool's run, when there was one, goes behind Details.
+    static OperationFailure cancellation(const QString &message, const QString &informative,
+                                         const ToolVerdict *stoppedRun = nullptr);
 };

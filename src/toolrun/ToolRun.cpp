@@ -208,7 +208,8 @@ void ToolRun::end(ToolVerdict::Outcome outcome, int exitCode, bool crashed)
     emit finished(verdict);
 }
 
-ToolVerdict ToolRun::runToEnd(const ToolCommand &command, int timeoutMs, Channels channels, Report report)
+ToolVerdict ToolRun::runToEnd(const ToolCommand &command, int timeoutMs, Channels channels, Report report,
+                             const StopToken &stop)
 {
     auto tell = [report](const ToolVerdict &v) { ::tell(v, report); };
     ToolVerdict verdict;
@@ -234,10 +235,19 @@ ToolVerdict ToolRun::runToEnd(const ToolCommand &command, int timeoutMs, Channel
         return verdict;
     }
     bool timedOut = false;
-    if (!process.waitForFinished(timeoutMs > 0 ? timeoutMs : -1)) {
-        timedOut = true;
-        process.kill();
-        process.waitForFinished(-1);
+    bool stopped = false;
+    // Waits in slices, so that a stop asked meanwhile is seen soon.
+    constexpr int sliceMs = 100;
+    while (!process.waitForFinished(sliceMs)) {
+        if (process.state() == QProcess::NotRunning)
+            break;
+        stopped = stop.stopped();
+        timedOut = !stopped && timeoutMs > 0 && clock.elapsed() >= timeoutMs;
+        if (stopped || timedOut) {
+            process.kill();
+            process.waitForFinished(-1);
+            break;
+        }
     }
     QByteArray bytes = process.readAllStandardOutput();
     if (channels == Channels::Separate)
@@ -245,7 +255,9 @@ ToolVerdict ToolRun::runToEnd(const ToolCommand &command, int timeoutMs, Channel
     verdict.output = QString::fromUtf8(bytes);
     verdict.exitCode = process.exitCode();
     verdict.elapsedMs = clock.elapsed();
-    if (timedOut) {
+    if (stopped) {
+        verdict.outcome = ToolVerdict::Outcome::Stopped;
+    } else if (timedOut) {
         verdict.outcome = ToolVerdict::Outcome::TimedOut;
     } else if (process.exitStatus() == QProcess::CrashExit) {
         verdict.outcome = ToolVerdict::Outcome::Crashed;

@@ -9,6 +9,7 @@
 
 #include "toolrun/ChunkAssembler.h"
 #include "toolrun/ToolCommand.h"
+#include "toolrun/StopToken.h"
 #include "toolrun/ToolVerdict.h"
 
 class QProcess;
@@ -73,8 +74,11 @@ public:
 
     // For worker threads only (a disk walk's or a probe's own thread): runs
     // the command to its end, or to the time limit, and answers its verdict.
+    // A stop asked through `stop` kills the tool within a tenth of a second;
+    // the run then ends as Stopped.
     static ToolVerdict runToEnd(const ToolCommand &command, int timeoutMs,
-                                Channels channels = Channels::Merged, Report report = Report::Observed);
+                                Channels channels = Channels::Merged, Report report = Report::Observed,
+                                const StopToken &stop = StopToken());
 
 signals:
     // Complete reports as they arrive, per channel (merged runs: output only).

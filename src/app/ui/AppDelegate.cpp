@@ -350,6 +350,7 @@ void AppDelegate::showUniqueProgress(const QString &title, const QString &captio
     windowUniqueProgress->progressBar->setMinDouble(0.0);
     windowUniqueProgress->progressBar->setMaxDouble(maximum);
     windowUniqueProgress->progressBar->setDoubleValue(0.0);
+    offerCancel(windowUniqueProgress);
     windowUniqueProgress->begin();
 }
 
@@ -490,6 +491,7 @@ void AppDelegate::Burn_Data_Bluray() { m_dataBurn->Burn_Data_Bluray(arrayDataFol
 void AppDelegate::beginProgress()
 {
     windowProgress = new Window_Progress(m_window.get());
+    offerCancel(windowProgress);
     windowProgress->begin();
 }
 
@@ -530,6 +532,7 @@ void AppDelegate::endPerformingOperation() { dropSheet(windowPerformingOperation
 void AppDelegate::Show_Window_Performing_Operation()
 {
     windowPerformingOperation = new Window_Performing_Operation(m_window.get());
+    offerCancel(windowPerformingOperation);
     windowPerformingOperation->begin();
 }
 
@@ -642,6 +645,7 @@ void AppDelegate::erase(bool full)
         options.purpose = ToolRun::Purpose::Write;
         auto *run = new ToolRun(self->m_backend->eraseCommand(self->currentDrive(), full), options, self);
         self->m_eraseRun = run;
+        self->m_eraseCancelled = false;
         connect(run, &ToolRun::finished, self, [self, run](const ToolVerdict &verdict) {
             run->deleteLater();
             if (!self)
@@ -649,6 +653,9 @@ void AppDelegate::erase(bool full)
             dropSheet(self->windowPerformingOperation);
             if (verdict.ok())
                 self->Show_Window_Operation_Complete();
+            else if (self->m_eraseCancelled && verdict.outcome == ToolVerdict::Outcome::Stopped)
+                self->Show_Window_Operation_Failed(OperationFailure::cancellation(
+                    ToolMessages::EraseCancelled, ToolMessages::ErasingStopped, &verdict));
             else if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
                 self->m_context.alerts->show(ToolMessages::notStarted(verdict));
             else
@@ -658,6 +665,36 @@ void AppDelegate::erase(bool full)
         run->start();
         self->Show_Window_Performing_Operation();
     });
+}
+
+void AppDelegate::cancelOperation()
+{
+    m_log->note(QStringLiteral("Cancel pressed."));
+    if (m_adding->isBusy()) {
+        m_adding->cancel();
+        return;
+    }
+    if (m_mediaBurn->isBusy()) {
+        m_mediaBurn->cancel();
+        return;
+    }
+    for (SheetFlow *flow : {static_cast<SheetFlow *>(m_dataBurn), static_cast<SheetFlow *>(m_isoCreation),
+                            static_cast<SheetFlow *>(m_imageBurn), static_cast<SheetFlow *>(m_duplication)}) {
+        if (flow->isBusy()) {
+            flow->cancel();
+            return;
+        }
+    }
+    if (m_eraseRun && m_eraseRun->isRunning()) {
+        m_eraseCancelled = true;
+        m_eraseRun->stop();
+    }
+}
+
+void AppDelegate::offerCancel(StatusSheet *sheet)
+{
+    sheet->addCancelButton();
+    connect(sheet, &StatusSheet::cancelRequested, this, &AppDelegate::cancelOperation);
 }
 
 void AppDelegate::OnToolsDiscInfo()
@@ -876,6 +913,7 @@ void AppDelegate::DuplicateMedia()
 void AppDelegate::Show_Window_Data_Copy_Folders()
 {
     windowDataCopyFolders = new Window_Data_Copy_Folders(m_window.get());
+    offerCancel(windowDataCopyFolders);
     windowDataCopyFolders->begin();
 }
 

@@ -13,6 +13,7 @@
 #include "drives/DriveSelection.h"
 #include "drives/Object_Optical_Drive.h"
 
+class StatusSheet;
 class AVSPDocument;
 class CompilationActions;
 class DataBurnFlow;
@@ -226,6 +227,11 @@ private:
     void openPage(const QUrl &page);
     void applyDriveMenu();
     void erase(bool full);
+    // Cancel pressed on a sheet (or Escape): the operation under way decides
+    // what stopping means for it.
+    void cancelOperation();
+    // Gives a long sheet its Cancel button, wired to cancelOperation.
+    void offerCancel(StatusSheet *sheet);
     void play(int tab);
     void applyTableLook(bool okRule);
     void scheduleOnce(QPointer<QTimer> &slot, void (AppDelegate::*routine)());
@@ -242,6 +248,7 @@ private:
     std::unique_ptr<RunLog> m_log;
     QPointer<ToolRun> m_eraseRun;
     bool m_quitting = false;
+    bool m_eraseCancelled = false;
     std::unique_ptr<Recorder> m_recorder;
     MediaBurn *m_mediaBurn = nullptr;
     CompilationActions *m_adding = nullptr;

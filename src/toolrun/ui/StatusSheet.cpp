@@ -6,6 +6,8 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -98,6 +100,19 @@ void StatusSheet::endSheet()
     holdMainWindow(false);
 }
 
+QPushButton *StatusSheet::addCancelButton()
+{
+    if (btnCancel)
+        return btnCancel;
+    btnCancel = new QPushButton(QStringLiteral("Cancel"), this);
+    btnCancel->setObjectName(QStringLiteral("btnCancel"));
+    btnCancel->setAccessibleName(QStringLiteral("Cancel"));
+    if (auto *lay = qobject_cast<QBoxLayout *>(layout()))
+        lay->addWidget(btnCancel, 0, Qt::AlignRight);
+    connect(btnCancel, &QPushButton::clicked, this, &StatusSheet::cancelRequested);
+    return btnCancel;
+}
+
 void StatusSheet::closeEvent(QCloseEvent *e)
 {
     e->ignore();
@@ -120,7 +135,11 @@ void StatusSheet::keyPressEvent(QKeyEvent *e)
         }
     }
     if (e->key() == Qt::Key_Escape) {
+        // A progress sheet is not dismissed; one that can be cancelled
+        // asks for it, as its button does.
         e->accept();
+        if (btnCancel && btnCancel->isVisible() && btnCancel->isEnabled())
+            btnCancel->click();
         return;
     }
     QDialog::keyPressEvent(e);

@@ -4,6 +4,7 @@
 #include <QPointer>
 
 class QAction;
+class QPushButton;
 
 // The common shape of the status windows: a small sheet on the main window,
 // shown without blocking the caller. While any sheet is up, the main window
@@ -17,6 +18,15 @@ public:
     ~StatusSheet() override;
     void begin();     // shows it as a sheet of the main window
     void endSheet();  // hides it; harmless when already ended
+
+    // Gives the sheet a Cancel button at its foot (once); Escape then
+    // presses it. The owner decides what a cancel does: the button only
+    // asks, through cancelRequested.
+    QPushButton *addCancelButton();
+    QPushButton *btnCancel = nullptr;
+
+signals:
+    void cancelRequested();
 
 protected:
     void closeEvent(QCloseEvent *e) override;  // sheets are ended by their owner only

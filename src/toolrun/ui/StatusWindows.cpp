@@ -99,6 +99,7 @@ void Window_Operation_Terminated::showFailure(const OperationFailure &failure)
     lay->insertWidget(2, textDetails);
 
     btnDetails = new QPushButton(QStringLiteral("Details"), this);
+    btnDetails->setVisible(!failure.details.isEmpty());  // nothing ran: nothing to show
     btnDetails->setObjectName(QStringLiteral("btnDetails"));
     btnDetails->setAccessibleName(QStringLiteral("Details"));
     btnDetails->setCheckable(true);
