@@ -8,6 +8,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <functional>
 #include <memory>
 
 #include "app/ui/AppContext.h"
@@ -33,6 +34,7 @@ struct AppHarness {
     QList<int> exits;
     QList<QUrl> opened;
     bool dark = false;
+    std::function<void(AppContext &)> tune;  // changes the seams before start()
     std::unique_ptr<Delegate> app;
 
     explicit AppHarness(const QString &documentsDir = QString())
@@ -56,6 +58,8 @@ struct AppHarness {
         c.openUrl = [this](const QUrl &u) { opened << u; };
         c.systemIsDark = [this] { return dark; };
         c.logsDir = root.filePath(QStringLiteral("logs"));
+        if (tune)
+            tune(c);
         return c;
     }
 
