@@ -6,6 +6,7 @@
 
 #include "app/Alerts.h"
 #include "app/FilePicker.h"
+#include "app/Notifier.h"
 #include "app/ToolPaths.h"
 #include "drives/DriveAccess.h"
 
@@ -25,4 +26,6 @@ struct AppContext {
     std::function<void(const QUrl &)> openUrl;     // null: the default browser
     std::function<bool()> systemIsDark;            // null: the platform's palette
     QString logsDir;                               // empty: "logs" in the platform's application-data folder
+    Notifier *notifier = nullptr;                  // null: the desktop's notifications
+    std::function<qint64()> clockMs;               // null: a monotonic clock, in milliseconds
 };

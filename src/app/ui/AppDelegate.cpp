@@ -1,6 +1,13 @@
 #include "app/ui/AppDelegate.h"
 
+#include <QElapsedTimer>
+#include <utility>
+
+#include "app/ui/DesktopNotifier.h"
+
 #include <QAction>
+#include <QGuiApplication>
+#include <QWindow>
 #include <QCursor>
 #include <QDesktopServices>
 #include <QDir>
@@ -80,6 +87,15 @@ AppDelegate::AppDelegate(const AppContext &context, QObject *parent)
     if (logs.isEmpty())
         logs = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/logs");
     m_log = std::make_unique<RunLog>(logs);
+    if (!m_context.notifier) {
+        auto *desktop = new DesktopNotifier(this);
+        m_context.notifier = desktop;
+    }
+    if (!m_context.clockMs) {
+        auto clock = std::make_shared<QElapsedTimer>();
+        clock->start();
+        m_context.clockMs = [clock] { return clock->elapsed(); };
+    }
     RunLog *log = m_log.get();
     ToolRun::setObserver([log](const ToolVerdict &verdict) { log->record(verdict); });
     m_recorder = Recorder::create(m_context.tools);
@@ -435,7 +451,7 @@ void AppDelegate::OnBtnBurn()
     const int i = titles.indexOf(m_window->btnBurn->text());
     if (i < 0)
         return;
-    m_log->beginOperation(titles.at(i));
+    beginOperation(titles.at(i));
     (this->*operations[i])();
 }
 
@@ -536,11 +552,34 @@ void AppDelegate::Show_Window_Performing_Operation()
     windowPerformingOperation->begin();
 }
 
+void AppDelegate::beginOperation(const QString &title)
+{
+    m_log->beginOperation(title);
+    m_operationTitle = title;
+    m_operationStartMs = m_context.clockMs();
+}
+
+void AppDelegate::tellIfAway(const QString &verdict)
+{
+    // Only the end of a long operation, and only when the user is elsewhere:
+    // the sheet itself says it to someone looking at the window.
+    const QString title = std::exchange(m_operationTitle, QString());
+    if (title.isEmpty() || m_context.clockMs() - m_operationStartMs <= NotifyAfterMs)
+        return;
+    // The main window or one of its sheets in front: the user is here.
+    const QWindow *main = m_window->windowHandle();
+    if (const QWindow *focus = QGuiApplication::focusWindow();
+        focus && main && (focus == main || focus->transientParent() == main))
+        return;
+    m_context.notifier->notify(QStringLiteral("Tamblo — %1").arg(title), verdict);
+}
+
 void AppDelegate::Show_Window_Operation_Complete()
 {
     windowOperationCompleted = new Window_Operation_Terminated(m_window.get());
     connect(windowOperationCompleted, &Window_Operation_Terminated::OnOK, this,
             &AppDelegate::Close_Window_Operation_Complete);
+    tellIfAway(windowOperationCompleted->labelMessage->text());  // before the sheet takes the focus
     windowOperationCompleted->begin();
 }
 
@@ -554,6 +593,7 @@ void AppDelegate::Show_Window_Operation_Failed(const OperationFailure &failure)
     windowOperationCompleted->showFailure(failure);
     connect(windowOperationCompleted, &Window_Operation_Terminated::OnOK, this,
             &AppDelegate::Close_Window_Operation_Complete);
+    tellIfAway(failure.message);  // before the sheet takes the focus
     windowOperationCompleted->begin();
 }
 
@@ -622,7 +662,7 @@ void AppDelegate::erase(bool full)
 {
     if (m_eraseRun)
         return;
-    m_log->beginOperation(full ? QStringLiteral("Erase Completely") : QStringLiteral("Erase Quickly"));
+    beginOperation(full ? QStringLiteral("Erase Completely") : QStringLiteral("Erase Quickly"));
     QPointer<AppDelegate> self(this);
     m_media->check(MediumNeed::Rewritable, QString(), [self, full](const MediumCheck &check) {
         if (!self)
@@ -896,17 +936,17 @@ void AppDelegate::Close_Window_Video_Settings()
 
 void AppDelegate::OnActionISOCreate()
 {
-    m_log->beginOperation(QStringLiteral("Create ISO"));
+    beginOperation(QStringLiteral("Create ISO"));
     m_isoCreation->OnActionISOCreate();
 }
 void AppDelegate::OnActionISOBurn()
 {
-    m_log->beginOperation(QStringLiteral("Burn Image"));
+    beginOperation(QStringLiteral("Burn Image"));
     m_imageBurn->OnActionISOBurn();
 }
 void AppDelegate::DuplicateMedia()
 {
-    m_log->beginOperation(QStringLiteral("Copy Disc"));
+    beginOperation(QStringLiteral("Copy Disc"));
     m_duplication->DuplicateMedia();
 }
 

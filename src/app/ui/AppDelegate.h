@@ -49,6 +49,9 @@ class Window_Video_Settings;
 class AppDelegate : public QObject, public BurnSheets {
     Q_OBJECT
 public:
+    // Ends of operations longer than this are told to a user who is elsewhere.
+    static constexpr qint64 NotifyAfterMs = 30000;
+
     explicit AppDelegate(const AppContext &context, QObject *parent = nullptr);
     ~AppDelegate() override;
 
@@ -230,6 +233,12 @@ private:
     // Cancel pressed on a sheet (or Escape): the operation under way decides
     // what stopping means for it.
     void cancelOperation();
+    // Every operation starts here: its log file, and the clock for telling
+    // its end to a user who is elsewhere.
+    void beginOperation(const QString &title);
+    // An operation that ran longer than NotifyAfterMs and ends while the
+    // window is not the active one: the desktop shows its verdict.
+    void tellIfAway(const QString &verdict);
     // Gives a long sheet its Cancel button, wired to cancelOperation.
     void offerCancel(StatusSheet *sheet);
     void play(int tab);
@@ -249,6 +258,8 @@ private:
     QPointer<ToolRun> m_eraseRun;
     bool m_quitting = false;
     bool m_eraseCancelled = false;
+    QString m_operationTitle;  // the operation under way, empty once told
+    qint64 m_operationStartMs = 0;
     std::unique_ptr<Recorder> m_recorder;
     MediaBurn *m_mediaBurn = nullptr;
     CompilationActions *m_adding = nullptr;
