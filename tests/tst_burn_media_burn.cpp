@@ -10,6 +10,7 @@
 #include "toolrun/ToolMessages.h"
 #include "toolrun/ToolRun.h"
 #include "burn/DrutilRecorder.h"
+#include "burn/Recorder.h"
 #include "burn/MediaBurn.h"
 #include "support/FakeAlerts.h"
 #include "support/TestMain.h"
@@ -62,6 +63,27 @@ public:
     qint64 stampOf(const QString &e) const { return stamps.value(events.indexOf(e), -1); }
 };
 
+// What the working sheet shows at one moment: the bar ("busy", or its value
+// of 100) and each of its four lines that is on screen, as a screen reader
+// hears it ("-" for a hidden line).
+static QString workingSheetNow(const Window_Performing_Operation *w)
+{
+    QStringList parts;
+    parts << (w->pgAnimation->isBusy() ? QStringLiteral("busy")
+                                       : QStringLiteral("bar %1 of %2").arg(w->pgAnimation->doubleValue()).arg(w->pgAnimation->maxDouble()));
+    for (const QLabel *l : {w->labelPercent, w->labelWritten, w->labelSpeed, w->labelTimeLeft}) {
+        if (!l->isVisible()) {
+            parts << QStringLiteral("-");
+            continue;
+        }
+        QString seen = l->text();
+        if (l->accessibleName() != seen)
+            seen += QStringLiteral(" (read as \"%1\")").arg(l->accessibleName());
+        parts << seen;
+    }
+    return parts.join(QStringLiteral(" | "));
+}
+
 // The status windows themselves, driven as the controller drives them.
 class WindowSheets : public BurnSheets {
 public:
@@ -70,6 +92,7 @@ public:
     QPointer<Window_Performing_Operation> windowPerformingOperation;
     QPointer<Window_Operation_Terminated> windowOperationCompleted;
     QList<QPair<double, double>> fileBarAtEachFileEnd;  // (maximum, value)
+    QStringList workingSheet;  // the working sheet when begun, after each report, and when ended
 
     void beginProgress() override
     {
@@ -103,10 +126,21 @@ public:
     {
         windowPerformingOperation = new Window_Performing_Operation(&main);
         windowPerformingOperation->begin();
+        workingSheet << workingSheetNow(windowPerformingOperation);
+    }
+    void showWriteProgress(const WriteReport &report) override
+    {
+        if (!windowPerformingOperation)
+            return;
+        windowPerformingOperation->showWriteReport(report);
+        const QString now = workingSheetNow(windowPerformingOperation);
+        if (workingSheet.isEmpty() || workingSheet.last() != now)
+            workingSheet << now;
     }
     void endPerformingOperation() override
     {
         if (windowPerformingOperation) {
+            workingSheet << QStringLiteral("end: ") + workingSheetNow(windowPerformingOperation);
             windowPerformingOperation->endSheet();
             delete windowPerformingOperation;
         }
@@ -122,6 +156,26 @@ public:
         windowOperationCompleted->showFailure(f);
         windowOperationCompleted->begin();
     }
+};
+
+// A recorder that prints a recorded output slowly, a few bytes a write,
+// whatever it is asked to record.
+class FixtureRecorder : public Recorder {
+public:
+    explicit FixtureRecorder(const QString &fixture) : m_fixture(fixture) {}
+    ToolCommand burnAudioCommand(const Object_Optical_Drive &, const QString &, const QStringList &) const override
+    {
+        return command();
+    }
+    ToolCommand burnFolderCommand(const Object_Optical_Drive &, const QString &) const override { return command(); }
+
+private:
+    ToolCommand command() const
+    {
+        return {QStringLiteral(TAMBLO_FAKES_DIR "/burn-chunked-tool"),
+                {QStringLiteral(TAMBLO_FIXTURES_DIR "/") + m_fixture, QStringLiteral("48"), QStringLiteral("out")}};
+    }
+    QString m_fixture;
 };
 
 struct Medium {
@@ -507,6 +561,55 @@ private slots:
         QCOMPARE(medium.asked.count(QStringLiteral("empty")), 1);
         QCOMPARE(sheets.events.count(QStringLiteral("begin")), 1);
         QCOMPARE(logLines().size(), 2);
+    }
+
+    void theWorkingSheetReadsTheRecordersReports()
+    {
+        // cdrskin's reports of a 50 MB track, 48 bytes at a time: the sheet
+        // spins until the first one, then shows each as it comes.
+        qputenv("TAMBLO_FAKE_PAUSE", "0.02");
+        FixtureRecorder recorder(QStringLiteral("cdrskin-v-stdio-50mb-throttled-speed4-sync1m.stdout.txt"));
+        WindowSheets sheets;
+        sheets.main.show();
+        FakeAlerts alerts;
+        Medium medium;
+        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        QSignalSpy completed(&burn, &MediaBurn::completed);
+        burn.Burn_Audio_MP3_CD({media(m_media.filePath("b song.mp3"), 2)}, m_ctx);
+        QVERIFY(completed.wait(60000));
+        qunsetenv("TAMBLO_FAKE_PAUSE");
+
+        const QStringList &seen = sheets.workingSheet;
+        QVERIFY2(seen.size() == 52, qPrintable(seen.join(QLatin1Char('\n'))));
+        QCOMPARE(seen.first(), QStringLiteral("busy | - | - | - | -"));
+        QCOMPARE(seen.at(1), QStringLiteral("bar 2 of 100 | 2% | 1 MB of 50 MB written | Speed: 36.3x | Estimating the time left…"));
+        QVERIFY(seen.at(2).startsWith(QStringLiteral("bar 4 of 100 | 4% | 2 MB of 50 MB written | Speed: 4.2x | ")));
+        const QRegularExpression timeLeft(QStringLiteral(
+            " \\| (Estimating the time left…|About \\d+ seconds? left|About \\d+ minutes? left)$"));
+        for (int mb = 1; mb < 50; ++mb) {
+            const QString line = seen.at(mb);
+            QVERIFY2(line.startsWith(QStringLiteral("bar %1 of 100 | %1% | %2 MB of 50 MB written | Speed: ").arg(mb * 2).arg(mb)),
+                     qPrintable(line));
+            QVERIFY2(timeLeft.match(line).hasMatch(), qPrintable(line));
+        }
+        QCOMPARE(seen.at(50), QStringLiteral("bar 100 of 100 | 100% | 50 MB of 50 MB written | Speed: 4.2x | Finishing…"));
+        QCOMPARE(seen.last(), QStringLiteral("end: ") + seen.at(50));
+        QVERIFY(sheets.windowOperationCompleted);
+    }
+
+    void aRecorderThatReportsNothingLeavesTheSheetBusy()
+    {
+        FixtureRecorder recorder(QStringLiteral("xorriso-blank-fast-stdio-written.txt"));
+        WindowSheets sheets;
+        sheets.main.show();
+        FakeAlerts alerts;
+        Medium medium;
+        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        QSignalSpy completed(&burn, &MediaBurn::completed);
+        burn.Burn_Audio_MP3_CD({media(m_media.filePath("b song.mp3"), 2)}, m_ctx);
+        QVERIFY(completed.wait(60000));
+        QCOMPARE(sheets.workingSheet,
+                 (QStringList{"busy | - | - | - | -", "end: busy | - | - | - | -"}));
     }
 
     void theTwoBarWindow()

@@ -54,7 +54,7 @@ void DuplicationFlow::driveAnswered(const MediumCheck &check)
     FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] {
         const ToolCommand command = Duplication::imagingCommand(*m_tool, m_context.dataFolder, m_volume);
         startToolRun(command, ToolRun::Channels::Merged,
-                     [this](const ToolVerdict &v) { CreateISOfromDriveTerminated(v); });
+                     [this](const ToolVerdict &v) { CreateISOfromDriveTerminated(v); }, m_tool->progressKind());
         emit showPerformingOperation();
     });
 }
@@ -116,8 +116,7 @@ void DuplicationFlow::blankChecked(const MediumCheck &check)
         return;
     }
 
-    emit showUniqueProgress();
-    emit uniqueProgress(0.0);
+    emit showPerformingOperation();
     const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
     const ToolCommand command = m_tool->burnImageCommand(drive, Duplication::imagePath(m_context.dataFolder));
     startToolRun(command, ToolRun::Channels::Separate,
@@ -127,7 +126,7 @@ void DuplicationFlow::blankChecked(const MediumCheck &check)
 void DuplicationFlow::MediaDuplicationTerminated(const ToolVerdict &verdict)
 {
     eject();
-    emit closeUniqueProgress();
+    emit closePerformingOperation();
     if (!verdict.ok()) {
         // A failed copy ends the duplication: the user is told which one.
         const QString message = ImageMessages::copyNotWritten(i_Counter_Number_of_Copies + 1, i_Number_of_Copies);

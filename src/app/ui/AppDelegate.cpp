@@ -329,6 +329,7 @@ void AppDelegate::connectFlow(SheetFlow *flow)
 {
     connect(flow, &SheetFlow::showPerformingOperation, this, &AppDelegate::Show_Window_Performing_Operation);
     connect(flow, &SheetFlow::closePerformingOperation, this, [this] { dropSheet(windowPerformingOperation); });
+    connect(flow, &SheetFlow::writeProgress, this, &AppDelegate::showWriteProgress);
     connect(flow, &SheetFlow::showUniqueProgress, this,
             [this] { showUniqueProgress(QStringLiteral("Burning the Disc"), QStringLiteral("Burning the disc…"), 100.0); });
     connect(flow, &SheetFlow::uniqueProgress, this, &AppDelegate::setUniqueProgress);
@@ -525,6 +526,12 @@ void AppDelegate::setFileValue(double value)
 void AppDelegate::endProgress() { dropSheet(windowProgress); }
 void AppDelegate::endPerformingOperation() { dropSheet(windowPerformingOperation); }
 
+void AppDelegate::showWriteProgress(const WriteReport &report)
+{
+    if (windowPerformingOperation)
+        windowPerformingOperation->showWriteReport(report);
+}
+
 // ---------------------------------------------------------- status sheets
 
 void AppDelegate::Show_Window_Performing_Operation()
@@ -640,8 +647,10 @@ void AppDelegate::erase(bool full)
         ToolRun::Options options;
         options.channels = ToolRun::Channels::Merged;
         options.purpose = ToolRun::Purpose::Write;
+        options.writeReports = &WriteProgress::parseReports;  // none known of a blanking yet: the sheet stays busy
         auto *run = new ToolRun(self->m_backend->eraseCommand(self->currentDrive(), full), options, self);
         self->m_eraseRun = run;
+        connect(run, &ToolRun::writeReport, self, &AppDelegate::showWriteProgress);
         connect(run, &ToolRun::finished, self, [self, run](const ToolVerdict &verdict) {
             run->deleteLater();
             if (!self)
