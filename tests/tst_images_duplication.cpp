@@ -178,10 +178,10 @@ private slots:
         QCOMPARE(flow.copiesDone(), 2);
         QCOMPARE(log.sheets(), (QStringList{
             "toolStarted", "showPerformingOperation", "toolFinished", "closePerformingOperation",
-            "showUniqueProgress", "toolStarted", "toolFinished", "closeUniqueProgress",
-            "showUniqueProgress", "toolStarted", "toolFinished", "closeUniqueProgress",
+            "showPerformingOperation", "toolStarted", "toolFinished", "closePerformingOperation",
+            "showPerformingOperation", "toolStarted", "toolFinished", "closePerformingOperation",
             "operationComplete", "ended"}));
-        QCOMPARE(log.progress, (QList<double>{0.0, 0.0}));
+        QVERIFY(log.progress.isEmpty());  // the stand-in reports nothing: the sheet spins
         QVERIFY(QDir(rig.data).isEmpty());
     }
 
@@ -334,7 +334,9 @@ private slots:
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         QByteArray image;
-        connect(&flow, &SheetFlow::showUniqueProgress, this, [&] {
+        connect(&flow, &SheetFlow::toolStarted, this, [&](const QString &, const QStringList &args) {
+            if (!args.contains(QStringLiteral("cdrecord")))
+                return;  // the image is whole once the copies begin
             QFile f(rig.data + "/image.iso");
             if (image.isEmpty() && f.open(QIODevice::ReadOnly))
                 image = f.readAll();

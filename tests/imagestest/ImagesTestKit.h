@@ -207,6 +207,7 @@ public:
             progress << v;
             add(QStringLiteral("progress"));
         });
+        connect(flow, &SheetFlow::writeProgress, this, [this](const WriteReport &r) { reports << r; });
         connect(flow, &SheetFlow::toolStarted, this, [this, add](const QString &program, const QStringList &args) {
             commands << (QStringList{program} + args);
             add(QStringLiteral("toolStarted"));
@@ -215,6 +216,7 @@ public:
     }
 
     QList<OperationFailure> failures;
+    QList<WriteReport> reports;  // what the working sheet was given, in order
 
     // The events without the progress values, for order checks.
     QStringList sheets() const
