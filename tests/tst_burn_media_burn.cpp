@@ -14,6 +14,7 @@
 #include "burn/MediaBurn.h"
 #include "support/FakeAlerts.h"
 #include "support/TestMain.h"
+#include "support/WorkingSheet.h"
 #include "toolrun/ui/StatusWindows.h"
 
 // Records what the user would see, in order, with the time of each step.
@@ -62,27 +63,6 @@ public:
     }
     qint64 stampOf(const QString &e) const { return stamps.value(events.indexOf(e), -1); }
 };
-
-// What the working sheet shows at one moment: the bar ("busy", or its value
-// of 100) and each of its four lines that is on screen, as a screen reader
-// hears it ("-" for a hidden line).
-static QString workingSheetNow(const Window_Performing_Operation *w)
-{
-    QStringList parts;
-    parts << (w->pgAnimation->isBusy() ? QStringLiteral("busy")
-                                       : QStringLiteral("bar %1 of %2").arg(w->pgAnimation->doubleValue()).arg(w->pgAnimation->maxDouble()));
-    for (const QLabel *l : {w->labelPercent, w->labelWritten, w->labelSpeed, w->labelTimeLeft}) {
-        if (!l->isVisible()) {
-            parts << QStringLiteral("-");
-            continue;
-        }
-        QString seen = l->text();
-        if (l->accessibleName() != seen)
-            seen += QStringLiteral(" (read as \"%1\")").arg(l->accessibleName());
-        parts << seen;
-    }
-    return parts.join(QStringLiteral(" | "));
-}
 
 // The status windows themselves, driven as the controller drives them.
 class WindowSheets : public BurnSheets {

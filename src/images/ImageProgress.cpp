@@ -17,13 +17,19 @@ static std::optional<double> parseXorrisoRecord(const QString &text)
 
 QList<WriteReport> reports(Kind kind, const QString &text)
 {
-    if (kind == Kind::XorrisoRecordPercent)
-        return WriteProgress::parseReports(text);
+    const QLatin1String hdiutilKey(ProgressParsers::RecorderPercentKey);
     QList<WriteReport> out;
-    for (const QStringView line : QStringView(text).tokenize(u'\n'))
-        for (const QStringView report : line.tokenize(u'\r'))
-            if (const auto r = WriteProgress::hdiutilPercent(report))
+    for (const QStringView line : QStringView(text).tokenize(u'\n')) {
+        for (const QStringView report : line.tokenize(u'\r')) {
+            std::optional<WriteReport> r;
+            if (kind == Kind::DiscRecordingPercent)
+                r = WriteProgress::hdiutilPercent(report);
+            else if (!report.contains(hdiutilKey))
+                r = WriteProgress::parseLine(report);
+            if (r)
                 out << *r;
+        }
+    }
     return out;
 }
 
