@@ -234,6 +234,24 @@ private:
         return {media(m_media.filePath("b song.mp3"), 2), media(m_media.filePath("a.flac"), 1)};
     }
 
+    // An MP3 CD of one file whose recorder prints `fixture`: the working
+    // sheet as it was begun, after each report, and as it ended; empty when
+    // the burn did not complete.
+    QStringList workingSheetWhileRecording(const QString &fixture)
+    {
+        FixtureRecorder recorder(fixture);
+        WindowSheets sheets;
+        sheets.main.show();
+        FakeAlerts alerts;
+        Medium medium;
+        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        QSignalSpy completed(&burn, &MediaBurn::completed);
+        burn.Burn_Audio_MP3_CD({media(m_media.filePath("b song.mp3"), 2)}, m_ctx);
+        if (!completed.wait(60000) || !sheets.windowOperationCompleted)
+            return {};
+        return sheets.workingSheet;
+    }
+
 private slots:
     void initTestCase()
     {
@@ -548,18 +566,8 @@ private slots:
         // cdrskin's reports of a 50 MB track, 48 bytes at a time: the sheet
         // spins until the first one, then shows each as it comes.
         qputenv("TAMBLO_FAKE_PAUSE", "0.02");
-        FixtureRecorder recorder(QStringLiteral("cdrskin-v-stdio-50mb-throttled-speed4-sync1m.stdout.txt"));
-        WindowSheets sheets;
-        sheets.main.show();
-        FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
-        QSignalSpy completed(&burn, &MediaBurn::completed);
-        burn.Burn_Audio_MP3_CD({media(m_media.filePath("b song.mp3"), 2)}, m_ctx);
-        QVERIFY(completed.wait(60000));
+        const QStringList seen = workingSheetWhileRecording(QStringLiteral("cdrskin-v-stdio-50mb-throttled-speed4-sync1m.stdout.txt"));
         qunsetenv("TAMBLO_FAKE_PAUSE");
-
-        const QStringList &seen = sheets.workingSheet;
         QVERIFY2(seen.size() == 52, qPrintable(seen.join(QLatin1Char('\n'))));
         QCOMPARE(seen.first(), QStringLiteral("busy | - | - | - | -"));
         QCOMPARE(seen.at(1), QStringLiteral("bar 2 of 100 | 2% | 1 MB of 50 MB written | Speed: 36.3x | Estimating the time left…"));
@@ -574,21 +582,11 @@ private slots:
         }
         QCOMPARE(seen.at(50), QStringLiteral("bar 100 of 100 | 100% | 50 MB of 50 MB written | Speed: 4.2x | Finishing…"));
         QCOMPARE(seen.last(), QStringLiteral("end: ") + seen.at(50));
-        QVERIFY(sheets.windowOperationCompleted);
     }
 
     void aRecorderThatReportsNothingLeavesTheSheetBusy()
     {
-        FixtureRecorder recorder(QStringLiteral("xorriso-blank-fast-stdio-written.txt"));
-        WindowSheets sheets;
-        sheets.main.show();
-        FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
-        QSignalSpy completed(&burn, &MediaBurn::completed);
-        burn.Burn_Audio_MP3_CD({media(m_media.filePath("b song.mp3"), 2)}, m_ctx);
-        QVERIFY(completed.wait(60000));
-        QCOMPARE(sheets.workingSheet,
+        QCOMPARE(workingSheetWhileRecording(QStringLiteral("xorriso-blank-fast-stdio-written.txt")),
                  (QStringList{"busy | - | - | - | -", "end: busy | - | - | - | -"}));
     }
 

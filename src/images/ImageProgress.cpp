@@ -19,17 +19,15 @@ QList<WriteReport> reports(Kind kind, const QString &text)
 {
     const QLatin1String hdiutilKey(ProgressParsers::RecorderPercentKey);
     QList<WriteReport> out;
-    for (const QStringView line : QStringView(text).tokenize(u'\n')) {
-        for (const QStringView report : line.tokenize(u'\r')) {
-            std::optional<WriteReport> r;
-            if (kind == Kind::DiscRecordingPercent)
-                r = WriteProgress::hdiutilPercent(report);
-            else if (!report.contains(hdiutilKey))
-                r = WriteProgress::parseLine(report);
-            if (r)
-                out << *r;
-        }
-    }
+    WriteProgress::forEachLine(text, [&](QStringView report) {
+        std::optional<WriteReport> r;
+        if (kind == Kind::DiscRecordingPercent)
+            r = WriteProgress::hdiutilPercent(report);
+        else if (!report.contains(hdiutilKey))
+            r = WriteProgress::parseLine(report);
+        if (r)
+            out << *r;
+    });
     return out;
 }
 

@@ -151,17 +151,15 @@ std::optional<double> recorderPercent(const QString &chunk)
 std::optional<double> linuxRecorderPercent(const QString &chunk)
 {
     std::optional<double> last;
-    for (const QStringView line : QStringView(chunk).tokenize(u'\n')) {
-        for (const QStringView report : line.tokenize(u'\r')) {
-            std::optional<WriteReport> r = WriteProgress::xorrisoWriting(report);
-            if (!r)
-                r = WriteProgress::cdrecordWritten(report);
-            if (!r)
-                r = WriteProgress::mkisofsDone(report);
-            if (r && r->percent)
-                last = r->percent;
-        }
-    }
+    WriteProgress::forEachLine(chunk, [&last](QStringView report) {
+        std::optional<WriteReport> r = WriteProgress::xorrisoWriting(report);
+        if (!r)
+            r = WriteProgress::cdrecordWritten(report);
+        if (!r)
+            r = WriteProgress::mkisofsDone(report);
+        if (r && r->percent)
+            last = r->percent;
+    });
     return last;
 }
 

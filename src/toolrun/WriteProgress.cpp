@@ -194,17 +194,10 @@ std::optional<WriteReport> parseLine(QStringView line)
 QList<WriteReport> parseReports(const QString &text)
 {
     QList<WriteReport> out;
-    qsizetype start = 0;
-    const qsizetype n = text.size();
-    for (qsizetype i = 0; i <= n; ++i) {
-        if (i < n && text.at(i) != u'\n' && text.at(i) != u'\r')
-            continue;
-        if (i > start) {
-            if (auto r = parseLine(QStringView(text).mid(start, i - start)))
-                out << *r;
-        }
-        start = i + 1;
-    }
+    forEachLine(text, [&out](QStringView line) {
+        if (auto r = parseLine(line))
+            out << *r;
+    });
     return out;
 }
 

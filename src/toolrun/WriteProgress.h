@@ -63,6 +63,17 @@ std::optional<WriteReport> xorrisoCompleted(QStringView line);
 // of the burn (1 is done). Its "-1" (no estimate yet) is no report.
 std::optional<WriteReport> hdiutilPercent(QStringView line);
 
+// Calls fn(line) for each report line of a text, without its line end:
+// "\r" and "\n" both end a report, and empty lines are left out.
+template <typename Fn>
+void forEachLine(QStringView text, Fn fn)
+{
+    for (const QStringView line : text.tokenize(u'\n'))
+        for (const QStringView report : line.tokenize(u'\r'))
+            if (!report.isEmpty())
+                fn(report);
+}
+
 // Any of the above, by the marker the line carries.
 std::optional<WriteReport> parseLine(QStringView line);
 
