@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (!feeding)
         return 0;
 
-    // xorriso -as cdrecord: the last report that can be read wins, whatever the cut.
+    // xorriso: the last report that can be read wins, whatever the cut.
     const auto record = [](const QString &chunk) { return ImageProgress::parse(Kind::XorrisoRecordPercent, chunk); };
     // hdiutil: the tool runner's reader, first key of a chunk
     // (fuzz_recorder_progress_split holds its cut properties).

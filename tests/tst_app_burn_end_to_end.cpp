@@ -34,6 +34,7 @@
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
 #include "support/TestMain.h"
+#include "support/WorkingSheet.h"
 #include "drives/XorrisoBackend.h"
 #include "toolrun/ToolRun.h"
 #include "toolrun/ui/StatusWindows.h"
@@ -656,6 +657,80 @@ private slots:
         closeCompleteSheet(rig);
     }
 
+    // A data DVD written by xorriso held to 4x DVD speed: the working sheet
+    // spins until xorriso's first report, then its bar and lines follow the
+    // write, from below 100 % up to 100 % with the MB written of the total.
+    void linuxDataBurnShowsTheWriteAsItGoes()
+    {
+        Rig rig;
+        ToolPaths tools = linuxTools();
+        tools.xorriso = QStringLiteral(TAMBLO_FAKES_DIR "/xorriso-slow");
+        QVERIFY(rig.start(tools, true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("DVD"));
+        MainWindow *w = rig.window();
+        const QString folder = rig.root.filePath("sources/Big");
+        ImagesTestKit::writeFile(folder + "/a.bin", ImagesTestKit::pseudoRandom(16 * 1024 * 1024, 11));
+        w->tabviewMain->setCurrentIndex(2);
+        QVERIFY(rig.addDataFolder(folder));
+        QTest::mouseClick(w->btnDataDVD, Qt::LeftButton);
+        QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Data DVD"));
+
+        // The sheet as it appears, then after each report; one picture of it
+        // half way.
+        QStringList seen;
+        QString picture;
+        connect(rig.app->dataBurn(), &SheetFlow::showPerformingOperation, this, [&] {
+            Window_Performing_Operation *sheet = rig.app->windowPerformingOperation;
+            QVERIFY(sheet);
+            seen << workingSheetNow(sheet);
+            connect(sheet, &Window_Performing_Operation::readoutChanged, this, [&, sheet] {
+                seen << workingSheetNow(sheet);
+                const double v = sheet->pgAnimation->doubleValue();
+                if (picture.isEmpty() && v >= 30.0 && v < 90.0 && !sheet->labelSpeed->isHidden()) {
+                    picture = QDir::current().filePath(QStringLiteral("tamblo-working-sheet.png"));
+                    if (!sheet->grab().save(picture))
+                        picture = QStringLiteral("(not saved)");
+                    qInfo("screenshot: %s", qPrintable(picture));
+                }
+            });
+        });
+        SheetWatch watch(rig.app.get());
+        QVERIFY2(burnAndWaitForComplete(rig, watch, 120000), qPrintable(watch.events.join(", ")));
+        QCOMPARE(watch.events, (QStringList{"working", "-working", "complete"}));
+        QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
+
+        qInfo().noquote() << seen.join(QLatin1Char('\n'));
+        QVERIFY2(seen.size() >= 3, qPrintable(seen.join(QLatin1Char('\n'))));
+        QCOMPARE(seen.first(), QStringLiteral("busy | - | - | - | -"));
+        static const QRegularExpression shown(QStringLiteral(
+            "^bar ([0-9.]+) of 100 \\| (\\d+)% \\| (\\d+) MB of (\\d+) MB written \\| (-|Speed: [0-9.]+x|Speed: [0-9.]+ MB/s)"
+            " \\| (Estimating the time left…|About \\d+ seconds? left|About \\d+ minutes? left|Finishing…)$"));
+        double before = -1.0;
+        for (int i = 1; i < seen.size(); ++i) {
+            const QRegularExpressionMatch m = shown.match(seen.at(i));
+            QVERIFY2(m.hasMatch(), qPrintable(seen.at(i)));
+            const double value = m.captured(1).toDouble();
+            QVERIFY2(value >= before, qPrintable(seen.at(i)));
+            QCOMPARE(m.captured(2).toInt(), int(value));
+            before = value;
+        }
+        const QRegularExpressionMatch first = shown.match(seen.at(1));
+        QVERIFY2(first.captured(1).toDouble() < 100.0, qPrintable(seen.at(1)));
+        QVERIFY(first.captured(3).toInt() < first.captured(4).toInt());
+        const QRegularExpressionMatch last = shown.match(seen.last());
+        QCOMPARE(last.captured(1), QStringLiteral("100"));
+        QCOMPARE(last.captured(2), QStringLiteral("100"));
+        QCOMPARE(last.captured(3), last.captured(4));  // all of it written
+        QVERIFY2(last.captured(4).toInt() >= 16 && last.captured(4).toInt() <= 18, qPrintable(seen.last()));
+        QCOMPARE(last.captured(6), QStringLiteral("Finishing…"));
+        // A report on the way gave the speed.
+        QVERIFY2(seen.join(QLatin1Char('\n')).contains(QStringLiteral("| Speed: ")), qPrintable(seen.join(QLatin1Char('\n'))));
+        QVERIFY2(!picture.isEmpty() && QFileInfo(picture).size() > 0, qPrintable(picture));
+
+        QCOMPARE(filesOn(rig.disc), QStringList{"'/Big/a.bin'"});
+        closeCompleteSheet(rig);
+    }
+
     // The macOS path with the controller's own drutil backend on the
     // stand-in drutil: list, three status queries, then one audio burn of
     // the working folder holding the transcoded WAV.
@@ -759,8 +834,9 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(rig.app->windowOperationCompleted, 120000);
         watch.tick();
 
-        QCOMPARE(watch.events, (QStringList{"working", "-working", "single-bar", "-single-bar", "single-bar",
-                                            "-single-bar", "complete"}));
+        // The imaging, then each copy, on the working sheet.
+        QCOMPARE(watch.events, (QStringList{"working", "-working", "working", "-working", "working", "-working",
+                                            "complete"}));
         QVERIFY2(watch.notShown.isEmpty(), qPrintable(watch.notShown.join(", ")));
         QCOMPARE(rig.picker.requests.size(), 1);
         QCOMPARE(rig.picker.requests.first().message, QStringLiteral("Select a volume to duplicate."));
@@ -826,7 +902,7 @@ private slots:
 
         QCOMPARE(rig.alerts.shown.at(1).buttons.value(0), QStringLiteral("Burn Copy 1 of 3"));
         QCOMPARE(rig.alerts.shown.at(2).buttons.value(0), QStringLiteral("Burn Copy 2 of 3"));
-        QCOMPARE(watch.events, (QStringList{"working", "-working", "single-bar", "-single-bar"}));
+        QCOMPARE(watch.events, (QStringList{"working", "-working", "working", "-working"}));
         QVERIFY(!rig.app->windowOperationCompleted);
         QVERIFY(!rig.app->windowUniqueProgress);
         QVERIFY(!rig.app->windowPerformingOperation);

@@ -349,9 +349,9 @@ private slots:
         QVERIFY(r.start());
         r.picker.answers.enqueue({image});
         r.app->OnActionISOBurn();
-        QTRY_VERIFY(r.app->windowUniqueProgress);
+        QTRY_VERIFY(r.app->windowPerformingOperation);
         QTRY_COMPARE(r.started().size(), 1);
-        QTest::mouseClick(r.app->windowUniqueProgress->btnCancel, Qt::LeftButton);
+        QTest::mouseClick(r.app->windowPerformingOperation->btnCancel, Qt::LeftButton);
         QCOMPARE(r.alerts.shown.size(), 1);
         QCOMPARE(r.alerts.shown.first().messageText, StopQuestion);
         QTRY_VERIFY(r.app->windowOperationCompleted);

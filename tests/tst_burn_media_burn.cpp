@@ -10,9 +10,11 @@
 #include "toolrun/ToolMessages.h"
 #include "toolrun/ToolRun.h"
 #include "burn/DrutilRecorder.h"
+#include "burn/Recorder.h"
 #include "burn/MediaBurn.h"
 #include "support/FakeAlerts.h"
 #include "support/TestMain.h"
+#include "support/WorkingSheet.h"
 #include "toolrun/ui/StatusWindows.h"
 
 // Records what the user would see, in order, with the time of each step.
@@ -70,6 +72,7 @@ public:
     QPointer<Window_Performing_Operation> windowPerformingOperation;
     QPointer<Window_Operation_Terminated> windowOperationCompleted;
     QList<QPair<double, double>> fileBarAtEachFileEnd;  // (maximum, value)
+    QStringList workingSheet;  // the working sheet when begun, after each report, and when ended
 
     void beginProgress() override
     {
@@ -103,10 +106,21 @@ public:
     {
         windowPerformingOperation = new Window_Performing_Operation(&main);
         windowPerformingOperation->begin();
+        workingSheet << workingSheetNow(windowPerformingOperation);
+    }
+    void showWriteProgress(const WriteReport &report) override
+    {
+        if (!windowPerformingOperation)
+            return;
+        windowPerformingOperation->showWriteReport(report);
+        const QString now = workingSheetNow(windowPerformingOperation);
+        if (workingSheet.isEmpty() || workingSheet.last() != now)
+            workingSheet << now;
     }
     void endPerformingOperation() override
     {
         if (windowPerformingOperation) {
+            workingSheet << QStringLiteral("end: ") + workingSheetNow(windowPerformingOperation);
             windowPerformingOperation->endSheet();
             delete windowPerformingOperation;
         }
@@ -122,6 +136,26 @@ public:
         windowOperationCompleted->showFailure(f);
         windowOperationCompleted->begin();
     }
+};
+
+// A recorder that prints a recorded output slowly, a few bytes a write,
+// whatever it is asked to record.
+class FixtureRecorder : public Recorder {
+public:
+    explicit FixtureRecorder(const QString &fixture) : m_fixture(fixture) {}
+    ToolCommand burnAudioCommand(const Object_Optical_Drive &, const QString &, const QStringList &) const override
+    {
+        return command();
+    }
+    ToolCommand burnFolderCommand(const Object_Optical_Drive &, const QString &) const override { return command(); }
+
+private:
+    ToolCommand command() const
+    {
+        return {QStringLiteral(TAMBLO_FAKES_DIR "/burn-chunked-tool"),
+                {QStringLiteral(TAMBLO_FIXTURES_DIR "/") + m_fixture, QStringLiteral("48"), QStringLiteral("out")}};
+    }
+    QString m_fixture;
 };
 
 struct Medium {
@@ -198,6 +232,24 @@ private:
     QList<NodeMediaFile> audioList() const
     {
         return {media(m_media.filePath("b song.mp3"), 2), media(m_media.filePath("a.flac"), 1)};
+    }
+
+    // An MP3 CD of one file whose recorder prints `fixture`: the working
+    // sheet as it was begun, after each report, and as it ended; empty when
+    // the burn did not complete.
+    QStringList workingSheetWhileRecording(const QString &fixture)
+    {
+        FixtureRecorder recorder(fixture);
+        WindowSheets sheets;
+        sheets.main.show();
+        FakeAlerts alerts;
+        Medium medium;
+        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        QSignalSpy completed(&burn, &MediaBurn::completed);
+        burn.Burn_Audio_MP3_CD({media(m_media.filePath("b song.mp3"), 2)}, m_ctx);
+        if (!completed.wait(60000) || !sheets.windowOperationCompleted)
+            return {};
+        return sheets.workingSheet;
     }
 
 private slots:
@@ -507,6 +559,35 @@ private slots:
         QCOMPARE(medium.asked.count(QStringLiteral("empty")), 1);
         QCOMPARE(sheets.events.count(QStringLiteral("begin")), 1);
         QCOMPARE(logLines().size(), 2);
+    }
+
+    void theWorkingSheetReadsTheRecordersReports()
+    {
+        // cdrskin's reports of a 50 MB track, 48 bytes at a time: the sheet
+        // spins until the first one, then shows each as it comes.
+        qputenv("TAMBLO_FAKE_PAUSE", "0.02");
+        const QStringList seen = workingSheetWhileRecording(QStringLiteral("cdrskin-v-stdio-50mb-throttled-speed4-sync1m.stdout.txt"));
+        qunsetenv("TAMBLO_FAKE_PAUSE");
+        QVERIFY2(seen.size() == 52, qPrintable(seen.join(QLatin1Char('\n'))));
+        QCOMPARE(seen.first(), QStringLiteral("busy | - | - | - | -"));
+        QCOMPARE(seen.at(1), QStringLiteral("bar 2 of 100 | 2% | 1 MB of 50 MB written | Speed: 36.3x | Estimating the time left…"));
+        QVERIFY(seen.at(2).startsWith(QStringLiteral("bar 4 of 100 | 4% | 2 MB of 50 MB written | Speed: 4.2x | ")));
+        const QRegularExpression timeLeft(QStringLiteral(
+            " \\| (Estimating the time left…|About \\d+ seconds? left|About \\d+ minutes? left)$"));
+        for (int mb = 1; mb < 50; ++mb) {
+            const QString line = seen.at(mb);
+            QVERIFY2(line.startsWith(QStringLiteral("bar %1 of 100 | %1% | %2 MB of 50 MB written | Speed: ").arg(mb * 2).arg(mb)),
+                     qPrintable(line));
+            QVERIFY2(timeLeft.match(line).hasMatch(), qPrintable(line));
+        }
+        QCOMPARE(seen.at(50), QStringLiteral("bar 100 of 100 | 100% | 50 MB of 50 MB written | Speed: 4.2x | Finishing…"));
+        QCOMPARE(seen.last(), QStringLiteral("end: ") + seen.at(50));
+    }
+
+    void aRecorderThatReportsNothingLeavesTheSheetBusy()
+    {
+        QCOMPARE(workingSheetWhileRecording(QStringLiteral("xorriso-blank-fast-stdio-written.txt")),
+                 (QStringList{"busy | - | - | - | -", "end: busy | - | - | - | -"}));
     }
 
     void theTwoBarWindow()

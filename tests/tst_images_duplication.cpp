@@ -178,10 +178,10 @@ private slots:
         QCOMPARE(flow.copiesDone(), 2);
         QCOMPARE(log.sheets(), (QStringList{
             "toolStarted", "showPerformingOperation", "toolFinished", "closePerformingOperation",
-            "showUniqueProgress", "toolStarted", "toolFinished", "closeUniqueProgress",
-            "showUniqueProgress", "toolStarted", "toolFinished", "closeUniqueProgress",
+            "showPerformingOperation", "toolStarted", "toolFinished", "closePerformingOperation",
+            "showPerformingOperation", "toolStarted", "toolFinished", "closePerformingOperation",
             "operationComplete", "ended"}));
-        QCOMPARE(log.progress, (QList<double>{0.0, 0.0}));
+        QVERIFY(log.progress.isEmpty());  // the stand-in reports nothing: the sheet spins
         QVERIFY(QDir(rig.data).isEmpty());
     }
 
@@ -292,7 +292,7 @@ private slots:
         QCOMPARE(rig.burnQuestions(), (QStringList{"Burn Copy 1 of 3", "Burn Copy 2 of 3"}));
         QCOMPARE(rig.burns().size(), 1);
         QVERIFY(!log.events.contains("operationComplete"));
-        QCOMPARE(log.sheets().last(3), (QStringList{"closeUniqueProgress", "closePerformingOperation", "ended"}));
+        QCOMPARE(log.sheets().last(2), (QStringList{"closePerformingOperation", "ended"}));
         QVERIFY(QDir(rig.data).isEmpty());
         QCOMPARE(flow.copiesDone(), 1);
         // The source volume is the user's: untouched.
@@ -334,7 +334,9 @@ private slots:
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         QByteArray image;
-        connect(&flow, &SheetFlow::showUniqueProgress, this, [&] {
+        connect(&flow, &SheetFlow::toolStarted, this, [&](const QString &, const QStringList &args) {
+            if (!args.contains(QStringLiteral("cdrecord")))
+                return;  // the image is whole once the copies begin
             QFile f(rig.data + "/image.iso");
             if (image.isEmpty() && f.open(QIODevice::ReadOnly))
                 image = f.readAll();

@@ -6,6 +6,7 @@
 #include "support/TestMain.h"
 
 #include <QRegularExpression>
+#include <cmath>
 #include <QTemporaryDir>
 
 #include "drives/MediaQuestions.h"
@@ -131,7 +132,7 @@ private slots:
         QCOMPARE(rig.drive.queries, 3);
     }
 
-    void macProgressFromTheRecorderFeedsTheSingleBar()
+    void macProgressFromTheRecorderReachesTheWorkingSheet()
     {
         Rig rig(ToolPaths::Backend::MacOS);
         const QString argsLog = rig.tmp.path() + "/h.log";
@@ -153,17 +154,24 @@ private slots:
         qunsetenv("TAMBLO_FAKE_HDIUTIL_DELAY");
         QCOMPARE(readLines(argsLog), QStringList{"burn|" + image + "|-verbose"});
         QVERIFY(rig.alerts.shown.isEmpty());
-        QCOMPARE(log.sheets(), (QStringList{"showUniqueProgress", "toolStarted", "toolFinished", "closeUniqueProgress",
+        QCOMPARE(log.sheets(), (QStringList{"showPerformingOperation", "toolStarted", "toolFinished",
                                             "closePerformingOperation", "operationComplete", "ended"}));
-        // The bar starts at 0 before any output.
-        QCOMPARE(valueWhenStarted, 0.0);
-        QCOMPARE(log.progress.first(), 0.0);
+        // The working sheet spins until the first report: no value before any output.
+        QCOMPARE(valueWhenStarted, -1.0);
         // Then the values of the lines long enough to be read, in order.
-        const QList<double> fed = log.progress.mid(1);
+        const QList<double> fed = log.progress;
         QVERIFY2(!fed.isEmpty(), "no progress reached the bar");
-        QVERIFY(isSubsequence(fed, {5.0, 12.0, 99.0, 25.0}));
+        QList<double> shown;
+        for (double v : fed)
+            shown << std::round(v * 100.0) / 100.0;
+        QCOMPARE(shown, (QList<double>{0, 5, 12.35, 50, 99.99, 100, 25, 100}));
         for (double v : fed)
             QVERIFY(v >= 0 && v <= 100);
+        // Every report line reaches the working sheet; "-1" (no estimate yet) does not.
+        QList<double> reported;
+        for (const WriteReport &r : log.reports)
+            reported << std::round(*r.percent * 100.0) / 100.0;
+        QCOMPARE(reported, (QList<double>{0, 5, 12.35, 50, 99.99, 100, 25, 100}));
     }
 
     // hdiutil fails (a real recorded failure, here with exit status 1): the
@@ -318,15 +326,22 @@ private slots:
         SheetLog log(&flow);
         flow.OnActionISOBurn();
         QVERIFY(log.waitEnded(1, 120000));
-        QCOMPARE(log.progress.first(), 0.0);
-        const QList<double> fed = log.progress.mid(1);
+        const QList<double> fed = log.progress;
         qInfo() << "progress reported:" << fed;
         QVERIFY2(!fed.isEmpty(), "the recorder's reports did not reach the bar");
+        QVERIFY(fed.first() < 100.0);
+        QCOMPARE(fed.last(), 100.0);  // "completed successfully"
         for (int i = 0; i < fed.size(); ++i) {
             QVERIFY(fed.at(i) >= 0.0 && fed.at(i) <= 100.0);
             if (i > 0)
                 QVERIFY(fed.at(i) >= fed.at(i - 1));
         }
+        // The working sheet is given the MB figures: "N of 12 MB written".
+        int withFigures = 0;
+        for (const WriteReport &r : log.reports)
+            if (r.writtenMB && r.totalMB && *r.totalMB == 12.0)
+                ++withFigures;
+        QVERIFY2(withFigures > 0, "no report with MB figures");
         QVERIFY(readAll(rig.tmp.path() + "/disc.bin") == readAll(image));
     }
 };

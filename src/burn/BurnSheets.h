@@ -1,6 +1,7 @@
 #pragma once
 
 struct OperationFailure;
+struct WriteReport;
 
 // What a media burn shows while it works, in this order: the two-bar
 // progress sheet during the transcodes (the lower bar counts files, the
@@ -20,6 +21,8 @@ public:
 
     virtual void showPerformingOperation() = 0;           // Show_Window_Performing_Operation
     virtual void endPerformingOperation() = 0;            // ended and dropped
+    // A report of the recorder: the working sheet shows its figures.
+    virtual void showWriteProgress(const WriteReport &) {}
     virtual void showOperationComplete() = 0;             // Show_Window_Operation_Complete
     virtual void showOperationFailed(const OperationFailure &failure) = 0;  // the last sheet of a failure
 };

@@ -12,6 +12,7 @@
 #include "app/Alerts.h"
 #include "toolrun/ToolMessages.h"
 #include "toolrun/ToolRun.h"
+#include "toolrun/WriteProgress.h"
 
 MediaBurn::MediaBurn(const Recorder &recorder, BurnSheets &sheets, Alerts &alerts, MediumCheckFn check,
                      QObject *parent)
@@ -216,8 +217,11 @@ void MediaBurn::startRecording(const ToolCommand &command, void (MediaBurn::*han
     ToolRun::Options options;
     options.channels = ToolRun::Channels::Merged;
     options.purpose = ToolRun::Purpose::Write;
+    // xorriso and cdrskin report their write (drutil does not: the sheet stays busy).
+    options.writeReports = &WriteProgress::parseReports;
     auto *run = new ToolRun(command, options, this);
     m_recording = run;
+    connect(run, &ToolRun::writeReport, this, [this](const WriteReport &report) { m_sheets.showWriteProgress(report); });
     connect(run, &ToolRun::finished, this, [this, run, handler](const ToolVerdict &verdict) {
         run->deleteLater();
         (this->*handler)(verdict);

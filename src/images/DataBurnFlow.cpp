@@ -175,7 +175,11 @@ void DataBurnFlow::TimerBurnDataFolder()
         command = m_plan.xorrisoBurnCommand(m_context.tools.xorriso, drive.s_Device_Path);
     }
 
-    startToolRun(command, ToolRun::Channels::Merged, [this](const ToolVerdict &v) { dataBurnTerminated(v); });
+    // xorriso reports its write; drutil does not, and its sheet stays busy.
+    std::optional<ImageProgress::Kind> reports;
+    if (!onMac())
+        reports = ImageProgress::Kind::XorrisoRecordPercent;
+    startToolRun(command, ToolRun::Channels::Merged, [this](const ToolVerdict &v) { dataBurnTerminated(v); }, reports);
     if (onMac())
         emit closeStagingSheet();
     emit showPerformingOperation();

@@ -55,7 +55,7 @@ void DuplicationFlow::driveAnswered(const MediumCheck &check)
         const ToolCommand command = Duplication::imagingCommand(*m_tool, m_context.dataFolder, m_volume);
         m_writingCopy = false;
         startToolRun(command, ToolRun::Channels::Merged,
-                     [this](const ToolVerdict &v) { CreateISOfromDriveTerminated(v); });
+                     [this](const ToolVerdict &v) { CreateISOfromDriveTerminated(v); }, m_tool->progressKind());
         emit showPerformingOperation();
     });
 }
@@ -87,7 +87,6 @@ void DuplicationFlow::TimerDuplicateMediaCopy()
     const AlertAnswer answer = m_context.alerts->show(
         ImageMessages::insertBlankQuestion(i_Counter_Number_of_Copies, i_Number_of_Copies));
     if (answer.button != 0) {
-        emit closeUniqueProgress();
         emit closePerformingOperation();
         FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] { finish(); });
         return;
@@ -117,8 +116,7 @@ void DuplicationFlow::blankChecked(const MediumCheck &check)
         return;
     }
 
-    emit showUniqueProgress();
-    emit uniqueProgress(0.0);
+    emit showPerformingOperation();
     const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
     const ToolCommand command = m_tool->burnImageCommand(drive, Duplication::imagePath(m_context.dataFolder));
     m_writingCopy = true;
@@ -129,7 +127,7 @@ void DuplicationFlow::blankChecked(const MediumCheck &check)
 void DuplicationFlow::MediaDuplicationTerminated(const ToolVerdict &verdict)
 {
     eject();
-    emit closeUniqueProgress();
+    emit closePerformingOperation();
     if (!verdict.ok()) {
         // A failed copy ends the duplication: the user is told which one.
         const QString message = ImageMessages::copyNotWritten(i_Counter_Number_of_Copies + 1, i_Number_of_Copies);

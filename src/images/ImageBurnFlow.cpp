@@ -48,8 +48,7 @@ void ImageBurnFlow::checked(const MediumCheck &check)
         return;
     }
 
-    emit showUniqueProgress();
-    emit uniqueProgress(0.0);
+    emit showPerformingOperation();
 
     const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
     const ToolCommand command = m_tool->burnImageCommand(drive, m_image);
@@ -59,7 +58,6 @@ void ImageBurnFlow::checked(const MediumCheck &check)
 
 void ImageBurnFlow::taskTerminated(const ToolVerdict &verdict)
 {
-    emit closeUniqueProgress();
     emit closePerformingOperation();
     if (verdict.ok())
         emit operationComplete();

@@ -1,31 +1,34 @@
 #include "images/ImageProgress.h"
 
-#include <QRegularExpression>
-#include <cmath>
-
 #include "toolrun/ProgressParsers.h"
+#include "toolrun/WriteProgress.h"
 
 namespace ImageProgress {
 
 static std::optional<double> parseXorrisoRecord(const QString &text)
 {
-    // One line a report: blanks and tabs only between its words.
-    static const QRegularExpression report(QStringLiteral("(\\d+)[ \\t]+of[ \\t]+(\\d+)[ \\t]+MB written"));
+    // One line a report; the last readable one counts.
     std::optional<double> last;
-    auto it = report.globalMatch(text);
-    while (it.hasNext()) {
-        const auto m = it.next();
-        const double written = m.captured(1).toDouble();
-        const double total = m.captured(2).toDouble();
-        // A figure too long for a double reads as infinity: not a report.
-        if (!std::isfinite(total) || total <= 0.0)
-            continue;
-        const double percent = written * 100.0 / total;
-        if (!std::isfinite(percent) || percent > 100.0)
-            continue;
-        last = percent;
-    }
+    for (const WriteReport &r : reports(Kind::XorrisoRecordPercent, text))
+        if (r.percent)
+            last = r.percent;
     return last;
+}
+
+QList<WriteReport> reports(Kind kind, const QString &text)
+{
+    const QLatin1String hdiutilKey(ProgressParsers::RecorderPercentKey);
+    QList<WriteReport> out;
+    WriteProgress::forEachLine(text, [&](QStringView report) {
+        std::optional<WriteReport> r;
+        if (kind == Kind::DiscRecordingPercent)
+            r = WriteProgress::hdiutilPercent(report);
+        else if (!report.contains(hdiutilKey))
+            r = WriteProgress::parseLine(report);
+        if (r)
+            out << *r;
+    });
+    return out;
 }
 
 std::optional<double> parse(Kind kind, const QString &chunk)

@@ -56,14 +56,17 @@ void IsoCreationFlow::TimerCreateISOStep2Routine()
     m_sheetShown = false;
     m_toolEnded = false;
     const ToolCommand command = m_tool->makeImageCommand(m_destPathISO, m_sourcePath);
-    startToolRun(command, ToolRun::Channels::Merged, [this](const ToolVerdict &verdict) {
-        m_toolEnded = true;
-        m_verdict = verdict;
-        // The working sheet comes a step after the launch; a quicker tool
-        // is answered once it is up, so it never stays behind.
-        if (m_sheetShown)
-            taskTerminated(verdict);
-    });
+    startToolRun(
+        command, ToolRun::Channels::Merged,
+        [this](const ToolVerdict &verdict) {
+            m_toolEnded = true;
+            m_verdict = verdict;
+            // The working sheet comes a step after the launch; a quicker tool
+            // is answered once it is up, so it never stays behind.
+            if (m_sheetShown)
+                taskTerminated(verdict);
+        },
+        m_tool->progressKind());
     m_step3.start();
 }
 

@@ -19,11 +19,11 @@ void SheetFlow::startToolRun(const ToolCommand &command, ToolRun::Channels chann
     options.purpose = purpose;
     if (progress) {
         const ImageProgress::Kind kind = *progress;
-        options.progress = [kind](const QString &reports) { return ImageProgress::parse(kind, reports); };
+        options.writeReports = [kind](const QString &reports) { return ImageProgress::reports(kind, reports); };
     }
     auto *run = new ToolRun(command, options, this);
     m_run = run;
-    connect(run, &ToolRun::progress, this, &SheetFlow::uniqueProgress);
+    connect(run, &ToolRun::writeReport, this, &SheetFlow::writeProgress);
     connect(run, &ToolRun::finished, this, [this, run, terminated](const ToolVerdict &verdict) {
         emit toolFinished(verdict.exitCode);
         run->deleteLater();

@@ -29,11 +29,9 @@ public:
     const ImageFlowContext &context() const { return m_context; }
 
 signals:
-    void showPerformingOperation();    // the indeterminate working sheet
+    void showPerformingOperation();    // the working sheet: busy until the tool's first report
+    void writeProgress(const WriteReport &report);  // a report of the tool that writes, for the working sheet
     void closePerformingOperation();
-    void showUniqueProgress();         // the single bar, 0 to 100, at 0
-    void uniqueProgress(double value);
-    void closeUniqueProgress();
     void showStagingSheet();           // the data disc's copy sheet
     void closeStagingSheet();
     void operationComplete();          // the completion sheet
@@ -63,8 +61,9 @@ protected:
 
     // Starts the flow's tool run: toolStarted, the run, and when it ends
     // toolFinished and then `terminated` with the run's verdict. With a
-    // progress kind, each complete report of the tool's error output that
-    // carries a percentage moves the single bar.
+    // progress kind, each complete report of the tool's progress channel
+    // (its error output, or the merged output) that carries a percentage
+    // moves the single bar, and every report goes out as writeProgress.
     void startToolRun(const ToolCommand &command, ToolRun::Channels channels,
                       std::function<void(const ToolVerdict &)> terminated,
                       std::optional<ImageProgress::Kind> progress = std::nullopt,

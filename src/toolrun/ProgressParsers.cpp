@@ -1,7 +1,7 @@
 #include "toolrun/ProgressParsers.h"
+#include "toolrun/WriteProgress.h"
 
 #include <QDebug>
-#include <QRegularExpression>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -9,7 +9,7 @@
 namespace ProgressParsers {
 
 static const QString kTimeMarker = QStringLiteral("time=");
-static const QString kPercentKey = QStringLiteral("DRStatusPercentCompleteKey:");
+static const QString kPercentKey = QString::fromLatin1(RecorderPercentKey);
 
 static bool isBlank(QChar c)
 {
@@ -130,49 +130,36 @@ QString recorderFractionText(const QString &chunk)
     return chunk.mid(end + 1, 4);
 }
 
-std::optional<double> recorderPercent(const QString &chunk)
+std::optional<double> recorderValuePercent(const QString &afterKey)
 {
-    const QString fraction = recorderFractionText(chunk);
-    if (fraction.isNull())
-        return std::nullopt;
-    qInfo().noquote() << fraction;
-    const float f = leadingFloat(fraction);
+    const float f = leadingFloat(afterKey);
     const float percent = f * 100.0f;
     if (!(100.0f >= percent))
         return std::nullopt;
     return static_cast<double>(percent);
 }
 
+std::optional<double> recorderPercent(const QString &chunk)
+{
+    const QString fraction = recorderFractionText(chunk);
+    if (fraction.isNull())
+        return std::nullopt;
+    qInfo().noquote() << fraction;
+    return recorderValuePercent(fraction);
+}
+
 std::optional<double> linuxRecorderPercent(const QString &chunk)
 {
-    // A report is one line: only blanks and tabs between its words, so that
-    // two lines never read as one report, however the output was cut.
-    static const QRegularExpression report(QStringLiteral(
-        "Writing:[ \\t]+\\d+s[ \\t]+(\\d+(?:\\.\\d+)?)%"
-        "|(\\d+)[ \\t]+of[ \\t]+(\\d+)[ \\t]+MB written"
-        "|(\\d+(?:\\.\\d+)?)% done"));
     std::optional<double> last;
-    auto it = report.globalMatch(chunk);
-    while (it.hasNext()) {
-        const QRegularExpressionMatch m = it.next();
-        double value;
-        if (m.hasCaptured(1)) {
-            value = m.captured(1).toDouble();
-        } else if (m.hasCaptured(2)) {
-            const double total = m.captured(3).toDouble();
-            if (!std::isfinite(total) || total <= 0.0)
-                continue;
-            value = m.captured(2).toDouble() * 100.0 / total;
-        } else {
-            value = m.captured(4).toDouble();
-        }
-        // A figure too long for a double reads as infinity: such a report,
-        // like one above 100, is not a percentage, and the one before it
-        // stands.
-        if (!std::isfinite(value) || value > 100.0)
-            continue;
-        last = value;
-    }
+    WriteProgress::forEachLine(chunk, [&last](QStringView report) {
+        std::optional<WriteReport> r = WriteProgress::xorrisoWriting(report);
+        if (!r)
+            r = WriteProgress::cdrecordWritten(report);
+        if (!r)
+            r = WriteProgress::mkisofsDone(report);
+        if (r && r->percent)
+            last = r->percent;
+    });
     return last;
 }
 

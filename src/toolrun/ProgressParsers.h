@@ -33,7 +33,14 @@ std::optional<double> recorderPercent(const QString &chunk);
 // The 4 characters recorderPercent reads, for the log; empty when it reads none.
 QString recorderFractionText(const QString &chunk);
 
-// Linux recorders. The last percentage reported in the chunk by any of:
+// The disk image tool's key, and how the text after it is read: its leading
+// number (blanks skipped) as a fraction, x 100 in single precision. Nothing
+// when the result is above 100 or not a number; hdiutil's -1 reads -100.
+inline constexpr char RecorderPercentKey[] = "DRStatusPercentCompleteKey:";
+std::optional<double> recorderValuePercent(const QString &afterKey);
+
+// Linux recorders. The last percentage reported in the chunk by any of
+// (each read by its parser in WriteProgress):
 //   xorriso          "xorriso : UPDATE : Writing:   8192s   31.8%   fifo ..."
 //   xorriso -as cdrecord, cdrskin
 //                    "  11 of   50 MB written (fifo ...)", "Track 01:   11 of   50 MB written"

@@ -167,6 +167,10 @@ void ToolRun::deliver(const QString &text, bool errorChannel)
         if (const auto value = m_options.progress(text))
             emit progress(*value);
     }
+    if (progressChannel && m_options.writeReports) {
+        for (const WriteReport &report : m_options.writeReports(text))
+            emit writeReport(report);
+    }
 }
 
 void ToolRun::end(ToolVerdict::Outcome outcome, int exitCode, bool crashed)

@@ -11,6 +11,7 @@
 #include "toolrun/ToolCommand.h"
 #include "toolrun/StopToken.h"
 #include "toolrun/ToolVerdict.h"
+#include "toolrun/WriteProgress.h"
 
 class QProcess;
 
@@ -31,6 +32,8 @@ public:
     // What the run does to the world; quitting asks before stopping a Write.
     enum class Purpose { Query, Transcode, Write };
     using ProgressParser = std::function<std::optional<double>(const QString &reports)>;
+    // Reads a writing tool's reports with all their figures (WriteProgress).
+    using ReportParser = std::function<QList<WriteReport>(const QString &reports)>;
 
     struct Options {
         Channels channels = Channels::Separate;
@@ -38,6 +41,7 @@ public:
         int timeoutMs = 0;            // 0: no limit
         ProgressParser progress;      // fed the complete reports of the progress channel
         bool progressOnOutput = false;  // the progress channel is standard output (else standard error)
+        ReportParser writeReports;    // fed the same reports as `progress`: each one goes out as writeReport
     };
 
     // How long a stopped tool is given to end before it is killed.
@@ -85,6 +89,7 @@ signals:
     void outputReports(const QString &text);
     void errorReports(const QString &text);
     void progress(double value);
+    void writeReport(const WriteReport &report);
     void finished(const ToolVerdict &verdict);
 
 private:

@@ -190,8 +190,6 @@ public:
         clock.start();
         connect(flow, &SheetFlow::showPerformingOperation, this, [add] { add(QStringLiteral("showPerformingOperation")); });
         connect(flow, &SheetFlow::closePerformingOperation, this, [add] { add(QStringLiteral("closePerformingOperation")); });
-        connect(flow, &SheetFlow::showUniqueProgress, this, [add] { add(QStringLiteral("showUniqueProgress")); });
-        connect(flow, &SheetFlow::closeUniqueProgress, this, [add] { add(QStringLiteral("closeUniqueProgress")); });
         connect(flow, &SheetFlow::showStagingSheet, this, [add] { add(QStringLiteral("showStagingSheet")); });
         connect(flow, &SheetFlow::closeStagingSheet, this, [add] { add(QStringLiteral("closeStagingSheet")); });
         connect(flow, &SheetFlow::operationComplete, this, [add] { add(QStringLiteral("operationComplete")); });
@@ -203,9 +201,12 @@ public:
             add(QStringLiteral("ended"));
             ++endedCount;
         });
-        connect(flow, &SheetFlow::uniqueProgress, this, [this, add](double v) {
-            progress << v;
-            add(QStringLiteral("progress"));
+        connect(flow, &SheetFlow::writeProgress, this, [this, add](const WriteReport &r) {
+            reports << r;
+            if (r.percent) {  // what the bar shows
+                progress << *r.percent;
+                add(QStringLiteral("progress"));
+            }
         });
         connect(flow, &SheetFlow::toolStarted, this, [this, add](const QString &program, const QStringList &args) {
             commands << (QStringList{program} + args);
@@ -215,6 +216,7 @@ public:
     }
 
     QList<OperationFailure> failures;
+    QList<WriteReport> reports;  // what the working sheet was given, in order
 
     // The events without the progress values, for order checks.
     QStringList sheets() const

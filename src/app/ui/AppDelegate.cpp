@@ -345,10 +345,7 @@ void AppDelegate::connectFlow(SheetFlow *flow)
 {
     connect(flow, &SheetFlow::showPerformingOperation, this, &AppDelegate::Show_Window_Performing_Operation);
     connect(flow, &SheetFlow::closePerformingOperation, this, [this] { dropSheet(windowPerformingOperation); });
-    connect(flow, &SheetFlow::showUniqueProgress, this,
-            [this] { showUniqueProgress(QStringLiteral("Burning the Disc"), QStringLiteral("Burning the disc…"), 100.0); });
-    connect(flow, &SheetFlow::uniqueProgress, this, &AppDelegate::setUniqueProgress);
-    connect(flow, &SheetFlow::closeUniqueProgress, this, [this] { dropSheet(windowUniqueProgress); });
+    connect(flow, &SheetFlow::writeProgress, this, &AppDelegate::showWriteProgress);
     connect(flow, &SheetFlow::showStagingSheet, this, &AppDelegate::Show_Window_Data_Copy_Folders);
     connect(flow, &SheetFlow::closeStagingSheet, this, &AppDelegate::Close_Window_Data_Copy_Folders);
     connect(flow, &SheetFlow::operationComplete, this, &AppDelegate::Show_Window_Operation_Complete);
@@ -543,6 +540,12 @@ void AppDelegate::setFileValue(double value)
 void AppDelegate::endProgress() { dropSheet(windowProgress); }
 void AppDelegate::endPerformingOperation() { dropSheet(windowPerformingOperation); }
 
+void AppDelegate::showWriteProgress(const WriteReport &report)
+{
+    if (windowPerformingOperation)
+        windowPerformingOperation->showWriteReport(report);
+}
+
 // ---------------------------------------------------------- status sheets
 
 void AppDelegate::Show_Window_Performing_Operation()
@@ -683,9 +686,11 @@ void AppDelegate::erase(bool full)
         ToolRun::Options options;
         options.channels = ToolRun::Channels::Merged;
         options.purpose = ToolRun::Purpose::Write;
+        options.writeReports = &WriteProgress::parseReports;  // none known of a blanking yet: the sheet stays busy
         auto *run = new ToolRun(self->m_backend->eraseCommand(self->currentDrive(), full), options, self);
         self->m_eraseRun = run;
         self->m_eraseCancelled = false;
+        connect(run, &ToolRun::writeReport, self, &AppDelegate::showWriteProgress);
         connect(run, &ToolRun::finished, self, [self, run](const ToolVerdict &verdict) {
             run->deleteLater();
             if (!self)

@@ -166,6 +166,7 @@ public:
     void endProgress() override;
     void showPerformingOperation() override { Show_Window_Performing_Operation(); }
     void endPerformingOperation() override;
+    void showWriteProgress(const WriteReport &report) override;
     void showOperationComplete() override { Show_Window_Operation_Complete(); }
     void showOperationFailed(const OperationFailure &failure) override { Show_Window_Operation_Failed(failure); }
 

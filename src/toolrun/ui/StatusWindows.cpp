@@ -48,13 +48,57 @@ Window_Performing_Operation::Window_Performing_Operation(QWidget *mainWindow) : 
     setWindowTitle(QStringLiteral("Operation in Progress"));
     auto *lay = new QVBoxLayout(this);
     labelDescription = caption(QStringLiteral("Performing the operation. Please wait…"), this);
-    pgAnimation = new QProgressBar(this);
-    pgAnimation->setRange(0, 0);  // busy indicator: animates as soon as it is shown
-    pgAnimation->setTextVisible(false);
+    pgAnimation = new DoubleProgressBar(this);
+    pgAnimation->setMinDouble(0.0);
+    pgAnimation->setMaxDouble(0.0);  // busy indicator: animates as soon as it is shown
     pgAnimation->setAccessibleName(QStringLiteral("Working"));
     lay->addWidget(labelDescription);
     lay->addWidget(pgAnimation);
+    // Hidden until the tool's first report; each is then read as it shows.
+    auto readoutLine = [this, lay](const char *objectName, const QString &name) {
+        auto *l = new QLabel(this);
+        l->setObjectName(QLatin1String(objectName));
+        l->setAccessibleName(name);
+        l->hide();
+        lay->addWidget(l);
+        return l;
+    };
+    labelPercent = readoutLine("labelPercent", QStringLiteral("Percentage done"));
+    labelWritten = readoutLine("labelWritten", QStringLiteral("Amount written"));
+    labelSpeed = readoutLine("labelSpeed", QStringLiteral("Write speed"));
+    labelTimeLeft = readoutLine("labelTimeLeft", QStringLiteral("Time left"));
     setMinimumWidth(360);
+    m_clock.start();
+}
+
+void Window_Performing_Operation::showWriteReport(const WriteReport &report)
+{
+    showWriteReport(report, m_clock.elapsed(), QDateTime::currentDateTime());
+}
+
+void Window_Performing_Operation::showWriteReport(const WriteReport &report, qint64 ms, const QDateTime &now)
+{
+    m_readout.add(report, ms, now);
+    if (!m_readout.isDeterminate())
+        return;
+    if (pgAnimation->isBusy()) {
+        pgAnimation->setAccessibleName(QStringLiteral("Writing progress"));
+        pgAnimation->setMaxDouble(100.0);
+    }
+    pgAnimation->setDoubleValue(m_readout.percent());
+    const WriteReadout::Texts texts = m_readout.texts();
+    const QList<QPair<QLabel *, QString>> lines{{labelPercent, texts.percent},
+                                                {labelWritten, texts.amount},
+                                                {labelSpeed, texts.speed},
+                                                {labelTimeLeft, texts.timeLeft}};
+    for (const auto &[label, text] : lines) {
+        label->setText(text);
+        // Read as it shows; screen readers hear the new figure.
+        if (!text.isEmpty())
+            label->setAccessibleName(text);
+        label->setVisible(!text.isEmpty());
+    }
+    emit readoutChanged();
 }
 
 Window_Operation_Terminated::Window_Operation_Terminated(QWidget *mainWindow) : StatusSheet(mainWindow)

@@ -1,0 +1,28 @@
+#pragma once
+// What the working sheet (Window_Performing_Operation) shows at one moment,
+// as one line of text for comparisons: the bar ("busy", or "bar V of M") and
+// each of its four readout lines as it is on screen ("-" when hidden), with
+// what a screen reader hears when that differs from the text.
+#include <QStringList>
+
+#include "toolrun/ui/StatusWindows.h"
+
+inline QString workingSheetNow(const Window_Performing_Operation *w)
+{
+    QStringList parts;
+    parts << (w->pgAnimation->isBusy() ? QStringLiteral("busy")
+                                       : QStringLiteral("bar %1 of %2")
+                                             .arg(w->pgAnimation->doubleValue())
+                                             .arg(w->pgAnimation->maxDouble()));
+    for (const QLabel *l : {w->labelPercent, w->labelWritten, w->labelSpeed, w->labelTimeLeft}) {
+        if (l->isHidden()) {
+            parts << QStringLiteral("-");
+            continue;
+        }
+        QString seen = l->text();
+        if (l->accessibleName() != seen)
+            seen += QStringLiteral(" (read as \"%1\")").arg(l->accessibleName());
+        parts << seen;
+    }
+    return parts.join(QStringLiteral(" | "));
+}
