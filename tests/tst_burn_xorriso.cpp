@@ -27,6 +27,8 @@ public:
     void showPerformingOperation() override { events << QStringLiteral("performing"); }
     void endPerformingOperation() override { events << QStringLiteral("endPerforming"); }
     void showOperationComplete() override { events << QStringLiteral("complete"); }
+    void showVerifying() override { events << QStringLiteral("verifying"); }
+    void showOperationVerified() override { events << QStringLiteral("verified"); }
     void showOperationFailed(const OperationFailure &f) override
     {
         events << QStringLiteral("failed");

@@ -3,13 +3,16 @@
 #include <QPointer>
 #include <QTimer>
 #include <functional>
+#include <memory>
 
 #include "app/WorkingFolders.h"
 #include "burn/BurnSheets.h"
+#include "burn/DiscRoom.h"
 #include "burn/Recorder.h"
 #include "burn/TranscodeArguments.h"
 #include "burn/TranscodeSequence.h"
 #include "app/Alerts.h"
+#include "drives/DiscVerify.h"
 #include "toolrun/ToolMessages.h"
 #include "toolrun/ToolRun.h"
 
@@ -74,7 +77,9 @@ void MediaBurn::burn(BurnOperation operation, const QList<NodeMediaFile> &files,
         return;
     m_busy = true;
     QPointer<MediaBurn> self(this);
-    BurnChecks::run(operation, files.isEmpty(), m_check, m_alerts, context.m_b_Debug_Mode,
+    BurnChecks::run(operation, files.isEmpty(),
+                    DiscRoom::forMediaBurn(operation, files, context.s_Audio_Output_Format), m_check, m_alerts,
+                    context.m_b_Debug_Mode,
                     [self, operation, files, context](bool passed) {
                         if (!self)
                             return;
@@ -186,6 +191,17 @@ void MediaBurn::startRecording(const ToolCommand &command, void (MediaBurn::*han
         run->deleteLater();
         (this->*handler)(verdict);
     });
+    if (verifies() && m_recorder.checksItsWriting()) {
+        // The recorder reads the disc back itself: the sheet says so when it
+        // begins.
+        auto told = std::make_shared<bool>(false);
+        connect(run, &ToolRun::outputReports, this, [this, told](const QString &text) {
+            if (!*told && DiscVerify::saysVerifying(text)) {
+                *told = true;
+                m_sheets.showVerifying();
+            }
+        });
+    }
     run->start();
     m_sheets.showPerformingOperation();
     emit recordingStarted(command);
@@ -205,13 +221,15 @@ void MediaBurn::TimerBurnAudioCD()
 
 void MediaBurn::TimerBurnMP3()
 {
-    startRecording(m_recorder.burnFolderCommand(m_context.currentDrive, m_context.s_Audio_Folder),
+    startRecording(m_recorder.burnFolderCommand(m_context.currentDrive, m_context.s_Audio_Folder,
+                                                m_context.verifyAfterWriting),
                    &MediaBurn::AudioBurnTerminated);
 }
 
 void MediaBurn::TimerBurnVideoRoutine()
 {
-    startRecording(m_recorder.burnFolderCommand(m_context.currentDrive, m_context.s_Video_Folder),
+    startRecording(m_recorder.burnFolderCommand(m_context.currentDrive, m_context.s_Video_Folder,
+                                                m_context.verifyAfterWriting),
                    &MediaBurn::VideoBurnTerminated);
 }
 
@@ -225,21 +243,57 @@ void MediaBurn::VideoBurnTerminated(const ToolVerdict &verdict)
     recordingEnded(m_context.s_Video_Folder, verdict);
 }
 
+bool MediaBurn::verifies() const
+{
+    return m_context.verifyAfterWriting && m_operation != BurnOperation::AudioCD;
+}
+
+void MediaBurn::verifyThen(const QString &folder)
+{
+    m_sheets.showVerifying();
+    auto *verification = new DiscVerification(this);
+    m_verification = verification;
+    connect(verification, &DiscVerification::finished, this, [this, verification, folder](const VerifyResult &result) {
+        verification->deleteLater();
+        m_sheets.endPerformingOperation();
+        FolderOps::emptyFolderThen(folder, this, [this, result] {
+            m_busy = false;
+            if (result.verified()) {
+                m_sheets.showOperationVerified();
+                emit completed(m_operation);
+                return;
+            }
+            m_sheets.showOperationFailed(DiscVerify::failure(DiscVerify::messageFor(result), result));
+            emit failed(m_operation);
+        });
+    });
+    verification->checkFiles(m_recorder.verifyFolderCommand(m_context.currentDrive));
+}
+
 void MediaBurn::recordingEnded(const QString &folder, const ToolVerdict &verdict)
 {
+    if (verdict.ok() && verifies() && !m_recorder.checksItsWriting()) {
+        verifyThen(folder);
+        return;
+    }
+    const bool verified = verdict.ok() && verifies();  // the recorder's own read-back passed
+    const bool mismatch = verifies() && m_recorder.checksItsWriting() && DiscVerify::failedWhileVerifying(verdict);
     m_sheets.endPerformingOperation();
-    FolderOps::emptyFolderThen(folder, this, [this, verdict] {
+    FolderOps::emptyFolderThen(folder, this, [this, verdict, verified, mismatch] {
         m_busy = false;
         if (verdict.ok()) {
-            m_sheets.showOperationComplete();
+            if (verified)
+                m_sheets.showOperationVerified();
+            else
+                m_sheets.showOperationComplete();
             emit completed(m_operation);
             return;
         }
         if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
             m_alerts.show(ToolMessages::notStarted(verdict));
         else
-            m_sheets.showOperationFailed(
-                OperationFailure::fromVerdict(BurnMessages::DiscNotWritten, verdict));
+            m_sheets.showOperationFailed(OperationFailure::fromVerdict(
+                mismatch ? DiscVerify::MismatchMessage : BurnMessages::DiscNotWritten, verdict));
         emit failed(m_operation);
     });
 }

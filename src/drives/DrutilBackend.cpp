@@ -61,6 +61,22 @@ void DrutilBackend::queryStatus(const Object_Optical_Drive &drive, StatusCallbac
                     });
 }
 
+void DrutilBackend::queryFreeSpace(const Object_Optical_Drive &drive, SpaceCallback done)
+{
+    DriveQuery::run(statusCommand(drive), m_statusTimeoutMs, this,
+                    [done = std::move(done)](const ToolVerdict &verdict) {
+                        MediaSpace space;
+                        space.answered = DriveQuery::answered(verdict);
+                        space.text = space.answered ? verdict.output : QString();
+                        const std::optional<qint64> sectors = DrutilParsing::spaceFreeSectors(space.text);
+                        space.known = sectors.has_value();
+                        space.freeSectors = sectors.value_or(0);
+                        space.verdict = verdict;
+                        if (done)
+                            done(space);
+                    });
+}
+
 void DrutilBackend::ejectTray(const Object_Optical_Drive &drive)
 {
     ToolProcess::startDetached(trayCommand(drive, true));

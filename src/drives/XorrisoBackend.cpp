@@ -24,6 +24,13 @@ ToolCommand XorrisoBackend::statusCommand(const Object_Optical_Drive &drive) con
     return XorrisoParsing::statusCommand(m_xorriso, drive.s_Device_Path);
 }
 
+ToolCommand XorrisoBackend::spaceCommand(const Object_Optical_Drive &drive) const
+{
+    if (drive.s_Device_Path.isEmpty())
+        return ToolCommand{};
+    return XorrisoParsing::spaceCommand(m_xorriso, drive.s_Device_Path);
+}
+
 ToolCommand XorrisoBackend::trayCommand(const Object_Optical_Drive &drive, bool eject) const
 {
     if (drive.s_Device_Path.isEmpty())
@@ -60,6 +67,24 @@ void XorrisoBackend::queryStatus(const Object_Optical_Drive &drive, StatusCallba
                         status.verdict = verdict;
                         if (done)
                             done(status);
+                    });
+}
+
+void XorrisoBackend::queryFreeSpace(const Object_Optical_Drive &drive, SpaceCallback done)
+{
+    // Without a device the null command runs nothing and answers an empty
+    // text: nothing is known.
+    DriveQuery::run(spaceCommand(drive), m_statusTimeoutMs, this,
+                    [done = std::move(done)](const ToolVerdict &verdict) {
+                        MediaSpace space;
+                        space.answered = DriveQuery::answered(verdict);
+                        space.text = space.answered ? verdict.output : QString();
+                        const std::optional<qint64> sectors = XorrisoParsing::mediaSpaceSectors(space.text);
+                        space.known = sectors.has_value();
+                        space.freeSectors = sectors.value_or(0);
+                        space.verdict = verdict;
+                        if (done)
+                            done(space);
                     });
 }
 

@@ -1,6 +1,9 @@
 #include "images/SheetFlow.h"
 
+#include <memory>
+
 #include "app/Alerts.h"
+#include "drives/DiscVerify.h"
 
 SheetFlow::SheetFlow(const ImageFlowContext &context, QObject *parent) : QObject(parent), m_context(context) {}
 
@@ -31,6 +34,22 @@ void SheetFlow::startToolRun(const ToolCommand &command, ToolRun::Channels chann
     });
     emit toolStarted(command.program, command.arguments);
     run->start();
+}
+
+void SheetFlow::tellWhenToolVerifies()
+{
+    ToolRun *run = m_run;
+    if (!run)
+        return;
+    auto told = std::make_shared<bool>(false);
+    auto look = [this, told](const QString &text) {
+        if (!*told && DiscVerify::saysVerifying(text)) {
+            *told = true;
+            emit verifying();
+        }
+    };
+    connect(run, &ToolRun::outputReports, this, look);
+    connect(run, &ToolRun::errorReports, this, look);
 }
 
 void SheetFlow::tellFailure(const QString &message, const ToolVerdict &verdict)

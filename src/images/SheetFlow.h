@@ -31,6 +31,8 @@ signals:
     void showStagingSheet();           // the data disc's copy sheet
     void closeStagingSheet();
     void operationComplete();          // the completion sheet
+    void verifying();                  // the working (or single-bar) sheet says "Verifying the disc…"
+    void operationVerified();          // the completion sheet: "The disc was written and verified."
     void operationFailed(const OperationFailure &failure);  // the last sheet of a failure
     void toolStarted(const QString &program, const QStringList &arguments);
     void toolFinished(int exitCode);
@@ -56,6 +58,14 @@ protected:
 
     // Whether a tool of this flow is running now.
     bool toolRunning() const { return m_run && m_run->isRunning(); }
+    // The run startToolRun started last (null once it is gone).
+    ToolRun *toolRun() const { return m_run; }
+
+    // While the run just started goes on, the first report saying the tool
+    // has begun reading back what it wrote (DiscVerify::saysVerifying) emits
+    // verifying(): the recorders that check their own writing (hdiutil,
+    // drutil).
+    void tellWhenToolVerifies();
 
     ImageFlowContext m_context;
 

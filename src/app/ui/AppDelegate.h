@@ -81,6 +81,7 @@ public:
     void OnMenuQuit() { Terminate_App(); }
     void OnMenuHelpShowLogs();
     void OnMenuDebugMode();
+    void OnMenuVerifyAfterWriting();  // the Drive menu's check: the setting follows it
 
     // The eight burns (virtual so a test can see which one the Burn button reaches).
     virtual void Burn_Audio_CD();
@@ -97,6 +98,11 @@ public:
     void Show_Window_Operation_Complete();
     void Close_Window_Operation_Complete();
     void Show_Window_Operation_Failed(const OperationFailure &failure);
+    // Verifying after writing: the sheet up says "Verifying the disc…" (the
+    // working sheet is shown when none is up); the completion sheet that
+    // says "The disc was written and verified."
+    void Show_Window_Verifying();
+    void Show_Window_Operation_Verified();
 
     // Drives and disc tools
     void Load_List_Of_Optical_Drives();
@@ -164,6 +170,8 @@ public:
     void endPerformingOperation() override;
     void showOperationComplete() override { Show_Window_Operation_Complete(); }
     void showOperationFailed(const OperationFailure &failure) override { Show_Window_Operation_Failed(failure); }
+    void showVerifying() override { Show_Window_Verifying(); }
+    void showOperationVerified() override { Show_Window_Operation_Verified(); }
 
     // State, as the rest of the program knows it
     bool m_b_Debug_Mode = false;

@@ -1,0 +1,190 @@
+#include "drives/DiscVerify.h"
+
+#include <QFileInfo>
+#include <QFutureWatcher>
+#include <QRegularExpression>
+#include <QTimer>
+#include <QtConcurrent/QtConcurrentRun>
+
+#include "drives/ImageReadBack.h"
+#include "toolrun/ToolRun.h"
+
+namespace DiscVerify {
+
+namespace {
+
+// At most this many files are named on the sheet; Details has them all.
+constexpr int NamedFiles = 10;
+
+} // namespace
+
+QString copyMismatchMessage(int copyNumber, int numberOfCopies)
+{
+    return QStringLiteral("Copy %1 of %2 was written, but verifying it found differences.")
+        .arg(copyNumber)
+        .arg(numberOfCopies);
+}
+
+QString messageFor(const VerifyResult &result)
+{
+    return result.outcome == VerifyResult::Outcome::NotChecked ? NotCheckedMessage : MismatchMessage;
+}
+
+OperationFailure failure(const QString &message, const VerifyResult &result)
+{
+    OperationFailure f;
+    f.message = message;
+    f.informative = result.what;
+    f.details = result.details;
+    return f;
+}
+
+ToolCommand md5CheckCommand(const QString &xorriso, const QString &device, const QStringList &discPaths)
+{
+    QStringList args{QStringLiteral("-drive_access"), QStringLiteral("shared:readonly"), QStringLiteral("-md5"),
+                     QStringLiteral("on"), QStringLiteral("-indev"), device, QStringLiteral("-check_md5_r"),
+                     QStringLiteral("SORRY")};
+    args << (discPaths.isEmpty() ? QStringList{QStringLiteral("/")} : discPaths);
+    args << QStringLiteral("--");
+    return ToolCommand{xorriso, args};
+}
+
+QStringList mismatchedFiles(const QString &output)
+{
+    static const QRegularExpression line(QStringLiteral(R"(^MD5 MISMATCH: '(.*)'\s*$)"),
+                                         QRegularExpression::MultilineOption);
+    QStringList files;
+    QRegularExpressionMatchIterator it = line.globalMatch(output);
+    while (it.hasNext())
+        files << it.next().captured(1);
+    return files;
+}
+
+VerifyResult readMd5Check(const ToolVerdict &verdict)
+{
+    VerifyResult r;
+    r.details = OperationFailure::fromVerdict(QString(), verdict).details;
+    const QString out = verdict.output;
+    const QStringList files = mismatchedFiles(out);
+    if (!files.isEmpty()) {
+        r.outcome = VerifyResult::Outcome::Mismatch;
+        QStringList named = files.mid(0, NamedFiles);
+        QString what = files.size() == 1 ? QStringLiteral("This file on the disc does not match what was written:")
+                                         : QStringLiteral("These files on the disc do not match what was written:");
+        what += QLatin1Char('\n') + named.join(QLatin1Char('\n'));
+        if (files.size() > named.size())
+            what += QStringLiteral("\n… and %1 more").arg(files.size() - named.size());
+        r.what = what;
+        return r;
+    }
+    if (out.contains(QLatin1String("Checksum mismatch in System Area, Volume Descriptors, or directory tree"))
+        || out.contains(QLatin1String("MD5 mismatch of image tree data"))
+        || out.contains(QLatin1String("Mismatch detected between file contents and MD5 checksums"))) {
+        r.outcome = VerifyResult::Outcome::Mismatch;
+        r.what = QStringLiteral("The disc's folders and file names do not match what was written.");
+        return r;
+    }
+    if (verdict.ok() && out.contains(QLatin1String("File contents and their MD5 checksums match."))) {
+        r.outcome = VerifyResult::Outcome::Verified;
+        return r;
+    }
+    r.outcome = VerifyResult::Outcome::NotChecked;
+    const QString words = ToolMessages::toolWords(verdict);
+    r.what = words.isEmpty() ? QStringLiteral("The disc holds no checksums to compare with.") : words;
+    return r;
+}
+
+bool saysVerifying(const QString &reports)
+{
+    return reports.contains(QLatin1String("Verifying")) || reports.contains(QLatin1String("DRStatusStateVerifying"));
+}
+
+bool failedWhileVerifying(const ToolVerdict &verdict)
+{
+    return !verdict.ok() && verdict.outcome != ToolVerdict::Outcome::FailedToStart
+        && verdict.outcome != ToolVerdict::Outcome::Stopped && saysVerifying(verdict.output);
+}
+
+} // namespace DiscVerify
+
+DiscVerification::DiscVerification(QObject *parent) : QObject(parent) {}
+
+DiscVerification::~DiscVerification()
+{
+    if (m_stop)
+        m_stop->store(true);
+}
+
+void DiscVerification::end(const VerifyResult &result)
+{
+    if (!m_running)
+        return;
+    m_running = false;
+    emit finished(result);
+}
+
+void DiscVerification::checkFiles(const ToolCommand &md5Check)
+{
+    m_running = true;
+    ToolRun::Options options;
+    options.channels = ToolRun::Channels::Merged;
+    options.purpose = ToolRun::Purpose::Query;
+    auto *run = new ToolRun(md5Check, options, this);
+    m_run = run;
+    connect(run, &ToolRun::finished, this, [this, run](const ToolVerdict &verdict) {
+        run->deleteLater();
+        if (verdict.outcome == ToolVerdict::Outcome::Stopped) {
+            VerifyResult r;
+            r.outcome = VerifyResult::Outcome::NotChecked;
+            r.what = QStringLiteral("The check was stopped.");
+            r.details = verdict.output;
+            end(r);
+            return;
+        }
+        end(DiscVerify::readMd5Check(verdict));
+    });
+    run->start();
+}
+
+void DiscVerification::compareImage(const QString &image, const QString &drive)
+{
+    m_running = true;
+    m_stop = std::make_shared<std::atomic_bool>(false);
+    const std::shared_ptr<std::atomic_bool> stop = m_stop;
+    // The worker counts the bytes compared; the bar looks at the count from
+    // this thread.
+    auto compared = std::make_shared<std::atomic<qint64>>(0);
+    const qint64 total = QFileInfo(image).size();
+    auto *poll = new QTimer(this);
+    poll->setInterval(100);
+    int lastPercent = -1;
+    auto tell = [this, compared, total, lastPercent]() mutable {
+        const int percent = total > 0 ? int(compared->load() * 100 / total) : 0;
+        if (percent != lastPercent) {
+            lastPercent = percent;
+            emit progress(double(percent));
+        }
+    };
+    connect(poll, &QTimer::timeout, this, tell);
+    poll->start();
+    auto *watcher = new QFutureWatcher<ImageReadBack::Comparison>(this);
+    connect(watcher, &QFutureWatcher<ImageReadBack::Comparison>::finished, this,
+            [this, watcher, poll, tell, image, drive]() mutable {
+                watcher->deleteLater();
+                poll->deleteLater();
+                tell();
+                end(ImageReadBack::result(watcher->result(), image, drive));
+            });
+    watcher->setFuture(QtConcurrent::run([image, drive, stop, compared] {
+        return ImageReadBack::compareFiles(
+            image, drive, [compared](qint64 n) { compared->store(n); }, stop.get());
+    }));
+}
+
+void DiscVerification::stop()
+{
+    if (m_stop)
+        m_stop->store(true);
+    if (m_run)
+        m_run->stop();
+}
