@@ -78,10 +78,15 @@ VerifyResult readMd5Check(const ToolVerdict &verdict)
         return r;
     }
     if (out.contains(QLatin1String("Checksum mismatch in System Area, Volume Descriptors, or directory tree"))
-        || out.contains(QLatin1String("MD5 mismatch of image tree data"))
-        || out.contains(QLatin1String("Mismatch detected between file contents and MD5 checksums"))) {
+        || out.contains(QLatin1String("MD5 mismatch of image tree data"))) {
         r.outcome = VerifyResult::Outcome::Mismatch;
         r.what = QStringLiteral("The disc's folders and file names do not match what was written.");
+        return r;
+    }
+    if (out.contains(QLatin1String("Mismatch detected between file contents and MD5 checksums"))
+        || out.contains(QLatin1String("MD5 MISMATCH"))) {
+        r.outcome = VerifyResult::Outcome::Mismatch;
+        r.what = QStringLiteral("The disc's contents do not match what was written.");
         return r;
     }
     if (verdict.ok() && out.contains(QLatin1String("File contents and their MD5 checksums match."))) {
@@ -89,8 +94,13 @@ VerifyResult readMd5Check(const ToolVerdict &verdict)
         return r;
     }
     r.outcome = VerifyResult::Outcome::NotChecked;
-    const QString words = ToolMessages::toolWords(verdict);
-    r.what = words.isEmpty() ? QStringLiteral("The disc holds no checksums to compare with.") : words;
+    if (out.contains(QLatin1String("Not a single file with MD5 checksum was found"))) {
+        r.what = QStringLiteral("The disc holds no checksums to compare with.");
+        return r;
+    }
+    r.what = ToolMessages::toolWords(verdict);
+    if (r.what.isEmpty())
+        r.what = QStringLiteral("The disc could not be read back.");
     return r;
 }
 
