@@ -216,6 +216,8 @@ public:
         connect(flow, &SheetFlow::showStagingSheet, this, [add] { add(QStringLiteral("showStagingSheet")); });
         connect(flow, &SheetFlow::closeStagingSheet, this, [add] { add(QStringLiteral("closeStagingSheet")); });
         connect(flow, &SheetFlow::operationComplete, this, [add] { add(QStringLiteral("operationComplete")); });
+        connect(flow, &SheetFlow::verifying, this, [add] { add(QStringLiteral("verifying")); });
+        connect(flow, &SheetFlow::operationVerified, this, [add] { add(QStringLiteral("operationVerified")); });
         connect(flow, &SheetFlow::operationFailed, this, [this, add](const OperationFailure &f) {
             failures << f;
             add(QStringLiteral("operationFailed"));
