@@ -3,7 +3,11 @@
 // into a pseudo-drive (a file) on Linux, and the stand-in drutil on the macOS
 // path. The status sheets are watched through the controller's outlets and
 // the disc is read back afterwards.
+#include <QAccessible>
+#include <QAction>
 #include <QDir>
+#include <QMenu>
+#include <QPointer>
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
@@ -30,6 +34,7 @@
 #include "compilation/DataFolderModel.h"
 #include "compilation/MediaListModel.h"
 #include "images/DataBurnFlow.h"
+#include "images/ImageBurnFlow.h"
 #include "imagestest/ImagesTestKit.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
@@ -1016,6 +1021,144 @@ private slots:
         rig.window()->menuitemHelpShowLogs->trigger();
         QVERIFY(QFileInfo(rig.logsDir()).isDir());
         QCOMPARE(rig.opened, QList<QUrl>{QUrl::fromLocalFile(rig.logsDir())});
+    }
+
+    // Reading back after writing, as the user sees it: a data disc damaged
+    // between its writing and its reading back (the stand-in xorriso
+    // overwrites a few bytes of the file once its write has ended). The
+    // working sheet says "Verifying the disc…" while xorriso reads the disc
+    // back; the last sheet says which file differs, with xorriso's words
+    // behind Details.
+    void aDataDiscThatDoesNotReadBackAsWritten()
+    {
+        EnvGuard env;
+        env.set("TAMBLO_DAMAGE_FILE", QStringLiteral("/Stuff/big.bin"));
+        Rig rig;
+        ToolPaths tools = linuxTools();
+        tools.xorriso = ImagesTestKit::fake("xorriso-damaging");
+        QVERIFY(rig.start(tools, true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        const QString folder = rig.root.filePath("Stuff");
+        ImagesTestKit::writeFile(folder + "/big.bin", ImagesTestKit::pseudoRandom(300000, 21));
+        ImagesTestKit::writeFile(folder + "/small.txt", "small\n");
+        rig.app->OnMenuTabData();
+        QVERIFY(rig.addDataFolder(folder));
+        QString caption;
+        QString title;
+        QString spoken;
+        connect(rig.app->dataBurn(), &SheetFlow::verifying, this, [&] {
+            if (Window_Performing_Operation *sheet = rig.app->windowPerformingOperation) {
+                caption = sheet->labelDescription->text();
+                spoken = sheet->labelDescription->accessibleName();
+                title = sheet->windowTitle();
+            }
+        });
+        SheetWatch watch(rig.app.get());
+        burnAndWaitForTheEnd(rig);
+        QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
+        QCOMPARE(caption, QStringLiteral("Verifying the disc…"));
+        QCOMPARE(spoken, QStringLiteral("Verifying the disc…"));
+        QCOMPARE(title, QStringLiteral("Verifying the Disc"));
+        // One working sheet, for the writing and the reading back.
+        QCOMPARE(watch.events, (QStringList{"working", "-working", "complete"}));
+        Window_Operation_Terminated *sheet = rig.app->windowOperationCompleted;
+        QVERIFY(sheet && sheet->isVisible());
+        QCOMPARE(sheet->labelMessage->text(), QStringLiteral("The disc was written, but verifying it found differences."));
+        QVERIFY(sheet->labelInformative);
+        QCOMPARE(sheet->labelInformative->text(),
+                 QStringLiteral("This file on the disc does not match what was written:\n/Stuff/big.bin"));
+        QVERIFY(sheet->btnDetails && sheet->textDetails);
+        QTest::mouseClick(sheet->btnDetails, Qt::LeftButton);
+        QVERIFY(sheet->textDetails->isVisible());
+        QVERIFY2(sheet->textDetails->toPlainText().contains("MD5 MISMATCH: '/Stuff/big.bin'"),
+                 qPrintable(sheet->textDetails->toPlainText()));
+        QCOMPARE(entries(rig.dataFolder()), QStringList());
+        QTest::mouseClick(sheet->btnOK, Qt::LeftButton);
+        QTRY_VERIFY(!rig.app->windowOperationCompleted);
+    }
+
+    // An image burned from the ISO tab: the single bar that followed the
+    // writing says "Verifying the disc…" and follows the reading back; the
+    // last sheet says the disc was written and verified.
+    void anImageIsReadBackOnItsSingleBar()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("DVD"));
+        const QString image = rig.root.filePath("raw.img");
+        ImagesTestKit::writeFile(image, ImagesTestKit::pseudoRandom(4 * 1024 * 1024, 22));
+        rig.picker.answers.enqueue({image});
+        QString caption;
+        QPointer<Window_Unique_Progress> bar;
+        connect(rig.app->imageBurn(), &SheetFlow::verifying, this, [&] {
+            bar = rig.app->windowUniqueProgress;
+            if (bar)
+                caption = bar->labelDescription->text();
+        });
+        SheetWatch watch(rig.app.get());
+        QTest::mouseClick(rig.window()->toolbar_btn_ISO_Burn, Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(rig.app->windowOperationCompleted, 60000);
+        watch.tick();
+        QCOMPARE(caption, QStringLiteral("Verifying the disc…"));
+        QCOMPARE(watch.events, (QStringList{"single-bar", "-single-bar", "complete"}));
+        closeCompleteSheet(rig);
+    }
+
+    // The Drive menu's "Verify After Writing": a check, on at first, that a
+    // screen reader names and reads as checked; turned off it is kept in the
+    // settings, and the discs written then end in the plain completion sheet,
+    // with nothing read back.
+    void verifyAfterWritingIsACheckInTheDriveMenu()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        MainWindow *w = rig.window();
+        QAction *item = w->menuitemVerifyAfterWriting;
+        QVERIFY(item->isCheckable());
+        QVERIFY(item->isChecked());
+        QMenu *driveMenu = nullptr;
+        for (QObject *o : item->associatedObjects())
+            if (auto *m = qobject_cast<QMenu *>(o))
+                driveMenu = m;
+        QVERIFY(driveMenu);
+        QCOMPARE(driveMenu->title(), QStringLiteral("D&rive"));
+        QAccessibleInterface *menu = QAccessible::queryAccessibleInterface(driveMenu);
+        QAccessibleInterface *read = nullptr;
+        for (int i = 0; i < menu->childCount(); ++i)
+            if (menu->child(i)->text(QAccessible::Name) == QLatin1String("Verify After Writing"))
+                read = menu->child(i);
+        QVERIFY(read);
+        QCOMPARE(read->role(), QAccessible::MenuItem);
+        QVERIFY(read->state().checkable);
+        QVERIFY(read->state().checked);
+
+        item->trigger();
+        QVERIFY(!item->isChecked());
+        QVERIFY(!read->state().checked);
+        QCOMPARE(rig.settings->value(SettingsKeys::VerifyAfterWriting).toString(), QStringLiteral("0"));
+
+        const QString folder = rig.root.filePath("Stuff");
+        ImagesTestKit::writeFile(folder + "/a.bin", ImagesTestKit::pseudoRandom(20000, 23));
+        rig.app->OnMenuTabData();
+        QVERIFY(rig.addDataFolder(folder));
+        int verifying = 0;
+        connect(rig.app->dataBurn(), &SheetFlow::verifying, this, [&] { ++verifying; });
+        QStringList recording;
+        connect(rig.app->dataBurn(), &SheetFlow::toolStarted, this,
+                [&](const QString &, const QStringList &args) { recording = args; });
+        SheetWatch watch(rig.app.get());
+        QVERIFY2(burnAndWaitForComplete(rig, watch), qPrintable(watch.events.join(", ")));
+        QCOMPARE(verifying, 0);
+        QVERIFY(!recording.contains(QStringLiteral("-md5")));
+        closeCompleteSheet(rig, QStringLiteral("The operation is complete."));
+
+        // The next start reads it back.
+        rig.app.reset();
+        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(!rig.window()->menuitemVerifyAfterWriting->isChecked());
+        rig.window()->menuitemVerifyAfterWriting->trigger();
+        QCOMPARE(rig.settings->value(SettingsKeys::VerifyAfterWriting).toString(), QStringLiteral("1"));
     }
 };
 
