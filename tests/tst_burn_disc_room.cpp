@@ -24,6 +24,7 @@
 #include "images/ImageBurnFlow.h"
 #include "images/XorrisoImageTool.h"
 #include "imagestest/ImagesTestKit.h"
+#include "support/BurnSheetEvents.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
 #include "support/SmallDisk.h"
@@ -38,22 +39,7 @@ namespace {
 // the refused burns is.
 constexpr qint64 OneMegabyte = 1024 * 1024 / 2048;
 
-class Sheets : public BurnSheets {
-public:
-    QStringList events;
-    void beginProgress() override { events << QStringLiteral("begin"); }
-    void setOverallRange(double) override {}
-    void setOverallValue(double) override {}
-    void setFileRange(double) override {}
-    void setFileValue(double) override {}
-    void endProgress() override { events << QStringLiteral("end"); }
-    void showPerformingOperation() override { events << QStringLiteral("performing"); }
-    void endPerformingOperation() override { events << QStringLiteral("endPerforming"); }
-    void showOperationComplete() override { events << QStringLiteral("complete"); }
-    void showOperationFailed(const OperationFailure &f) override { events << QStringLiteral("failed ") + f.message; }
-    void showVerifying() override { events << QStringLiteral("verifying"); }
-    void showOperationVerified() override { events << QStringLiteral("verified"); }
-};
+using Sheets = BurnSheetEvents;
 
 NodeMediaFile media(const QString &path, qint64 seconds)
 {

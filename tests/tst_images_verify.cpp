@@ -26,6 +26,7 @@
 #include "images/DuplicationFlow.h"
 #include "images/ImageBurnFlow.h"
 #include "imagestest/ImagesTestKit.h"
+#include "support/BurnSheetEvents.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
 #include "support/MediumAnswers.h"
@@ -38,27 +39,7 @@ namespace {
 const QString Verified = QStringLiteral("The disc was written and verified.");
 const QString Differences = QStringLiteral("The disc was written, but verifying it found differences.");
 
-class Sheets : public BurnSheets {
-public:
-    QStringList events;
-    OperationFailure failure;
-    void beginProgress() override { events << QStringLiteral("begin"); }
-    void setOverallRange(double) override {}
-    void setOverallValue(double) override {}
-    void setFileRange(double) override {}
-    void setFileValue(double) override {}
-    void endProgress() override { events << QStringLiteral("end"); }
-    void showPerformingOperation() override { events << QStringLiteral("performing"); }
-    void endPerformingOperation() override { events << QStringLiteral("endPerforming"); }
-    void showOperationComplete() override { events << QStringLiteral("complete"); }
-    void showOperationFailed(const OperationFailure &f) override
-    {
-        failure = f;
-        events << QStringLiteral("failed");
-    }
-    void showVerifying() override { events << QStringLiteral("verifying"); }
-    void showOperationVerified() override { events << QStringLiteral("verified"); }
-};
+using Sheets = BurnSheetEvents;
 
 MediumProbe blankDisc(const QString &family)
 {
@@ -76,6 +57,19 @@ NodeMediaFile media(const QString &path, qint64 seconds)
     f.s_File_Path = path;
     f.i_Duration_in_Seconds = seconds;
     return f;
+}
+
+// A media burn's context in `tmp`, its working folders made, verifying.
+MediaBurnContext verifyingIn(const QTemporaryDir &tmp)
+{
+    MediaBurnContext ctx;
+    ctx.sffmpegPath = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
+    ctx.s_Audio_Folder = tmp.filePath(QStringLiteral("TambloAudio"));
+    ctx.s_Video_Folder = tmp.filePath(QStringLiteral("TambloVideo"));
+    QDir().mkpath(ctx.s_Audio_Folder);
+    QDir().mkpath(ctx.s_Video_Folder);
+    ctx.verifyAfterWriting = true;
+    return ctx;
 }
 
 ToolVerdict recorded(const QString &program, const char *fixtureName, int exitCode)
@@ -558,14 +552,8 @@ private slots:
             if (damaged)
                 env.set("TAMBLO_DAMAGE_FILE", QStringLiteral("/tone.mp3"));
             const QString disc = tmp.filePath(QStringLiteral("disc.iso"));
-            MediaBurnContext ctx;
-            ctx.sffmpegPath = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
-            ctx.s_Audio_Folder = tmp.filePath(QStringLiteral("TambloAudio"));
-            ctx.s_Video_Folder = tmp.filePath(QStringLiteral("TambloVideo"));
-            QDir().mkpath(ctx.s_Audio_Folder);
-            QDir().mkpath(ctx.s_Video_Folder);
+            MediaBurnContext ctx = verifyingIn(tmp);
             ctx.currentDrive.s_Device_Path = QStringLiteral("stdio:") + disc;
-            ctx.verifyAfterWriting = true;
             XorrisoRecorder recorder(fake("xorriso-damaging"), QStringLiteral("cdrskin"));
             Sheets sheets;
             FakeAlerts alerts;
@@ -596,14 +584,8 @@ private slots:
         const QString burnLog = tmp.filePath(QStringLiteral("burn.log"));
         Env env;
         env.set("TAMBLO_FAKE_BURN_LOG", burnLog);
-        MediaBurnContext ctx;
-        ctx.sffmpegPath = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
-        ctx.s_Audio_Folder = tmp.filePath(QStringLiteral("TambloAudio"));
-        ctx.s_Video_Folder = tmp.filePath(QStringLiteral("TambloVideo"));
-        QDir().mkpath(ctx.s_Audio_Folder);
-        QDir().mkpath(ctx.s_Video_Folder);
+        MediaBurnContext ctx = verifyingIn(tmp);
         ctx.currentDrive.s_Drive_Number = QStringLiteral("1");
-        ctx.verifyAfterWriting = true;
         DrutilRecorder recorder(fake("burn-drutil"));
         Sheets sheets;
         FakeAlerts alerts;
@@ -626,14 +608,8 @@ private slots:
         Env env;
         env.set("TAMBLO_FAKE_BURN_LOG", burnLog);
         env.set("TAMBLO_FAKE_BURN_SAY", QStringLiteral("Verifying burn… Burn completed."));
-        MediaBurnContext ctx;
-        ctx.sffmpegPath = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
-        ctx.s_Audio_Folder = tmp.filePath(QStringLiteral("TambloAudio"));
-        ctx.s_Video_Folder = tmp.filePath(QStringLiteral("TambloVideo"));
-        QDir().mkpath(ctx.s_Audio_Folder);
-        QDir().mkpath(ctx.s_Video_Folder);
+        MediaBurnContext ctx = verifyingIn(tmp);
         ctx.currentDrive.s_Drive_Number = QStringLiteral("1");
-        ctx.verifyAfterWriting = true;
         DrutilRecorder recorder(fake("burn-drutil"));
         Sheets sheets;
         FakeAlerts alerts;

@@ -76,15 +76,8 @@ void XorrisoBackend::queryFreeSpace(const Object_Optical_Drive &drive, SpaceCall
     // text: nothing is known.
     DriveQuery::run(spaceCommand(drive), m_statusTimeoutMs, this,
                     [done = std::move(done)](const ToolVerdict &verdict) {
-                        MediaSpace space;
-                        space.answered = DriveQuery::answered(verdict);
-                        space.text = space.answered ? verdict.output : QString();
-                        const std::optional<qint64> sectors = XorrisoParsing::mediaSpaceSectors(space.text);
-                        space.known = sectors.has_value();
-                        space.freeSectors = sectors.value_or(0);
-                        space.verdict = verdict;
                         if (done)
-                            done(space);
+                            done(DriveQuery::space(verdict, &XorrisoParsing::mediaSpaceSectors));
                     });
 }
 

@@ -199,19 +199,15 @@ void DataBurnFlow::dataBurnTerminated(const ToolVerdict &verdict)
 
 void DataBurnFlow::verifyThen()
 {
-    emit verifying();
-    auto *verification = new DiscVerification(this);
-    m_verification = verification;
-    connect(verification, &DiscVerification::finished, this, [this, verification](const VerifyResult &result) {
-        verification->deleteLater();
-        emit closePerformingOperation();
-        FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, result] {
-            if (result.verified())
-                emit operationVerified();
-            else
-                emit operationFailed(DiscVerify::failure(DiscVerify::messageFor(result), result));
-            finish();
-        });
-    });
-    verification->checkFiles(DiscVerify::md5CheckCommand(m_context.tools.xorriso, m_device, m_plan.discPaths()));
+    readBackFiles(DiscVerify::md5CheckCommand(m_context.tools.xorriso, m_device, m_plan.discPaths()),
+                  [this](const VerifyResult &result) {
+                      emit closePerformingOperation();
+                      FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, result] {
+                          if (result.verified())
+                              emit operationVerified();
+                          else
+                              emit operationFailed(DiscVerify::failure(DiscVerify::messageFor(result), result));
+                          finish();
+                      });
+                  });
 }

@@ -9,7 +9,6 @@
 #include "images/ImageMessages.h"
 #include "images/SheetFlow.h"
 
-class DiscVerification;
 class StagingCopy;
 
 // Burns the data compilation's folders onto a CD, DVD or Blu-ray.
@@ -67,7 +66,6 @@ private:
     QTimer timerBurnDataFolder;
     QTimer m_stagingTimer;
     QPointer<StagingCopy> m_staging;
-    QPointer<DiscVerification> m_verification;
     QString m_device;  // the drive written to (Linux)
     bool m_stagingDone = false;
 };

@@ -160,13 +160,7 @@ void DuplicationFlow::MediaDuplicationTerminated(const ToolVerdict &verdict)
 
 void DuplicationFlow::verifyCopy()
 {
-    emit verifying();
-    emit uniqueProgress(0.0);
-    auto *verification = new DiscVerification(this);
-    m_verification = verification;
-    connect(verification, &DiscVerification::progress, this, &SheetFlow::uniqueProgress);
-    connect(verification, &DiscVerification::finished, this, [this, verification](const VerifyResult &result) {
-        verification->deleteLater();
+    readBackImage(Duplication::imagePath(m_context.dataFolder), m_device, [this](const VerifyResult &result) {
         if (result.verified()) {
             copyDone();
             return;
@@ -177,7 +171,6 @@ void DuplicationFlow::verifyCopy()
             : DiscVerify::NotCheckedMessage;
         copyFailed(DiscVerify::failure(message, result));
     });
-    verification->compareImage(Duplication::imagePath(m_context.dataFolder), m_device);
 }
 
 // A copy written (and read back, when verifying): out it comes, then the

@@ -52,6 +52,5 @@ private:
     int i_Number_of_Copies = 0;
     int i_Counter_Number_of_Copies = 0;
     QTimer timerDuplicateMediaCopy;
-    QPointer<DiscVerification> m_verification;
     QString m_device;  // the drive the copies are written to
 };

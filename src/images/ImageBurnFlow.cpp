@@ -88,13 +88,7 @@ void ImageBurnFlow::taskTerminated(const ToolVerdict &verdict)
 
 void ImageBurnFlow::verifyThen()
 {
-    emit verifying();
-    emit uniqueProgress(0.0);
-    auto *verification = new DiscVerification(this);
-    m_verification = verification;
-    connect(verification, &DiscVerification::progress, this, &SheetFlow::uniqueProgress);
-    connect(verification, &DiscVerification::finished, this, [this, verification](const VerifyResult &result) {
-        verification->deleteLater();
+    readBackImage(m_image, m_device, [this](const VerifyResult &result) {
         emit closeUniqueProgress();
         emit closePerformingOperation();
         if (result.verified())
@@ -103,5 +97,4 @@ void ImageBurnFlow::verifyThen()
             emit operationFailed(DiscVerify::failure(DiscVerify::messageFor(result), result));
         finish();
     });
-    verification->compareImage(m_image, m_device);
 }

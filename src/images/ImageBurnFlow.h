@@ -35,5 +35,4 @@ private:
     std::unique_ptr<ImageTool> m_tool;
     QString m_image;
     QString m_device;  // the drive written to
-    QPointer<DiscVerification> m_verification;
 };

@@ -36,6 +36,33 @@ void SheetFlow::startToolRun(const ToolCommand &command, ToolRun::Channels chann
     run->start();
 }
 
+DiscVerification *SheetFlow::startReadBack(std::function<void(const VerifyResult &)> done)
+{
+    emit verifying();
+    auto *verification = new DiscVerification(this);
+    m_readBack = verification;
+    connect(verification, &DiscVerification::finished, this, [verification, done](const VerifyResult &result) {
+        verification->deleteLater();
+        if (done)
+            done(result);
+    });
+    return verification;
+}
+
+void SheetFlow::readBackFiles(const ToolCommand &check, std::function<void(const VerifyResult &)> done)
+{
+    startReadBack(std::move(done))->checkFiles(check);
+}
+
+void SheetFlow::readBackImage(const QString &image, const QString &drive,
+                              std::function<void(const VerifyResult &)> done)
+{
+    DiscVerification *verification = startReadBack(std::move(done));
+    emit uniqueProgress(0.0);
+    connect(verification, &DiscVerification::progress, this, &SheetFlow::uniqueProgress);
+    verification->compareImage(image, drive);
+}
+
 void SheetFlow::tellWhenToolVerifies()
 {
     ToolRun *run = m_run;

@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 
+#include "drives/DiscVerify.h"
 #include "images/ImageFlowContext.h"
 #include "images/ImageProgress.h"
 #include "toolrun/ToolCommand.h"
@@ -61,6 +62,15 @@ protected:
     // The run startToolRun started last (null once it is gone).
     ToolRun *toolRun() const { return m_run; }
 
+    // Reading back a disc this flow wrote: verifying() first (the sheet says
+    // "Verifying the disc…"), then xorriso's checksum check of its files,
+    // or its first bytes compared with an image on a worker (the single bar
+    // follows from 0). `done` gets what was found, on this thread.
+    void readBackFiles(const ToolCommand &check, std::function<void(const VerifyResult &)> done);
+    void readBackImage(const QString &image, const QString &drive, std::function<void(const VerifyResult &)> done);
+    // Whether a read-back of this flow is under way.
+    bool readingBack() const { return m_readBack && m_readBack->isRunning(); }
+
     // While the run just started goes on, the first report saying the tool
     // has begun reading back what it wrote (DiscVerify::saysVerifying) emits
     // verifying(): the recorders that check their own writing (hdiutil,
@@ -70,6 +80,9 @@ protected:
     ImageFlowContext m_context;
 
 private:
+    DiscVerification *startReadBack(std::function<void(const VerifyResult &)> done);
+
     bool m_busy = false;
     QPointer<ToolRun> m_run;
+    QPointer<DiscVerification> m_readBack;
 };
