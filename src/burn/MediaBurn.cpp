@@ -12,7 +12,7 @@
 #include "burn/TranscodeArguments.h"
 #include "burn/TranscodeSequence.h"
 #include "app/Alerts.h"
-#include "drives/DiscVerify.h"
+#include "drives/DiscVerification.h"
 #include "toolrun/ToolMessages.h"
 #include "toolrun/ToolRun.h"
 

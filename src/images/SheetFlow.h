@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include "drives/DiscVerify.h"
+#include "drives/DiscVerification.h"
 #include "images/ImageFlowContext.h"
 #include "images/ImageProgress.h"
 #include "toolrun/ToolCommand.h"
