@@ -98,6 +98,10 @@ private slots:
         QCOMPARE(DrutilParsing::spaceFreeSectors(line).value_or(-1), qint64(79 * 60 * 75 + 57 * 75 + 71));
         QCOMPARE(qint64(79 * 60 * 75 + 57 * 75 + 71), qint64(359846));
         QVERIFY(!DrutilParsing::spaceFreeSectors(QStringLiteral("drutil: invalid drive number 7\n")).has_value());
+        // A figure past any disc is no figure (found by the fuzz target).
+        QVERIFY(!DrutilParsing::spaceFreeSectors(QStringLiteral("Space Free: 400000000000000079:57:71")).has_value());
+        QVERIFY(!DrutilParsing::spaceFreeSectors(
+                     QStringLiteral("Space Free:  blocks: 99999999999999999999999 / 1GB")).has_value());
     }
 
     void xorrisoMediaSpace()

@@ -71,7 +71,9 @@ std::optional<qint64> spaceFreeSectors(const QString &text)
             if (ok)
                 return n;
         }
-        static const QRegularExpression msf(QStringLiteral(R"(^\s*(\d+):(\d\d):(\d\d)\b)"));
+        // Minutes of at most nine digits: the count then stays far inside
+        // the integer's range.
+        static const QRegularExpression msf(QStringLiteral(R"(^\s*(\d{1,9}):(\d\d):(\d\d)\b)"));
         const QRegularExpressionMatch t = msf.match(value);
         if (t.hasMatch())
             return t.captured(1).toLongLong() * 60 * 75 + t.captured(2).toLongLong() * 75 + t.captured(3).toLongLong();
