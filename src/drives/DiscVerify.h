@@ -46,8 +46,9 @@ OperationFailure failure(const QString &message, const VerifyResult &result);
 QString messageFor(const VerifyResult &result);
 
 // ---- Linux: checksums recorded with the files --------------------------------
-// Every xorriso session Tamblo writes carries MD5 checksums of its files,
-// its directory tree and the whole session ("-md5 on"). Reading them back:
+// While verifying is on, every xorriso session Tamblo writes carries MD5
+// checksums of its files, its directory tree and the whole session
+// ("-md5 on"). Reading them back:
 //   xorriso -drive_access shared:readonly -md5 on -indev DEVICE
 //           -check_md5_r SORRY PATH... --
 // Loading the tree checks the tree's own checksum tags ("Checksum mismatch

@@ -59,9 +59,6 @@ protected:
 
     // Whether a tool of this flow is running now.
     bool toolRunning() const { return m_run && m_run->isRunning(); }
-    // The run startToolRun started last (null once it is gone).
-    ToolRun *toolRun() const { return m_run; }
-
     // Reading back a disc this flow wrote: verifying() first (the sheet says
     // "Verifying the disc…"), then xorriso's checksum check of its files,
     // or its first bytes compared with an image on a worker (the single bar
