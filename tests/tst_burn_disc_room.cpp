@@ -148,7 +148,8 @@ class TestBurnDiscRoom : public QObject {
         MediaBurn burn(recorder, sheets, drive.alerts, drive.media->checker());
         QSignalSpy refused(&burn, &MediaBurn::refused);
         burn.burn(op, list, ctx);
-        QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000);
+        if (!QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000))
+            out.alerts << QStringLiteral("the burn did not end");
         out.sheets = sheets.events;
         out.alerts = drive.alerts.texts();
         out.refused = refused.count();
