@@ -3,7 +3,11 @@
 // into a pseudo-drive (a file) on Linux, and the stand-in drutil on the macOS
 // path. The status sheets are watched through the controller's outlets and
 // the disc is read back afterwards.
+#include <QAccessible>
+#include <QAction>
 #include <QDir>
+#include <QMenu>
+#include <QPointer>
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
@@ -30,6 +34,7 @@
 #include "compilation/DataFolderModel.h"
 #include "compilation/MediaListModel.h"
 #include "images/DataBurnFlow.h"
+#include "images/ImageBurnFlow.h"
 #include "imagestest/ImagesTestKit.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
@@ -354,11 +359,14 @@ class TestAppBurnEndToEnd : public QObject {
         return !rig.app->windowOperationCompleted.isNull();
     }
 
-    static void closeCompleteSheet(Rig &rig)
+    // The last sheet of a burn; discs are read back after writing unless the
+    // setting is off, and audio CDs never are.
+    static void closeCompleteSheet(Rig &rig,
+                                   const QString &message = QStringLiteral("The disc was written and verified."))
     {
         QVERIFY(rig.app->windowOperationCompleted);
         QVERIFY(rig.app->windowOperationCompleted->isVisible());
-        QCOMPARE(rig.app->windowOperationCompleted->labelMessage->text(), QStringLiteral("The operation is complete."));
+        QCOMPARE(rig.app->windowOperationCompleted->labelMessage->text(), message);
         QTest::mouseClick(rig.app->windowOperationCompleted->btnOK, Qt::LeftButton);
         QTRY_VERIFY_WITH_TIMEOUT(!rig.app->windowOperationCompleted, 5000);
     }
@@ -424,7 +432,7 @@ private slots:
         QCOMPARE(recordings.size(), 1);
         QCOMPARE(recordings.first().program, m_xorriso);
         QCOMPARE(recordings.first().arguments,
-                 (QStringList{"-pacifier", "interval=0.2", "-dev", rig.device, "-joliet", "on", "-volid", "TambloAudio", "-map", rig.audioFolder(), "/", "-commit"}));
+                 (QStringList{"-pacifier", "interval=0.2", "-md5", "on", "-dev", rig.device, "-joliet", "on", "-volid", "TambloAudio", "-map", rig.audioFolder(), "/", "-commit"}));
         QVERIFY(!rig.app->mediaBurn()->isBusy());
 
         // The working folder is emptied after the recording, but kept.
@@ -483,7 +491,7 @@ private slots:
         QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
         QCOMPARE(recordings.size(), 1);
         QCOMPARE(recordings.first().arguments,
-                 (QStringList{"-pacifier", "interval=0.2", "-dev", rig.device, "-joliet", "on", "-volid", "TambloVideo", "-map", rig.videoFolder(), "/", "-commit"}));
+                 (QStringList{"-pacifier", "interval=0.2", "-md5", "on", "-dev", rig.device, "-joliet", "on", "-volid", "TambloVideo", "-map", rig.videoFolder(), "/", "-commit"}));
         QVERIFY(QFileInfo(rig.videoFolder()).isDir());
         QCOMPARE(entries(rig.videoFolder()), QStringList());
 
@@ -732,8 +740,8 @@ private slots:
     }
 
     // The macOS path with the controller's own drutil backend on the
-    // stand-in drutil: list, three status queries, then one audio burn of
-    // the working folder holding the transcoded WAV.
+    // stand-in drutil: list, four status queries (the last for the room),
+    // then one audio burn of the working folder holding the transcoded WAV.
     void macAudioCdThroughDrutil()
     {
         Rig rig;
@@ -768,8 +776,9 @@ private slots:
         QVERIFY2(watch.notShown.isEmpty(), qPrintable(watch.notShown.join(", ")));
         QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
         const QStringList log = ImagesTestKit::readLines(drutilLog);
-        QCOMPARE(int(log.count("status|-drive|1")), 3);
-        QCOMPARE(log, (QStringList{"list", "status|-drive|1", "status|-drive|1", "status|-drive|1",
+        // Three medium questions, then the room ("Space Free:").
+        QCOMPARE(int(log.count("status|-drive|1")), 4);
+        QCOMPARE(log, (QStringList{"list", "status|-drive|1", "status|-drive|1", "status|-drive|1", "status|-drive|1",
                                    "burn|-audio|" + rig.documents + "/TambloAudio|-drive|1"}));
 
         // What drutil was handed: the one transcoded track, CD audio.
@@ -781,7 +790,8 @@ private slots:
         QVERIFY(QFileInfo(rig.audioFolder()).isDir());
         QCOMPARE(entries(rig.audioFolder()), QStringList());
 
-        closeCompleteSheet(rig);
+        // Audio CDs are not read back.
+        closeCompleteSheet(rig, QStringLiteral("The operation is complete."));
     }
 
     // Duplication walked as a user walks it: Copy Disc on the Data tab, a
@@ -1087,6 +1097,149 @@ private slots:
         rig.window()->menuitemHelpShowLogs->trigger();
         QVERIFY(QFileInfo(rig.logsDir()).isDir());
         QCOMPARE(rig.opened, QList<QUrl>{QUrl::fromLocalFile(rig.logsDir())});
+    }
+
+    // Reading back after writing, as the user sees it: a data disc damaged
+    // between its writing and its reading back (the stand-in xorriso
+    // overwrites a few bytes of the file once its write has ended). The
+    // working sheet says "Verifying the disc…" while xorriso reads the disc
+    // back; the last sheet says which file differs, with xorriso's words
+    // behind Details.
+    void aDataDiscThatDoesNotReadBackAsWritten()
+    {
+        EnvGuard env;
+        env.set("TAMBLO_DAMAGE_FILE", QStringLiteral("/Stuff/big.bin"));
+        Rig rig;
+        ToolPaths tools = linuxTools();
+        tools.xorriso = ImagesTestKit::fake("xorriso-damaging");
+        QVERIFY(rig.start(tools, true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        const QString folder = rig.root.filePath("Stuff");
+        ImagesTestKit::writeFile(folder + "/big.bin", ImagesTestKit::pseudoRandom(300000, 21));
+        ImagesTestKit::writeFile(folder + "/small.txt", "small\n");
+        rig.app->OnMenuTabData();
+        QVERIFY(rig.addDataFolder(folder));
+        QString caption;
+        QString title;
+        QString spoken;
+        connect(rig.app->dataBurn(), &SheetFlow::verifying, this, [&] {
+            if (Window_Performing_Operation *sheet = rig.app->windowPerformingOperation) {
+                caption = sheet->labelDescription->text();
+                spoken = sheet->labelDescription->accessibleName();
+                title = sheet->windowTitle();
+            }
+        });
+        SheetWatch watch(rig.app.get());
+        burnAndWaitForTheEnd(rig);
+        QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
+        QCOMPARE(caption, QStringLiteral("Verifying the disc…"));
+        QCOMPARE(spoken, QStringLiteral("Verifying the disc…"));
+        QCOMPARE(title, QStringLiteral("Verifying the Disc"));
+        // One working sheet, for the writing and the reading back.
+        QCOMPARE(watch.events, (QStringList{"working", "-working", "complete"}));
+        Window_Operation_Terminated *sheet = rig.app->windowOperationCompleted;
+        QVERIFY(sheet && sheet->isVisible());
+        QCOMPARE(sheet->labelMessage->text(), QStringLiteral("The disc was written, but verifying it found differences."));
+        QVERIFY(sheet->labelInformative);
+        QCOMPARE(sheet->labelInformative->text(),
+                 QStringLiteral("This file on the disc does not match what was written:\n/Stuff/big.bin"));
+        QVERIFY(sheet->btnDetails && sheet->textDetails);
+        QTest::mouseClick(sheet->btnDetails, Qt::LeftButton);
+        QVERIFY(sheet->textDetails->isVisible());
+        QVERIFY2(sheet->textDetails->toPlainText().contains("MD5 MISMATCH: '/Stuff/big.bin'"),
+                 qPrintable(sheet->textDetails->toPlainText()));
+        QCOMPARE(entries(rig.dataFolder()), QStringList());
+        QTest::mouseClick(sheet->btnOK, Qt::LeftButton);
+        QTRY_VERIFY(!rig.app->windowOperationCompleted);
+    }
+
+    // An image burned from the ISO tab: the working sheet that followed the
+    // writing says "Verifying the disc…" and its bar follows the reading
+    // back; the last sheet says the disc was written and verified.
+    void anImageIsReadBackOnTheWorkingSheet()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("DVD"));
+        const QString image = rig.root.filePath("raw.img");
+        ImagesTestKit::writeFile(image, ImagesTestKit::pseudoRandom(4 * 1024 * 1024, 22));
+        rig.picker.answers.enqueue({image});
+        QString caption;
+        QList<double> checked;
+        connect(rig.app->imageBurn(), &SheetFlow::verifying, this, [&] {
+            if (rig.app->windowPerformingOperation)
+                caption = rig.app->windowPerformingOperation->labelDescription->text();
+        });
+        connect(rig.app->imageBurn(), &SheetFlow::checkProgress, this, [&] {
+            if (rig.app->windowPerformingOperation)
+                checked << rig.app->windowPerformingOperation->pgAnimation->doubleValue();
+        });
+        SheetWatch watch(rig.app.get());
+        QTest::mouseClick(rig.window()->toolbar_btn_ISO_Burn, Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(rig.app->windowOperationCompleted, 60000);
+        watch.tick();
+        QCOMPARE(caption, QStringLiteral("Verifying the disc…"));
+        QVERIFY(!checked.isEmpty());
+        QCOMPARE(checked.last(), 100.0);
+        QCOMPARE(watch.events, (QStringList{"working", "-working", "complete"}));
+        closeCompleteSheet(rig);
+    }
+
+    // The Drive menu's "Verify After Writing": a check, on at first, that a
+    // screen reader names and reads as checked; turned off it is kept in the
+    // settings, and the discs written then end in the plain completion sheet,
+    // with nothing read back.
+    void verifyAfterWritingIsACheckInTheDriveMenu()
+    {
+        Rig rig;
+        QVERIFY(rig.start(linuxTools(), true));
+        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        MainWindow *w = rig.window();
+        QAction *item = w->menuitemVerifyAfterWriting;
+        QVERIFY(item->isCheckable());
+        QVERIFY(item->isChecked());
+        QMenu *driveMenu = nullptr;
+        for (QObject *o : item->associatedObjects())
+            if (auto *m = qobject_cast<QMenu *>(o))
+                driveMenu = m;
+        QVERIFY(driveMenu);
+        QCOMPARE(driveMenu->title(), QStringLiteral("D&rive"));
+        QAccessibleInterface *menu = QAccessible::queryAccessibleInterface(driveMenu);
+        QAccessibleInterface *read = nullptr;
+        for (int i = 0; i < menu->childCount(); ++i)
+            if (menu->child(i)->text(QAccessible::Name) == QLatin1String("Verify After Writing"))
+                read = menu->child(i);
+        QVERIFY(read);
+        QCOMPARE(read->role(), QAccessible::MenuItem);
+        QVERIFY(read->state().checkable);
+        QVERIFY(read->state().checked);
+
+        item->trigger();
+        QVERIFY(!item->isChecked());
+        QVERIFY(!read->state().checked);
+        QCOMPARE(rig.settings->value(SettingsKeys::VerifyAfterWriting).toString(), QStringLiteral("0"));
+
+        const QString folder = rig.root.filePath("Stuff");
+        ImagesTestKit::writeFile(folder + "/a.bin", ImagesTestKit::pseudoRandom(20000, 23));
+        rig.app->OnMenuTabData();
+        QVERIFY(rig.addDataFolder(folder));
+        int verifying = 0;
+        connect(rig.app->dataBurn(), &SheetFlow::verifying, this, [&] { ++verifying; });
+        QStringList recording;
+        connect(rig.app->dataBurn(), &SheetFlow::toolStarted, this,
+                [&](const QString &, const QStringList &args) { recording = args; });
+        SheetWatch watch(rig.app.get());
+        QVERIFY2(burnAndWaitForComplete(rig, watch), qPrintable(watch.events.join(", ")));
+        QCOMPARE(verifying, 0);
+        QVERIFY(!recording.contains(QStringLiteral("-md5")));
+        closeCompleteSheet(rig, QStringLiteral("The operation is complete."));
+
+        // The next start reads it back.
+        rig.app.reset();
+        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(!rig.window()->menuitemVerifyAfterWriting->isChecked());
+        rig.window()->menuitemVerifyAfterWriting->trigger();
+        QCOMPARE(rig.settings->value(SettingsKeys::VerifyAfterWriting).toString(), QStringLiteral("1"));
     }
 };
 

@@ -382,6 +382,33 @@ private slots:
         QVERIFY(!r.app->duplication()->isBusy());
     }
 
+    // Reading the written disc back: stopped without a question (the disc
+    // is written already); the last sheet says it was not verified.
+    void verificationCancelled()
+    {
+        CancelRig r;
+        r.tune = [base = r.tune](AppContext &c) {
+            base(c);
+            c.tools.ffmpeg = WritesOutput;
+            c.tools.xorriso = QStringLiteral(TAMBLO_FAKES_DIR "/xorriso-hangs-on-check");
+        };
+        r.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        QVERIFY(r.start());
+        r.app->OnActionMP3CD();
+        r.app->arrayMediaFiles->append(mediaRecord("/music/a.mp3", 2));
+        r.app->mainWindow()->btnBurn->click();
+        QTRY_COMPARE(r.started().size(), 1);  // the check hangs
+        QTRY_VERIFY(r.app->windowPerformingOperation);
+        QCOMPARE(r.app->windowPerformingOperation->labelDescription->text(), QString("Verifying the disc…"));
+        QTest::mouseClick(r.app->windowPerformingOperation->btnCancel, Qt::LeftButton);
+        QTRY_VERIFY(r.app->windowOperationCompleted);
+        QVERIFY(r.alerts.shown.isEmpty());
+        QCOMPARE(r.lastMessage(), QString("Verifying was cancelled."));
+        QCOMPARE(r.lastInformative(), QString("The disc was written, but it was not verified."));
+        QVERIFY(r.toolsGone());
+        QCOMPARE(entries(r.folder("TambloAudio")), QStringList());
+    }
+
     void eraseCancelled()
     {
         CancelRig r;

@@ -160,8 +160,13 @@ private slots:
         const ToolCommand audio = r.burnAudioCommand(d, QStringLiteral("/d/TambloAudio"), {"/d/TambloAudio/x.wav"});
         QCOMPARE(audio.program, QStringLiteral("/usr/bin/drutil"));
         QCOMPARE(audio.arguments, (QStringList{"burn", "-audio", "/d/TambloAudio", "-drive", "2"}));
-        const ToolCommand data = r.burnFolderCommand(d, QStringLiteral("/d/TambloVideo"));
+        // drutil reads the disc back after burning unless told not to.
+        const ToolCommand data = r.burnFolderCommand(d, QStringLiteral("/d/TambloVideo"), true);
         QCOMPARE(data.arguments, (QStringList{"burn", "/d/TambloVideo", "-drive", "2"}));
+        QCOMPARE(r.burnFolderCommand(d, QStringLiteral("/d/TambloVideo"), false).arguments,
+                 (QStringList{"burn", "-noverify", "/d/TambloVideo", "-drive", "2"}));
+        QVERIFY(r.checksItsWriting());
+        QVERIFY(r.verifyFolderCommand(d).isNull());
     }
 
     void linuxCommands()
@@ -179,6 +184,17 @@ private slots:
         QCOMPARE(data.program, QStringLiteral("/usr/bin/xorriso"));
         QCOMPARE(data.arguments, (QStringList{"-pacifier", "interval=0.2", "-dev", "/dev/sr0", "-joliet", "on", "-volid", "TambloVideo", "-map",
                                               "/home/u/Documents/TambloVideo/", "/", "-commit"}));
+
+        // Verifying: the files' checksums go onto the disc, and are read back
+        // from it afterwards.
+        QCOMPARE(r.burnFolderCommand(d, QStringLiteral("/d/TambloVideo"), true).arguments,
+                 (QStringList{"-pacifier", "interval=0.2", "-md5", "on", "-dev", "/dev/sr0", "-joliet", "on", "-volid",
+                              "TambloVideo", "-map", "/d/TambloVideo", "/", "-commit"}));
+        QVERIFY(!r.checksItsWriting());
+        QCOMPARE(r.verifyFolderCommand(d).program, QStringLiteral("/usr/bin/xorriso"));
+        QCOMPARE(r.verifyFolderCommand(d).arguments,
+                 (QStringList{"-drive_access", "shared:readonly", "-md5", "on", "-indev", "/dev/sr0", "-check_md5_r",
+                              "SORRY", "/", "--"}));
 
         d.s_Device_Path = QStringLiteral("stdio:/tmp/disc.iso");
         QCOMPARE(r.burnAudioCommand(d, QStringLiteral("/d/TA"), {"/d/TA/a.wav"}).arguments,

@@ -41,6 +41,8 @@ public:
     void showPerformingOperation() override { add(QStringLiteral("performing")); }
     void endPerformingOperation() override { add(QStringLiteral("endPerforming")); }
     void showOperationComplete() override { add(QStringLiteral("complete")); }
+    void showVerifying() override { add(QStringLiteral("verifying")); }
+    void showOperationVerified() override { add(QStringLiteral("verified")); }
     void showOperationFailed(const OperationFailure &f) override
     {
         failure = f;
@@ -136,6 +138,17 @@ public:
         windowOperationCompleted->showFailure(f);
         windowOperationCompleted->begin();
     }
+    void showVerifying() override
+    {
+        if (!windowPerformingOperation)
+            showPerformingOperation();
+        windowPerformingOperation->labelDescription->setText(QStringLiteral("Verifying the disc…"));
+    }
+    void showOperationVerified() override
+    {
+        showOperationComplete();
+        windowOperationCompleted->labelMessage->setText(QStringLiteral("The disc was written and verified."));
+    }
 };
 
 // A recorder that prints a recorded output slowly, a few bytes a write,
@@ -147,7 +160,10 @@ public:
     {
         return command();
     }
-    ToolCommand burnFolderCommand(const Object_Optical_Drive &, const QString &) const override { return command(); }
+    ToolCommand burnFolderCommand(const Object_Optical_Drive &, const QString &, bool) const override
+    {
+        return command();
+    }
 
 private:
     ToolCommand command() const
@@ -350,7 +366,7 @@ private slots:
             burn.Burn_Audio_MP3_DVD(audioList(), m_ctx);
         QVERIFY(completed.wait(30000));
         QVERIFY(alerts.shown.isEmpty());
-        QCOMPARE(logLines(), (QStringList{"burn|" + m_ctx.s_Audio_Folder + "|-drive|1", "list: a.mp3 b song.mp3 "}));
+        QCOMPARE(logLines(), (QStringList{"burn|-noverify|" + m_ctx.s_Audio_Folder + "|-drive|1", "list: a.mp3 b song.mp3 "}));
         QCOMPARE(sheets.outline().last(), QStringLiteral("complete"));
         QVERIFY(names(m_ctx.s_Audio_Folder).isEmpty());
         QCOMPARE(names(m_ctx.s_Video_Folder), QStringList{QStringLiteral("keep.mpg")});
@@ -384,7 +400,7 @@ private slots:
         burn.burn(BurnOperation(op), {media(m_media.filePath("clip.mov"), 1)}, ctx);
         QVERIFY(completed.wait(30000));
         QVERIFY(alerts.shown.isEmpty());
-        QCOMPARE(logLines(), (QStringList{"burn|" + m_ctx.s_Video_Folder + "|-drive|2", "list: clip.mpg "}));
+        QCOMPARE(logLines(), (QStringList{"burn|-noverify|" + m_ctx.s_Video_Folder + "|-drive|2", "list: clip.mpg "}));
         QCOMPARE(sheets.outline(),
                  (QStringList{"begin", "overallRange 1", "overall 0", "fileRange 1", "file 0", "file 100", "overall 1",
                               "end", "performing", "endPerforming", "complete"}));

@@ -12,28 +12,11 @@
 #include "burn/MediaBurn.h"
 #include "burn/XorrisoRecorder.h"
 #include "imagestest/ImagesTestKit.h"
+#include "support/BurnSheetEvents.h"
 #include "support/FakeAlerts.h"
 #include "support/TestMain.h"
 
-class QuietSheets : public BurnSheets {
-public:
-    QStringList events;
-    void beginProgress() override { events << QStringLiteral("begin"); }
-    void setOverallRange(double) override {}
-    void setOverallValue(double) override {}
-    void setFileRange(double) override {}
-    void setFileValue(double) override {}
-    void endProgress() override { events << QStringLiteral("end"); }
-    void showPerformingOperation() override { events << QStringLiteral("performing"); }
-    void endPerformingOperation() override { events << QStringLiteral("endPerforming"); }
-    void showOperationComplete() override { events << QStringLiteral("complete"); }
-    void showOperationFailed(const OperationFailure &f) override
-    {
-        events << QStringLiteral("failed");
-        failure = f;
-    }
-    OperationFailure failure;
-};
+using QuietSheets = BurnSheetEvents;
 
 static MediumProbe blankDisc(const QString &family)
 {

@@ -225,7 +225,7 @@ private slots:
         expected.insert(under("Photos 2/Photos", tree(c)));
         expected.insert("Photos 2", "dir");
         QCOMPARE(staged, expected);
-        QCOMPARE(readLines(drutilLog), QStringList{"burn|" + rig.data + "|-drive|2"});
+        QCOMPARE(readLines(drutilLog), QStringList{"burn|-noverify|" + rig.data + "|-drive|2"});
         QCOMPARE(log.commands.first().first(), fake("drutil"));
         // Three folders, each at least one poll interval.
         QVERIFY(log.timeOf("toolStarted") >= 100 + 3 * 50);

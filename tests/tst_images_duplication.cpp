@@ -159,7 +159,7 @@ private slots:
         const QString image = rig.data + "/image.iso";
         QCOMPARE(readLines(rig.hdiutilLog),
                  (QStringList{"makehybrid|-o|" + image + "|" + rig.volume + "|-iso|-joliet",
-                              "burn|" + image + "|-verbose", "burn|" + image + "|-verbose"}));
+                              "burn|" + image + "|-verbose|-noverifyburn", "burn|" + image + "|-verbose|-noverifyburn"}));
         QCOMPARE(countAsked, QStringList{"1 eject(s) before"});
         const AlertRequest count = rig.alerts.shown.first();
         QCOMPARE(count.messageText, QStringLiteral("Enter Number of Copies"));

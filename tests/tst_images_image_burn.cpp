@@ -152,7 +152,7 @@ private slots:
         qunsetenv("TAMBLO_FAKE_HDIUTIL_LOG");
         qunsetenv("TAMBLO_FAKE_HDIUTIL_BURN");
         qunsetenv("TAMBLO_FAKE_HDIUTIL_DELAY");
-        QCOMPARE(readLines(argsLog), QStringList{"burn|" + image + "|-verbose"});
+        QCOMPARE(readLines(argsLog), QStringList{"burn|" + image + "|-verbose|-noverifyburn"});
         QVERIFY(rig.alerts.shown.isEmpty());
         QCOMPARE(log.sheets(), (QStringList{"showPerformingOperation", "toolStarted", "toolFinished",
                                             "closePerformingOperation", "operationComplete", "ended"}));

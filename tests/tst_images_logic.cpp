@@ -229,8 +229,12 @@ private slots:
                                               "/Volumes/My Disc", "-iso", "-joliet"}));
         Object_Optical_Drive drive;
         drive.s_Drive_Number = QStringLiteral("2");
-        const ToolCommand burn = tool.burnImageCommand(drive, QStringLiteral("/tmp/a b.dmg"));
+        // hdiutil reads the disc back after burning unless told not to.
+        const ToolCommand burn = tool.burnImageCommand(drive, QStringLiteral("/tmp/a b.dmg"), true);
         QCOMPARE(burn.arguments, (QStringList{"burn", "/tmp/a b.dmg", "-verbose"}));
+        QCOMPARE(tool.burnImageCommand(drive, QStringLiteral("/tmp/a b.dmg"), false).arguments,
+                 (QStringList{"burn", "/tmp/a b.dmg", "-verbose", "-noverifyburn"}));
+        QVERIFY(tool.checksItsWriting());
         QVERIFY(!burn.arguments.contains(QStringLiteral("-drive")));
         QVERIFY(!burn.arguments.contains(QStringLiteral("2")));
         QCOMPARE(tool.progressKind(), ImageProgress::Kind::DiscRecordingPercent);
@@ -248,6 +252,9 @@ private slots:
         drive.s_Device_Path = QStringLiteral("/dev/sr1");
         const ToolCommand burn = tool.burnImageCommand(drive, QStringLiteral("/tmp/x y.img"));
         QCOMPARE(burn.arguments, (QStringList{"-pacifier", "interval=0.2", "-as", "cdrecord", "-v", "-nopad", "dev=/dev/sr1", "/tmp/x y.img"}));
+        // The image is compared with the disc afterwards: the command is the same.
+        QCOMPARE(tool.burnImageCommand(drive, QStringLiteral("/tmp/x y.img"), true).arguments, burn.arguments);
+        QVERIFY(!tool.checksItsWriting());
         QCOMPARE(tool.progressKind(), ImageProgress::Kind::XorrisoRecordPercent);
     }
 
@@ -391,14 +398,22 @@ private slots:
         }
         const QString data = tmp.path() + "/TambloData";
         const DataBurnPlan plan = DataBurnPlan::make(list, data);
-        const ToolCommand mac = plan.drutilBurnCommand(QStringLiteral("/usr/bin/drutil"), QStringLiteral("1"));
+        const ToolCommand mac = plan.drutilBurnCommand(QStringLiteral("/usr/bin/drutil"), QStringLiteral("1"), true);
         QCOMPARE(mac.program, QStringLiteral("/usr/bin/drutil"));
         QCOMPARE(mac.arguments, (QStringList{"burn", data, "-drive", "1"}));
+        QCOMPARE(plan.drutilBurnCommand(QStringLiteral("/usr/bin/drutil"), QStringLiteral("1"), false).arguments,
+                 (QStringList{"burn", "-noverify", data, "-drive", "1"}));
         const ToolCommand onLinux = plan.xorrisoBurnCommand(QStringLiteral("/usr/bin/xorriso"), QStringLiteral("/dev/sr0"));
         QCOMPARE(onLinux.arguments, (QStringList{"-pacifier", "interval=0.2", "-outdev", "/dev/sr0", "-joliet", "on", "-volid", "TambloData",
                                                "-map", tmp.path() + "/a/Photos", "/Photos",
                                                "-map", tmp.path() + "/b/Photos", "/Photos 1/Photos", "-commit"}));
         QVERIFY(!onLinux.arguments.contains(QStringLiteral("-blank")));
+        // Verifying: the checksums go onto the disc; the listed folders are
+        // what is read back.
+        const ToolCommand checked = plan.xorrisoBurnCommand(QStringLiteral("/usr/bin/xorriso"), QStringLiteral("/dev/sr0"), true);
+        QCOMPARE(checked.arguments.mid(0, 6), (QStringList{"-pacifier", "interval=0.2", "-md5", "on", "-outdev", "/dev/sr0"}));
+        QCOMPARE(checked.arguments.mid(6), onLinux.arguments.mid(4));
+        QCOMPARE(plan.discPaths(), (QStringList{"/Photos", "/Photos 1/Photos"}));
     }
 
     // ---- panels, texts, count -------------------------------------------

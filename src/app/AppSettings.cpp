@@ -61,3 +61,18 @@ void AppSettings::setColor(const QString &key, const QColor &value)
     m_store.setValue(key, QVariant::fromValue(value));
     m_store.sync();
 }
+
+bool AppSettings::flag(const QString &key, bool absent) const
+{
+    const QString value = string(key);
+    if (value == QLatin1String("1"))
+        return true;
+    if (value == QLatin1String("0"))
+        return false;
+    return absent;
+}
+
+void AppSettings::setFlag(const QString &key, bool value)
+{
+    setString(key, value ? QStringLiteral("1") : QStringLiteral("0"));
+}

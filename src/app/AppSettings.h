@@ -14,6 +14,8 @@ inline const QString ColorTableForeground = QStringLiteral("Zendrova_Tamblo_Colo
 inline const QString ColorToolbar = QStringLiteral("Zendrova_Tamblo_Color_Toolbar");
 inline const QString ColorBottomBar = QStringLiteral("Zendrova_Tamblo_Color_Bottom_Bar");
 inline const QString ColorSpaceOccupiedBar = QStringLiteral("Zendrova_Tamblo_Color_Space_Occupied_Bar");
+// "1" or "0": read each disc back after writing it (absent: yes).
+inline const QString VerifyAfterWriting = QStringLiteral("Zendrova_Tamblo_b_Verify_After_Writing");
 inline const QString CompanionSuffix = QStringLiteral("_String");
 inline const QString CompanionValue = QStringLiteral("Recorded");
 } // namespace SettingsKeys
@@ -39,6 +41,14 @@ public:
     void setString(const QString &key, const QString &value);
 
     bool contains(const QString &key) const { return m_store.contains(key); }
+
+    // A yes/no kept as "1" or "0"; absent (or anything else) reads as
+    // `absent`.
+    bool flag(const QString &key, bool absent) const;
+    void setFlag(const QString &key, bool value);
+
+    // Whether discs are read back after writing: on unless turned off.
+    bool verifyAfterWriting() const { return flag(SettingsKeys::VerifyAfterWriting, true); }
 
     // Colours are kept as QColor values; an absent or undecodable value reads
     // as an invalid QColor.

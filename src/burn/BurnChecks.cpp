@@ -1,10 +1,18 @@
 #include "burn/BurnChecks.h"
 
 #include "app/Alerts.h"
+#include "burn/DiscRoom.h"
 #include "toolrun/ToolMessages.h"
 
 void BurnChecks::run(BurnOperation operation, bool listIsEmpty, const MediumCheckFn &check, Alerts &alerts,
                      bool debugMode, std::function<void(bool passed)> done)
+{
+    run(operation, listIsEmpty, SizeEstimate{}, check, alerts, debugMode, std::move(done));
+}
+
+void BurnChecks::run(BurnOperation operation, bool listIsEmpty, const SizeEstimate &size,
+                     const MediumCheckFn &check, Alerts &alerts, bool debugMode,
+                     std::function<void(bool passed)> done)
 {
     const BurnTexts texts = BurnMessages::forOperation(operation);
     auto finish = [done](bool passed) {
@@ -17,7 +25,7 @@ void BurnChecks::run(BurnOperation operation, bool listIsEmpty, const MediumChec
         return;
     }
     Alerts *shown = &alerts;
-    check(MediumNeed::Writable, texts.family, [shown, texts, debugMode, finish](const MediumCheck &c) {
+    check(MediumNeed::Writable, texts.family, size, [shown, texts, debugMode, finish](const MediumCheck &c) {
         switch (c.result) {
         case MediumCheck::Ok:
             finish(true);
@@ -36,6 +44,9 @@ void BurnChecks::run(BurnOperation operation, bool listIsEmpty, const MediumChec
             break;
         case MediumCheck::NoAnswer:
             shown->show(ToolMessages::driveDidNotAnswer(c.status.verdict));
+            break;
+        case MediumCheck::NoRoom:
+            shown->show(DiscRoom::noRoom(c.needed, c.freeSectors, DiscRoom::Subject::Compilation));
             break;
         }
         finish(false);

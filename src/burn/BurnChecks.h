@@ -14,10 +14,16 @@ class Alerts;
 //      rewritable ("Media not writable"); not the burn's family (the
 //      wrong-medium alert, and in debug mode a second one titled with the
 //      kind read and carrying the burn's warning code); a drive that does
-//      not answer (that, never "No disc").
+//      not answer (that, never "No disc");
+//   3. with a size estimate, the room: a compilation that needs more than
+//      the medium has left is refused with "Not enough room on the disc",
+//      its estimated size and the room left (DiscRoom::noRoom).
 // `done(true)` when all passed, `done(false)` after a refusal.
 class BurnChecks {
 public:
     static void run(BurnOperation operation, bool listIsEmpty, const MediumCheckFn &check, Alerts &alerts,
                     bool debugMode, std::function<void(bool passed)> done);
+    static void run(BurnOperation operation, bool listIsEmpty, const SizeEstimate &size,
+                    const MediumCheckFn &check, Alerts &alerts, bool debugMode,
+                    std::function<void(bool passed)> done);
 };

@@ -25,4 +25,10 @@ public:
     virtual void showWriteProgress(const WriteReport &) {}
     virtual void showOperationComplete() = 0;             // Show_Window_Operation_Complete
     virtual void showOperationFailed(const OperationFailure &failure) = 0;  // the last sheet of a failure
+
+    // Verifying after writing: the working sheet says "Verifying the disc…"
+    // (one is shown when none is up), and the last sheet of a disc that read
+    // back right says "The disc was written and verified."
+    virtual void showVerifying() = 0;
+    virtual void showOperationVerified() = 0;
 };

@@ -8,7 +8,12 @@ ToolCommand DrutilRecorder::burnAudioCommand(const Object_Optical_Drive &drive, 
              drive.s_Drive_Number}};
 }
 
-ToolCommand DrutilRecorder::burnFolderCommand(const Object_Optical_Drive &drive, const QString &folder) const
+ToolCommand DrutilRecorder::burnFolderCommand(const Object_Optical_Drive &drive, const QString &folder,
+                                              bool verify) const
 {
-    return {m_drutil, {QStringLiteral("burn"), folder, QStringLiteral("-drive"), drive.s_Drive_Number}};
+    QStringList args{QStringLiteral("burn")};
+    if (!verify)
+        args << QStringLiteral("-noverify");
+    args << folder << QStringLiteral("-drive") << drive.s_Drive_Number;
+    return {m_drutil, args};
 }

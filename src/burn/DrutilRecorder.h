@@ -10,8 +10,11 @@ public:
     // "burn" "-audio" folder "-drive" number
     ToolCommand burnAudioCommand(const Object_Optical_Drive &drive, const QString &folder,
                                  const QStringList &wavsInCompilationOrder) const override;
-    // "burn" folder "-drive" number
-    ToolCommand burnFolderCommand(const Object_Optical_Drive &drive, const QString &folder) const override;
+    // "burn" folder "-drive" number; "burn" "-noverify" folder "-drive"
+    // number without `verify` (drutil reads the disc back by default).
+    ToolCommand burnFolderCommand(const Object_Optical_Drive &drive, const QString &folder,
+                                  bool verify = false) const override;
+    bool checksItsWriting() const override { return true; }
 
 private:
     QString m_drutil;

@@ -3,13 +3,16 @@
 #include <QPointer>
 #include <QTimer>
 #include <functional>
+#include <memory>
 
 #include "app/WorkingFolders.h"
 #include "burn/BurnSheets.h"
+#include "burn/DiscRoom.h"
 #include "burn/Recorder.h"
 #include "burn/TranscodeArguments.h"
 #include "burn/TranscodeSequence.h"
 #include "app/Alerts.h"
+#include "drives/DiscVerification.h"
 #include "toolrun/ToolMessages.h"
 #include "toolrun/ToolRun.h"
 #include "toolrun/WriteProgress.h"
@@ -76,7 +79,9 @@ void MediaBurn::burn(BurnOperation operation, const QList<NodeMediaFile> &files,
     m_busy = true;
     m_cancelling = false;
     QPointer<MediaBurn> self(this);
-    BurnChecks::run(operation, files.isEmpty(), m_check, m_alerts, context.m_b_Debug_Mode,
+    BurnChecks::run(operation, files.isEmpty(),
+                    DiscRoom::forMediaBurn(operation, files, context.s_Audio_Output_Format), m_check, m_alerts,
+                    context.m_b_Debug_Mode,
                     [self, operation, files, context](bool passed) {
                         if (!self)
                             return;
@@ -187,6 +192,11 @@ void MediaBurn::cancel()
         });
         return;
     }
+    if (m_verification && m_verification->isRunning()) {  // written already: no question
+        m_cancelling = true;
+        m_verification->stop();
+        return;
+    }
     if (isRecording()) {
         if (!ToolMessages::confirmStopWriting(m_alerts) || !isRecording())
             return;
@@ -226,6 +236,17 @@ void MediaBurn::startRecording(const ToolCommand &command, void (MediaBurn::*han
         run->deleteLater();
         (this->*handler)(verdict);
     });
+    if (verifies() && m_recorder.checksItsWriting()) {
+        // The recorder reads the disc back itself: the sheet says so when it
+        // begins.
+        auto told = std::make_shared<bool>(false);
+        connect(run, &ToolRun::outputReports, this, [this, told](const QString &text) {
+            if (!*told && DiscVerify::saysVerifying(text)) {
+                *told = true;
+                m_sheets.showVerifying();
+            }
+        });
+    }
     run->start();
     m_sheets.showPerformingOperation();
     emit recordingStarted(command);
@@ -245,13 +266,15 @@ void MediaBurn::TimerBurnAudioCD()
 
 void MediaBurn::TimerBurnMP3()
 {
-    startRecording(m_recorder.burnFolderCommand(m_context.currentDrive, m_context.s_Audio_Folder),
+    startRecording(m_recorder.burnFolderCommand(m_context.currentDrive, m_context.s_Audio_Folder,
+                                                m_context.verifyAfterWriting),
                    &MediaBurn::AudioBurnTerminated);
 }
 
 void MediaBurn::TimerBurnVideoRoutine()
 {
-    startRecording(m_recorder.burnFolderCommand(m_context.currentDrive, m_context.s_Video_Folder),
+    startRecording(m_recorder.burnFolderCommand(m_context.currentDrive, m_context.s_Video_Folder,
+                                                m_context.verifyAfterWriting),
                    &MediaBurn::VideoBurnTerminated);
 }
 
@@ -265,13 +288,50 @@ void MediaBurn::VideoBurnTerminated(const ToolVerdict &verdict)
     recordingEnded(m_context.s_Video_Folder, verdict);
 }
 
+bool MediaBurn::verifies() const
+{
+    return m_context.verifyAfterWriting && m_operation != BurnOperation::AudioCD;
+}
+
+void MediaBurn::verifyThen(const QString &folder)
+{
+    m_sheets.showVerifying();
+    auto *verification = new DiscVerification(this);
+    m_verification = verification;
+    connect(verification, &DiscVerification::finished, this, [this, verification, folder](VerifyResult result) {
+        verification->deleteLater();
+        result.cancelled = m_cancelling;
+        m_sheets.endPerformingOperation();
+        FolderOps::emptyFolderThen(folder, this, [this, result] {
+            m_busy = false;
+            if (result.verified()) {
+                m_sheets.showOperationVerified();
+                emit completed(m_operation);
+                return;
+            }
+            m_sheets.showOperationFailed(DiscVerify::failure(DiscVerify::messageFor(result), result));
+            emit failed(m_operation);
+        });
+    });
+    verification->checkFiles(m_recorder.verifyFolderCommand(m_context.currentDrive));
+}
+
 void MediaBurn::recordingEnded(const QString &folder, const ToolVerdict &verdict)
 {
+    if (verdict.ok() && verifies() && !m_recorder.checksItsWriting()) {
+        verifyThen(folder);
+        return;
+    }
+    const bool verified = verdict.ok() && verifies();  // the recorder's own read-back passed
+    const bool mismatch = verifies() && m_recorder.checksItsWriting() && DiscVerify::failedWhileVerifying(verdict);
     m_sheets.endPerformingOperation();
-    FolderOps::emptyFolderThen(folder, this, [this, verdict] {
+    FolderOps::emptyFolderThen(folder, this, [this, verdict, verified, mismatch] {
         m_busy = false;
         if (verdict.ok()) {
-            m_sheets.showOperationComplete();
+            if (verified)
+                m_sheets.showOperationVerified();
+            else
+                m_sheets.showOperationComplete();
             emit completed(m_operation);
             return;
         }
@@ -281,8 +341,8 @@ void MediaBurn::recordingEnded(const QString &folder, const ToolVerdict &verdict
         else if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
             m_alerts.show(ToolMessages::notStarted(verdict));
         else
-            m_sheets.showOperationFailed(
-                OperationFailure::fromVerdict(BurnMessages::DiscNotWritten, verdict));
+            m_sheets.showOperationFailed(OperationFailure::fromVerdict(
+                mismatch ? DiscVerify::MismatchMessage : BurnMessages::DiscNotWritten, verdict));
         emit failed(m_operation);
     });
 }

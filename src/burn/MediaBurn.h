@@ -13,6 +13,7 @@
 
 class Alerts;
 class BurnSheets;
+class DiscVerification;
 class QTimer;
 class Recorder;
 class TranscodeSequence;
@@ -27,6 +28,9 @@ struct MediaBurnContext {
     QString s_Audio_Output_Format = QStringLiteral("0");  // "0" AC-3, else MP2
     Object_Optical_Drive currentDrive;                    // number (drutil) or device (Linux)
     bool m_b_Debug_Mode = false;
+    // Read the disc back after writing it (MP3 and video discs; audio CDs
+    // are never verified). The controller sets it from the setting.
+    bool verifyAfterWriting = false;
 };
 
 // The five burns of the media list: audio CD, MP3 CD, MP3 DVD, video DVD and
@@ -43,6 +47,13 @@ struct MediaBurnContext {
 //   4. when the recorder ends: ends the working sheet, empties the folder,
 //      and shows the operation-complete sheet when the recorder succeeded,
 //      else the failure sheet with the recorder's own words.
+// Before anything is transcoded, the checks also ask for room: the list's
+// estimated size (DiscRoom) against the medium's free space.
+// With verifyAfterWriting (MP3 and video discs), a disc that was written is
+// read back before the folder is emptied: the working sheet says
+// "Verifying the disc…", and the last sheet says "The disc was written and
+// verified." or, on a mismatch, the failure sheet says what differs. drutil
+// reads back what it writes itself, and its verdict is the verification.
 // The list handed in is copied: a burn never changes the compilation. A burn
 // asked for while another one is under way is ignored.
 class MediaBurn : public QObject {
@@ -100,6 +111,8 @@ private:
     void startRecording(const ToolCommand &command, void (MediaBurn::*handler)(const ToolVerdict &));
     void transcodeFailed(int index, const ToolVerdict &verdict);
     void recordingEnded(const QString &folder, const ToolVerdict &verdict);
+    bool verifies() const;
+    void verifyThen(const QString &folder);
     QString workingFolder() const;
 
     const Recorder &m_recorder;
@@ -108,6 +121,7 @@ private:
     MediumCheckFn m_check;
     TranscodeSequence *m_sequence;
     QPointer<ToolRun> m_recording;
+    QPointer<DiscVerification> m_verification;
     QStringList m_outputs;  // the transcoder's output file of each listed file
 
     BurnOperation m_operation = BurnOperation::AudioCD;

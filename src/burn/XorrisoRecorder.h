@@ -18,8 +18,12 @@ public:
     // cdrskin -v dev=DEVICE -audio track1.wav track2.wav ...
     ToolCommand burnAudioCommand(const Object_Optical_Drive &drive, const QString &folder,
                                  const QStringList &wavsInCompilationOrder) const override;
-    // xorriso -dev DEVICE -joliet on -volid NAME -map FOLDER / -commit
-    ToolCommand burnFolderCommand(const Object_Optical_Drive &drive, const QString &folder) const override;
+    // xorriso [-md5 on] -dev DEVICE -joliet on -volid NAME -map FOLDER / -commit
+    // ("-md5 on" with `verify`: the files' checksums go onto the disc).
+    ToolCommand burnFolderCommand(const Object_Optical_Drive &drive, const QString &folder,
+                                  bool verify = false) const override;
+    // xorriso's checksum check of the whole disc (DiscVerify::md5CheckCommand).
+    ToolCommand verifyFolderCommand(const Object_Optical_Drive &drive) const override;
 
     // The folder's name, cut to the 32 characters a volume id may hold.
     static QString volumeName(const QString &folder);

@@ -19,6 +19,7 @@ class DriveBackend : public QObject {
 public:
     using ListCallback = std::function<void(const DriveList &)>;
     using StatusCallback = std::function<void(const MediaStatus &)>;
+    using SpaceCallback = std::function<void(const MediaSpace &)>;
 
     explicit DriveBackend(QObject *parent = nullptr) : QObject(parent) {}
     ~DriveBackend() override = default;
@@ -35,6 +36,13 @@ public:
     // prints nothing or hangs past the time-out yields the answers of an
     // empty text.
     virtual void queryStatus(const Object_Optical_Drive &drive, StatusCallback done) = 0;
+
+    // One query of the room left on the medium in `drive`, in sectors. A
+    // tool that is missing or hangs answers "not answered"; an answer
+    // without a figure answers "not known". A backend that has no way to
+    // ask answers "not known" (later, from the event loop), and the
+    // recorder is left to judge.
+    virtual void queryFreeSpace(const Object_Optical_Drive &drive, SpaceCallback done);
 
     // Tray: launched, not waited for, output not read.
     virtual void ejectTray(const Object_Optical_Drive &drive) = 0;

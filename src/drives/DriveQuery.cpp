@@ -28,4 +28,17 @@ bool answered(const ToolVerdict &verdict)
         && verdict.outcome != ToolVerdict::Outcome::FailedToStart;
 }
 
+MediaSpace space(const ToolVerdict &verdict, std::optional<qint64> (*parse)(const QString &text))
+{
+    MediaSpace s;
+    // What a hung tool printed before it was stopped is not its answer.
+    s.answered = answered(verdict);
+    s.text = s.answered ? verdict.output : QString();
+    const std::optional<qint64> sectors = parse(s.text);
+    s.known = sectors.has_value();
+    s.freeSectors = sectors.value_or(0);
+    s.verdict = verdict;
+    return s;
+}
+
 } // namespace DriveQuery

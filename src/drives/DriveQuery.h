@@ -1,7 +1,9 @@
 #pragma once
 #include <QObject>
 #include <functional>
+#include <optional>
 
+#include "drives/MediaAnswers.h"
 #include "toolrun/ToolCommand.h"
 #include "toolrun/ToolVerdict.h"
 
@@ -18,5 +20,9 @@ void run(const ToolCommand &command, int timeoutMs, QObject *owner, Done done);
 
 // Whether the verdict is an answer at all (not a hang, not a missing tool).
 bool answered(const ToolVerdict &verdict);
+
+// A free-space answer: what the tool printed when it answered at all, and
+// the sectors `parse` finds in it.
+MediaSpace space(const ToolVerdict &verdict, std::optional<qint64> (*parse)(const QString &text));
 
 } // namespace DriveQuery

@@ -61,6 +61,15 @@ void DrutilBackend::queryStatus(const Object_Optical_Drive &drive, StatusCallbac
                     });
 }
 
+void DrutilBackend::queryFreeSpace(const Object_Optical_Drive &drive, SpaceCallback done)
+{
+    DriveQuery::run(statusCommand(drive), m_statusTimeoutMs, this,
+                    [done = std::move(done)](const ToolVerdict &verdict) {
+                        if (done)
+                            done(DriveQuery::space(verdict, &DrutilParsing::spaceFreeSectors));
+                    });
+}
+
 void DrutilBackend::ejectTray(const Object_Optical_Drive &drive)
 {
     ToolProcess::startDetached(trayCommand(drive, true));

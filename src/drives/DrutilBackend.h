@@ -4,7 +4,8 @@
 // The drives through macOS's drutil. Every command names the drive by its
 // number, after "-drive":
 //   list          drutil list
-//   status        drutil status -drive N      (also the disc information)
+//   status        drutil status -drive N      (also the disc information,
+//                 and the free space: its "Space Free:" line)
 //   eject / load  drutil tray eject|close -drive N   (launched, not waited for)
 //   erase         drutil erase full|quick -drive N
 // The listing and the status are read whole (both output streams in one),
@@ -21,6 +22,7 @@ public:
 
     void listDrives(ListCallback done) override;
     void queryStatus(const Object_Optical_Drive &drive, StatusCallback done) override;
+    void queryFreeSpace(const Object_Optical_Drive &drive, SpaceCallback done) override;
     void ejectTray(const Object_Optical_Drive &drive) override;
     void closeTray(const Object_Optical_Drive &drive) override;
     ToolCommand eraseCommand(const Object_Optical_Drive &drive, bool full) const override;

@@ -1,5 +1,6 @@
 #include "drives/DrutilParsing.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 
 namespace DrutilParsing {
@@ -52,6 +53,33 @@ MediaAnswers answers(const QString &text)
     else
         a.family = QStringLiteral("Other");
     return a;
+}
+
+std::optional<qint64> spaceFreeSectors(const QString &text)
+{
+    const QString s = statusSearchText(text);
+    for (const QString &line : s.split(QLatin1Char('\n'))) {
+        const int label = line.indexOf(QLatin1String("Space Free:"));
+        if (label < 0)
+            continue;
+        const QString value = line.mid(label + 11);
+        static const QRegularExpression blocks(QStringLiteral(R"(blocks:\s*(\d+))"));
+        const QRegularExpressionMatch b = blocks.match(value);
+        bool ok = false;
+        if (b.hasMatch()) {
+            const qint64 n = b.captured(1).toLongLong(&ok);
+            if (ok)
+                return n;
+        }
+        // Minutes of at most nine digits: the count then stays far inside
+        // the integer's range.
+        static const QRegularExpression msf(QStringLiteral(R"(^\s*(\d{1,9}):(\d\d):(\d\d)\b)"));
+        const QRegularExpressionMatch t = msf.match(value);
+        if (t.hasMatch())
+            return t.captured(1).toLongLong() * 60 * 75 + t.captured(2).toLongLong() * 75 + t.captured(3).toLongLong();
+        return std::nullopt;
+    }
+    return std::nullopt;
 }
 
 } // namespace DrutilParsing

@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <optional>
 
 #include "drives/MediaAnswers.h"
 #include "drives/Object_Optical_Drive.h"
@@ -32,5 +33,14 @@ QString statusSearchText(const QString &text);
 // An empty or unreadable text answers: not empty, neither writable nor
 // rewritable, "Other".
 MediaAnswers answers(const QString &text);
+
+// The room left on the medium, from the "Space Free:" line of
+// statusSearchText(text):
+//   "     Space Free:  510:38:38         blocks:  2297888 /   4.71GB /   4.38GiB"
+// The figure after "blocks:" is the count of sectors (2048 bytes of data, or
+// 1/75 s of CD audio each); the time before it is the same count as
+// minutes:seconds:frames at 75 frames a second, read when the blocks are
+// missing. Nothing when there is no such line.
+std::optional<qint64> spaceFreeSectors(const QString &text);
 
 } // namespace DrutilParsing

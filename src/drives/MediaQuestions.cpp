@@ -75,16 +75,72 @@ void MediaQuestions::checkMedium(const QString &family, std::function<void(Mediu
     check(MediumNeed::Writable, family, std::move(done));
 }
 
+void MediaQuestions::checkMedium(const QString &family, const SizeEstimate &size,
+                                 std::function<void(MediumCheck)> done)
+{
+    check(MediumNeed::Writable, family, size, std::move(done));
+}
+
 MediumCheckFn MediaQuestions::checker()
 {
     QPointer<MediaQuestions> self(this);
-    return [self](MediumNeed need, const QString &family, std::function<void(const MediumCheck &)> done) {
+    return [self](MediumNeed need, const QString &family, const SizeEstimate &size,
+                  std::function<void(const MediumCheck &)> done) {
         if (self)
-            self->check(need, family, [done](MediumCheck c) {
+            self->check(need, family, size, [done](MediumCheck c) {
                 if (done)
                     done(c);
             });
     };
+}
+
+void MediaQuestions::check(MediumNeed need, const QString &family, const SizeEstimate &size,
+                           std::function<void(MediumCheck)> done)
+{
+    if (!size) {
+        check(need, family, std::move(done));
+        return;
+    }
+    QPointer<MediaQuestions> self(this);
+    check(need, family, [self, size, done](MediumCheck c) {
+        if (c.result != MediumCheck::Ok || !self) {
+            if (done)
+                done(c);
+            return;
+        }
+        self->checkRoom(c, size, done);
+    });
+}
+
+// The last link of the chain: the size of the burn against the room left.
+void MediaQuestions::checkRoom(const MediumCheck &passed, const SizeEstimate &size,
+                               std::function<void(MediumCheck)> done)
+{
+    QPointer<MediaQuestions> self(this);
+    size([self, passed, done](const DiscSize &needed) {
+        if (!self)
+            return;
+        const Object_Optical_Drive drive = self->m_currentDrive ? self->m_currentDrive() : Object_Optical_Drive{};
+        self->m_backend.queryFreeSpace(drive, [self, passed, needed, done](const MediaSpace &space) {
+            if (!self)
+                return;
+            MediumCheck c = passed;
+            c.needed = needed;
+            if (!space.answered) {
+                c.result = MediumCheck::NoAnswer;
+                c.status.answered = false;
+                c.status.text.clear();
+                c.status.verdict = space.verdict;
+            } else if (space.known) {
+                c.roomKnown = true;
+                c.freeSectors = space.freeSectors;
+                if (needed.sectors > space.freeSectors)
+                    c.result = MediumCheck::NoRoom;
+            }
+            if (done)
+                done(c);
+        });
+    });
 }
 
 // One question of the chain: its status, or the end of the chain with

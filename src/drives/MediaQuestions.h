@@ -9,10 +9,15 @@ class Alerts;
 
 // The result of the medium check every burn makes before it starts.
 struct MediumCheck {
-    enum Result { Ok, NoDisc, NotWritable, WrongFamily, NotRewritable, NoAnswer };
+    enum Result { Ok, NoDisc, NotWritable, WrongFamily, NotRewritable, NoAnswer, NoRoom };
     Result result = Ok;
     QString detectedFamily;  // what TypeOfMediaInTheDrive answered, when it was asked
     MediaStatus status;      // the last status read (NoAnswer: why there was none)
+    // The room check, when one was asked for and reached: what the burn
+    // needs, and the room the medium has left (when the drive told it).
+    DiscSize needed;
+    bool roomKnown = false;
+    qint64 freeSectors = 0;
 };
 
 // What an operation needs of the medium before it starts.
@@ -22,8 +27,15 @@ enum class MediumNeed {
     Rewritable,  // rewritable (erasing)
 };
 
+// What a burn will put on the medium, worked out only once the medium has
+// passed its other checks (a data disc walks its folders for it): the
+// estimate hands its size to the callback, later or at once. A null
+// estimate asks for no room check.
+using SizeEstimate = std::function<void(std::function<void(const DiscSize &)> sized)>;
+
 // The one medium check chain every operation uses.
-using MediumCheckFn = std::function<void(MediumNeed need, const QString &family, std::function<void(const MediumCheck &)> done)>;
+using MediumCheckFn = std::function<void(MediumNeed need, const QString &family, const SizeEstimate &size,
+                                         std::function<void(const MediumCheck &)> done)>;
 
 // The four questions about the medium in the current drive. Each question
 // runs one status query of its own (nothing is cached) and answers later,
@@ -50,18 +62,30 @@ public:
     // `family` is not empty, TypeOfMediaInTheDrive must equal it (else
     // WrongFamily). Up to four status queries.
     void checkMedium(const QString &family, std::function<void(MediumCheck)> done);
+    // The same, then the room (see check()).
+    void checkMedium(const QString &family, const SizeEstimate &size, std::function<void(MediumCheck)> done);
 
     // The chain for any need: a disc must be there (else NoDisc), then
     // Writable as checkMedium, or Rewritable (else NotRewritable), then the
     // family when `family` is not empty. A status query that gets no answer
     // (a hung drive, a missing tool) ends the chain with NoAnswer at once.
+    //
+    // With a size estimate, last of all the room: the estimate is worked
+    // out, then the drive is asked how many sectors the medium has left
+    // (one free-space query); more sectors needed than left ends the chain
+    // with NoRoom. A drive that does not answer ends it with NoAnswer; one
+    // that answers without a figure lets the burn go on (the recorder is
+    // then the judge).
     void check(MediumNeed need, const QString &family, std::function<void(MediumCheck)> done);
+    void check(MediumNeed need, const QString &family, const SizeEstimate &size,
+               std::function<void(MediumCheck)> done);
     MediumCheckFn checker();
 
 private:
     void ask(std::function<void(const MediaStatus &)> answer);
     void askAnswered(std::function<void(MediumCheck)> done, std::function<void(const MediaStatus &)> answer);
     void explainNo(const MediaStatus &status, const QString &warning);
+    void checkRoom(const MediumCheck &passed, const SizeEstimate &size, std::function<void(MediumCheck)> done);
 
     DriveBackend &m_backend;
     Alerts &m_alerts;

@@ -24,6 +24,13 @@ ToolCommand XorrisoBackend::statusCommand(const Object_Optical_Drive &drive) con
     return XorrisoParsing::statusCommand(m_xorriso, drive.s_Device_Path);
 }
 
+ToolCommand XorrisoBackend::spaceCommand(const Object_Optical_Drive &drive) const
+{
+    if (drive.s_Device_Path.isEmpty())
+        return ToolCommand{};
+    return XorrisoParsing::spaceCommand(m_xorriso, drive.s_Device_Path);
+}
+
 ToolCommand XorrisoBackend::trayCommand(const Object_Optical_Drive &drive, bool eject) const
 {
     if (drive.s_Device_Path.isEmpty())
@@ -60,6 +67,17 @@ void XorrisoBackend::queryStatus(const Object_Optical_Drive &drive, StatusCallba
                         status.verdict = verdict;
                         if (done)
                             done(status);
+                    });
+}
+
+void XorrisoBackend::queryFreeSpace(const Object_Optical_Drive &drive, SpaceCallback done)
+{
+    // Without a device the null command runs nothing and answers an empty
+    // text: nothing is known.
+    DriveQuery::run(spaceCommand(drive), m_statusTimeoutMs, this,
+                    [done = std::move(done)](const ToolVerdict &verdict) {
+                        if (done)
+                            done(DriveQuery::space(verdict, &XorrisoParsing::mediaSpaceSectors));
                     });
 }
 

@@ -7,6 +7,7 @@
 //   list          xorriso -devices
 //   status        xorriso -drive_access shared:readonly -outdev DEV -toc
 //                 (read-only; also the disc information)
+//   free space    xorriso -drive_access shared:readonly -outdev DEV -tell_media_space
 //   eject / load  eject DEV, eject -t DEV   (launched, not waited for)
 //   erase         xorriso -outdev DEV -blank all|fast
 // A drive record without a device path (no drive was listed) answers every
@@ -31,6 +32,7 @@ public:
     void listDrives(ListCallback done) override;
     DriveAccess access() const override { return m_access; }
     void queryStatus(const Object_Optical_Drive &drive, StatusCallback done) override;
+    void queryFreeSpace(const Object_Optical_Drive &drive, SpaceCallback done) override;
     void ejectTray(const Object_Optical_Drive &drive) override;
     void closeTray(const Object_Optical_Drive &drive) override;
     ToolCommand eraseCommand(const Object_Optical_Drive &drive, bool full) const override;
@@ -38,6 +40,7 @@ public:
 
     ToolCommand listCommand() const;
     ToolCommand statusCommand(const Object_Optical_Drive &drive) const;  // null without a device
+    ToolCommand spaceCommand(const Object_Optical_Drive &drive) const;   // null without a device
     ToolCommand trayCommand(const Object_Optical_Drive &drive, bool eject) const;  // null without a device
 
 private:

@@ -77,6 +77,27 @@ ToolCommand statusCommand(const QString &xorriso, const QString &device)
                         QStringLiteral("-outdev"), device, QStringLiteral("-toc")}};
 }
 
+ToolCommand spaceCommand(const QString &xorriso, const QString &device)
+{
+    return ToolCommand{xorriso,
+                       {QStringLiteral("-drive_access"), QStringLiteral("shared:readonly"),
+                        QStringLiteral("-outdev"), device, QStringLiteral("-tell_media_space")}};
+}
+
+std::optional<qint64> mediaSpaceSectors(const QString &text)
+{
+    static const QRegularExpression line(QStringLiteral(R"(^Media space\s*:\s*(\d+)s\s*$)"),
+                                         QRegularExpression::MultilineOption);
+    const QRegularExpressionMatch m = line.match(text);
+    if (!m.hasMatch())
+        return std::nullopt;
+    bool ok = false;
+    const qint64 sectors = m.captured(1).toLongLong(&ok);
+    if (!ok)
+        return std::nullopt;
+    return sectors;
+}
+
 ToolCommand eraseCommand(const QString &xorriso, const QString &device, bool full)
 {
     return ToolCommand{xorriso,

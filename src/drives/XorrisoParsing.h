@@ -1,6 +1,7 @@
 #pragma once
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 #include "drives/MediaAnswers.h"
 #include "drives/Object_Optical_Drive.h"
@@ -25,6 +26,18 @@ DriveList parseDevices(const QString &text);
 // at a drive whose disc the desktop has mounted. The query does not create a
 // stdio: file that is not there.
 ToolCommand statusCommand(const QString &xorriso, const QString &device);
+
+// The read-only query of the room left on the medium in `device`:
+//   xorriso -drive_access shared:readonly -outdev DEVICE -tell_media_space
+// It prints "Media space  : 41107816s" (and "After commit : ..."), in
+// 2048-byte sectors. On a stdio: pseudo-drive that is a file, the figure
+// is the free space of the file system holding it (plus what the file
+// already occupies) less 32 sectors.
+ToolCommand spaceCommand(const QString &xorriso, const QString &device);
+
+// The sectors of the first "Media space  : Ns" line; nothing when there is
+// no such line (no medium, a drive that could not be acquired).
+std::optional<qint64> mediaSpaceSectors(const QString &text);
 
 // Blanking the medium in `device`: "-blank all" for a full erase,
 // "-blank fast" for a quick one.

@@ -4,6 +4,8 @@
 
 #include "app/Alerts.h"
 #include "app/WorkingFolders.h"
+#include "burn/DiscRoom.h"
+#include "drives/DiscVerify.h"
 #include "images/StagingCopy.h"
 
 DataBurnFlow::DataBurnFlow(const ImageFlowContext &context, QObject *parent) : SheetFlow(context, parent)
@@ -45,11 +47,15 @@ void DataBurnFlow::burnData(ImageMessages::DataDisc kind, const QList<NodeDataFo
         finish();
         return;
     }
+    QStringList paths;
+    for (const NodeDataFolder &folder : std::as_const(arrayDataFolders))
+        paths << folder.s_Path;
     QPointer<DataBurnFlow> self(this);
-    m_context.media->checkMedium(ImageMessages::dataDisc(kind).mediaWord, [self](const MediumCheck &check) {
-        if (self)
-            self->checked(check);
-    });
+    m_context.media->checkMedium(ImageMessages::dataDisc(kind).mediaWord, DiscRoom::forFolders(paths, this),
+                                 [self](const MediumCheck &check) {
+                                     if (self)
+                                         self->checked(check);
+                                 });
 }
 
 void DataBurnFlow::checked(const MediumCheck &check)
@@ -66,6 +72,10 @@ void DataBurnFlow::checked(const MediumCheck &check)
         return;
     case MediumCheck::NoAnswer:
         m_context.alerts->show(ToolMessages::driveDidNotAnswer(check.status.verdict));
+        finish();
+        return;
+    case MediumCheck::NoRoom:
+        m_context.alerts->show(DiscRoom::noRoom(check.needed, check.freeSectors, DiscRoom::Subject::Compilation));
         finish();
         return;
     case MediumCheck::WrongFamily:
@@ -167,19 +177,22 @@ void DataBurnFlow::TimerBurnDataFolder()
     const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
     ToolCommand command;
     if (onMac()) {
-        command = m_plan.drutilBurnCommand(m_context.tools.drutil, drive.s_Drive_Number);
+        command = m_plan.drutilBurnCommand(m_context.tools.drutil, drive.s_Drive_Number, m_context.verifies());
     } else {
         m_plan = makePlan();
         if (refuseIfFoldersGone())
             return;
-        command = m_plan.xorrisoBurnCommand(m_context.tools.xorriso, drive.s_Device_Path);
+        command = m_plan.xorrisoBurnCommand(m_context.tools.xorriso, drive.s_Device_Path, m_context.verifies());
     }
+    m_device = drive.s_Device_Path;
 
     // xorriso reports its write; drutil does not, and its sheet stays busy.
     std::optional<ImageProgress::Kind> reports;
     if (!onMac())
         reports = ImageProgress::Kind::XorrisoRecordPercent;
     startToolRun(command, ToolRun::Channels::Merged, [this](const ToolVerdict &v) { dataBurnTerminated(v); }, reports);
+    if (onMac() && m_context.verifies())
+        tellWhenToolVerifies();
     if (onMac())
         emit closeStagingSheet();
     emit showPerformingOperation();
@@ -187,12 +200,36 @@ void DataBurnFlow::TimerBurnDataFolder()
 
 void DataBurnFlow::dataBurnTerminated(const ToolVerdict &verdict)
 {
+    const bool verifies = m_context.verifies();
+    if (verdict.ok() && verifies && !onMac()) {
+        verifyThen();
+        return;
+    }
+    // drutil read its writing back itself: its verdict is the verification.
+    const bool mismatch = verifies && onMac() && DiscVerify::failedWhileVerifying(verdict);
     emit closePerformingOperation();
-    FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, verdict] {
-        if (verdict.ok())
+    FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, verdict, verifies, mismatch] {
+        if (verdict.ok() && verifies)
+            emit operationVerified();
+        else if (verdict.ok())
             emit operationComplete();
         else
-            tellFailure(ImageMessages::DiscNotWritten, verdict);
+            tellFailure(mismatch ? DiscVerify::MismatchMessage : ImageMessages::DiscNotWritten, verdict);
         finish();
     });
+}
+
+void DataBurnFlow::verifyThen()
+{
+    readBackFiles(DiscVerify::md5CheckCommand(m_context.tools.xorriso, m_device, m_plan.discPaths()),
+                  [this](const VerifyResult &result) {
+                      emit closePerformingOperation();
+                      FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, result] {
+                          if (result.verified())
+                              emit operationVerified();
+                          else
+                              emit operationFailed(DiscVerify::failure(DiscVerify::messageFor(result), result));
+                          finish();
+                      });
+                  });
 }

@@ -24,10 +24,18 @@ class StagingCopy;
 //   Linux  nothing is copied: a step later xorriso writes each listed folder
 //          in place under the name the staging would have given it, and the
 //          working sheet shows.
+// Before the working folder is touched, the room: the folders are walked on
+// a worker and their estimated size on the disc (DiscRoom::fileSystem) is
+// held against the medium's free space; a disc too small is refused with
+// "Not enough room on the disc".
 // When the recorder ends (dataBurnTerminated) the working sheet closes, the
-// working folder is emptied and the completion sheet shows. The exit status
-// is logged, not judged. Listed folders that are gone by then are left out
-// with a warning in the log.
+// working folder is emptied and the completion sheet shows (the failure
+// sheet when the recorder failed). Listed folders that are gone by then are
+// left out with a warning in the log.
+// Verifying after writing: on Linux xorriso records the files' checksums and
+// reads the listed folders back against them ("Verifying the disc…" on the
+// working sheet); drutil reads its writing back itself. The last sheet then
+// says "The disc was written and verified.", or what did not match.
 class DataBurnFlow : public SheetFlow {
     Q_OBJECT
 public:
@@ -51,6 +59,7 @@ private:
     bool refuseIfFoldersGone();
     void TimerBurnDataFolder();
     void dataBurnTerminated(const ToolVerdict &verdict);
+    void verifyThen();
     bool onMac() const { return m_context.tools.backend == ToolPaths::Backend::MacOS; }
     DataBurnPlan makePlan() const;
 
@@ -60,5 +69,6 @@ private:
     QTimer timerBurnDataFolder;
     QTimer m_stagingTimer;
     QPointer<StagingCopy> m_staging;
+    QString m_device;  // the drive written to (Linux)
     bool m_stagingDone = false;
 };

@@ -55,9 +55,21 @@ DataBurnPlan DataBurnPlan::make(const QList<NodeDataFolder> &folders, const QStr
     return plan;
 }
 
-ToolCommand DataBurnPlan::drutilBurnCommand(const QString &drutil, const QString &driveNumber) const
+ToolCommand DataBurnPlan::drutilBurnCommand(const QString &drutil, const QString &driveNumber, bool verify) const
 {
-    return ToolCommand{drutil, {QStringLiteral("burn"), m_dataFolder, QStringLiteral("-drive"), driveNumber}};
+    QStringList args{QStringLiteral("burn")};
+    if (!verify)
+        args << QStringLiteral("-noverify");
+    args << m_dataFolder << QStringLiteral("-drive") << driveNumber;
+    return ToolCommand{drutil, args};
+}
+
+QStringList DataBurnPlan::discPaths() const
+{
+    QStringList paths;
+    for (const StagingEntry &e : m_entries)
+        paths << e.discPath;
+    return paths;
 }
 
 QString DataBurnPlan::volumeId() const
@@ -65,9 +77,11 @@ QString DataBurnPlan::volumeId() const
     return XorrisoImageTool::volumeIdFor(XorrisoImageTool::folderName(m_dataFolder));
 }
 
-ToolCommand DataBurnPlan::xorrisoBurnCommand(const QString &xorriso, const QString &device) const
+ToolCommand DataBurnPlan::xorrisoBurnCommand(const QString &xorriso, const QString &device, bool verify) const
 {
     QStringList args = xorrisoPacing();
+    if (verify)
+        args << QStringLiteral("-md5") << QStringLiteral("on");
     args << QStringLiteral("-outdev") << device << QStringLiteral("-joliet") << QStringLiteral("on")
          << QStringLiteral("-volid") << volumeId();
     for (const StagingEntry &e : m_entries) {

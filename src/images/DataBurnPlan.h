@@ -33,14 +33,20 @@ public:
     const QStringList &skipped() const { return m_skipped; }
     const QString &dataFolder() const { return m_dataFolder; }
 
-    // macOS: drutil burn DATA -drive N, the staged working folder as it is.
-    ToolCommand drutilBurnCommand(const QString &drutil, const QString &driveNumber) const;
+    // macOS: drutil burn DATA -drive N, the staged working folder as it is
+    // (drutil reads the disc back afterwards; without `verify` it is told
+    // -noverify: drutil burn -noverify DATA -drive N).
+    ToolCommand drutilBurnCommand(const QString &drutil, const QString &driveNumber, bool verify = false) const;
 
     // Linux: the same tree written straight from the listed folders, with no
     // copy: xorriso -outdev DEV -joliet on -volid NAME -map SRC /Photos
     // -map SRC2 "/Photos 1/Photos" ... -commit. The volume is named after the
-    // working folder, as a burn of that folder would be.
-    ToolCommand xorrisoBurnCommand(const QString &xorriso, const QString &device) const;
+    // working folder, as a burn of that folder would be. With `verify` the
+    // files' checksums go onto the disc ("-md5 on" first).
+    ToolCommand xorrisoBurnCommand(const QString &xorriso, const QString &device, bool verify = false) const;
+    // The disc paths of the listed folders ("/Photos", "/Photos 1/Photos"):
+    // what the read-back checks.
+    QStringList discPaths() const;
     QString volumeId() const;
 
 private:

@@ -3,6 +3,7 @@
 #include "app/Alerts.h"
 #include "app/FilePicker.h"
 #include "app/WorkingFolders.h"
+#include "burn/DiscRoom.h"
 #include "images/Duplication.h"
 #include "images/ImageMessages.h"
 #include "images/IsoCreation.h"
@@ -92,10 +93,11 @@ void DuplicationFlow::TimerDuplicateMediaCopy()
         return;
     }
     QPointer<DuplicationFlow> self(this);
-    m_context.media->checkMedium(QString(), [self](const MediumCheck &check) {
-        if (self)
-            self->blankChecked(check);
-    });
+    m_context.media->checkMedium(QString(), DiscRoom::forImage(Duplication::imagePath(m_context.dataFolder)),
+                                 [self](const MediumCheck &check) {
+                                     if (self)
+                                         self->blankChecked(check);
+                                 });
 }
 
 void DuplicationFlow::blankChecked(const MediumCheck &check)
@@ -110,6 +112,11 @@ void DuplicationFlow::blankChecked(const MediumCheck &check)
         TimerDuplicateMediaCopy();
         return;
     }
+    if (check.result == MediumCheck::NoRoom) {
+        m_context.alerts->show(DiscRoom::noRoom(check.needed, check.freeSectors, DiscRoom::Subject::Copy));
+        TimerDuplicateMediaCopy();
+        return;
+    }
     if (check.result != MediumCheck::Ok) {
         m_context.alerts->show(ImageMessages::notWritable());
         TimerDuplicateMediaCopy();
@@ -118,32 +125,82 @@ void DuplicationFlow::blankChecked(const MediumCheck &check)
 
     emit showPerformingOperation();
     const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
-    const ToolCommand command = m_tool->burnImageCommand(drive, Duplication::imagePath(m_context.dataFolder));
+    m_device = drive.s_Device_Path;
+    const ToolCommand command = m_tool->burnImageCommand(drive, Duplication::imagePath(m_context.dataFolder),
+                                                         m_context.verifies());
     m_writingCopy = true;
     startToolRun(command, ToolRun::Channels::Separate,
                  [this](const ToolVerdict &v) { MediaDuplicationTerminated(v); }, m_tool->progressKind());
+    if (m_context.verifies() && m_tool->checksItsWriting())
+        tellWhenToolVerifies();
 }
 
 void DuplicationFlow::MediaDuplicationTerminated(const ToolVerdict &verdict)
 {
-    eject();
-    emit closePerformingOperation();
+    if (verdict.ok() && m_context.verifies() && !m_tool->checksItsWriting()) {
+        verifyCopy();  // the copy stays in the drive until it is read back
+        return;
+    }
     if (!verdict.ok()) {
         // A failed copy ends the duplication: the user is told which one.
-        const QString message = ImageMessages::copyNotWritten(i_Counter_Number_of_Copies + 1, i_Number_of_Copies);
+        const int copy = i_Counter_Number_of_Copies + 1;
+        const QString message = m_context.verifies() && DiscVerify::failedWhileVerifying(verdict)
+            ? DiscVerify::copyMismatchMessage(copy, i_Number_of_Copies)
+            : ImageMessages::copyNotWritten(copy, i_Number_of_Copies);
+        eject();
+        emit closePerformingOperation();
         FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, message, verdict] {
             tellFailure(message, verdict);
             finish();
         });
         return;
     }
+    copyDone();
+}
+
+void DuplicationFlow::verifyCopy()
+{
+    readBackImage(Duplication::imagePath(m_context.dataFolder), m_device, [this](const VerifyResult &result) {
+        if (result.verified()) {
+            copyDone();
+            return;
+        }
+        const int copy = i_Counter_Number_of_Copies + 1;
+        const QString message = result.outcome == VerifyResult::Outcome::Mismatch
+            ? DiscVerify::copyMismatchMessage(copy, i_Number_of_Copies)
+            : DiscVerify::NotCheckedMessage;
+        copyFailed(DiscVerify::failure(message, result));
+    });
+}
+
+// A copy written (and read back, when verifying): out it comes, then the
+// next one, or the end.
+void DuplicationFlow::copyDone()
+{
+    eject();
+    emit closePerformingOperation();
     ++i_Counter_Number_of_Copies;
     if (Duplication::isComplete(i_Counter_Number_of_Copies, i_Number_of_Copies)) {
-        FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] {
-            emit operationComplete();
+        const bool verified = m_context.verifies();
+        FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, verified] {
+            if (verified)
+                emit operationVerified();
+            else
+                emit operationComplete();
             finish();
         });
         return;
     }
     timerDuplicateMediaCopy.start();
+}
+
+// A copy that failed ends the duplication; the image goes.
+void DuplicationFlow::copyFailed(const OperationFailure &failure)
+{
+    eject();
+    emit closePerformingOperation();
+    FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, failure] {
+        emit operationFailed(failure);
+        finish();
+    });
 }

@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <memory>
 
+#include "drives/DiscVerify.h"
 #include "drives/MediaQuestions.h"
 #include "images/ImageTool.h"
 #include "images/SheetFlow.h"
@@ -16,6 +17,14 @@
 // completion sheet shows. Cancel at that question empties the working folder
 // (the image goes) and ends without completion; cancel at the count question
 // leaves the image until the next operation empties the folder.
+// Each blank disc must also have room for the image ("Not enough room on the
+// disc", then the question again).
+// Verifying after writing: each copy is read back before it is ejected (on
+// Linux compared with the image byte for byte, the single bar showing how
+// far; hdiutil checks its own writing). A copy that does not read back as
+// the image ends the duplication in the failure sheet ("Copy 1 of 2 was
+// written, but verifying it found differences."); after the last good copy
+// the completion sheet says "The disc was written and verified."
 class DuplicationFlow : public SheetFlow {
     Q_OBJECT
 public:
@@ -44,6 +53,9 @@ private:
     void TimerDuplicateMediaCopy();
     void blankChecked(const MediumCheck &check);
     void MediaDuplicationTerminated(const ToolVerdict &verdict);
+    void verifyCopy();
+    void copyDone();
+    void copyFailed(const OperationFailure &failure);
     void eject();
 
     std::unique_ptr<ImageTool> m_tool;
@@ -51,4 +63,5 @@ private:
     int i_Number_of_Copies = 0;
     int i_Counter_Number_of_Copies = 0;
     QTimer timerDuplicateMediaCopy;
+    QString m_device;  // the drive the copies are written to
 };

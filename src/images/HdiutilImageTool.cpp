@@ -7,8 +7,12 @@ ToolCommand HdiutilImageTool::makeImageCommand(const QString &destIso, const QSt
                         QStringLiteral("-iso"), QStringLiteral("-joliet")}};
 }
 
-ToolCommand HdiutilImageTool::burnImageCommand(const Object_Optical_Drive &drive, const QString &image) const
+ToolCommand HdiutilImageTool::burnImageCommand(const Object_Optical_Drive &drive, const QString &image,
+                                               bool verify) const
 {
     Q_UNUSED(drive)
-    return ToolCommand{m_hdiutil, {QStringLiteral("burn"), image, QStringLiteral("-verbose")}};
+    QStringList args{QStringLiteral("burn"), image, QStringLiteral("-verbose")};
+    if (!verify)
+        args << QStringLiteral("-noverifyburn");
+    return ToolCommand{m_hdiutil, args};
 }

@@ -4,6 +4,7 @@
 
 #include "app/Alerts.h"
 #include "app/FilePicker.h"
+#include "burn/DiscRoom.h"
 #include "images/ImageMessages.h"
 #include "images/IsoCreation.h"
 
@@ -24,7 +25,7 @@ void ImageBurnFlow::OnActionISOBurn()
     }
     m_image = chosen.first();
     QPointer<ImageBurnFlow> self(this);
-    m_context.media->checkMedium(QString(), [self](const MediumCheck &check) {
+    m_context.media->checkMedium(QString(), DiscRoom::forImage(m_image), [self](const MediumCheck &check) {
         if (self)
             self->checked(check);
     });
@@ -47,21 +48,50 @@ void ImageBurnFlow::checked(const MediumCheck &check)
         finish();
         return;
     }
+    if (check.result == MediumCheck::NoRoom) {
+        m_context.alerts->show(DiscRoom::noRoom(check.needed, check.freeSectors, DiscRoom::Subject::Image));
+        finish();
+        return;
+    }
 
     emit showPerformingOperation();
 
     const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
-    const ToolCommand command = m_tool->burnImageCommand(drive, m_image);
+    m_device = drive.s_Device_Path;
+    const ToolCommand command = m_tool->burnImageCommand(drive, m_image, m_context.verifies());
     startToolRun(command, ToolRun::Channels::Separate, [this](const ToolVerdict &v) { taskTerminated(v); },
                  m_tool->progressKind());
+    if (m_context.verifies() && m_tool->checksItsWriting())
+        tellWhenToolVerifies();
 }
 
 void ImageBurnFlow::taskTerminated(const ToolVerdict &verdict)
 {
+    const bool verifies = m_context.verifies();
+    if (verdict.ok() && verifies && !m_tool->checksItsWriting()) {
+        verifyThen();
+        return;
+    }
     emit closePerformingOperation();
-    if (verdict.ok())
+    if (verdict.ok() && verifies)
+        emit operationVerified();  // hdiutil's own read-back passed
+    else if (verdict.ok())
         emit operationComplete();
     else
-        tellFailure(ImageMessages::DiscNotWritten, verdict);
+        tellFailure(verifies && DiscVerify::failedWhileVerifying(verdict) ? DiscVerify::MismatchMessage
+                                                                          : ImageMessages::DiscNotWritten,
+                    verdict);
     finish();
+}
+
+void ImageBurnFlow::verifyThen()
+{
+    readBackImage(m_image, m_device, [this](const VerifyResult &result) {
+        emit closePerformingOperation();
+        if (result.verified())
+            emit operationVerified();
+        else
+            emit operationFailed(DiscVerify::failure(DiscVerify::messageFor(result), result));
+        finish();
+    });
 }

@@ -1,6 +1,9 @@
 #include "images/SheetFlow.h"
 
+#include <memory>
+
 #include "app/Alerts.h"
+#include "drives/DiscVerify.h"
 
 SheetFlow::SheetFlow(const ImageFlowContext &context, QObject *parent) : QObject(parent), m_context(context) {}
 
@@ -33,10 +36,58 @@ void SheetFlow::startToolRun(const ToolCommand &command, ToolRun::Channels chann
     run->start();
 }
 
+DiscVerification *SheetFlow::startReadBack(std::function<void(const VerifyResult &)> done)
+{
+    emit verifying();
+    auto *verification = new DiscVerification(this);
+    m_readBack = verification;
+    connect(verification, &DiscVerification::finished, this, [this, verification, done](VerifyResult result) {
+        verification->deleteLater();
+        result.cancelled = m_cancelling;
+        if (done)
+            done(result);
+    });
+    return verification;
+}
+
+void SheetFlow::readBackFiles(const ToolCommand &check, std::function<void(const VerifyResult &)> done)
+{
+    startReadBack(std::move(done))->checkFiles(check);
+}
+
+void SheetFlow::readBackImage(const QString &image, const QString &drive,
+                              std::function<void(const VerifyResult &)> done)
+{
+    DiscVerification *verification = startReadBack(std::move(done));
+    connect(verification, &DiscVerification::progress, this, &SheetFlow::checkProgress);
+    verification->compareImage(image, drive);
+}
+
+void SheetFlow::tellWhenToolVerifies()
+{
+    ToolRun *run = m_run;
+    if (!run)
+        return;
+    auto told = std::make_shared<bool>(false);
+    auto look = [this, told](const QString &text) {
+        if (!*told && DiscVerify::saysVerifying(text)) {
+            *told = true;
+            emit verifying();
+        }
+    };
+    connect(run, &ToolRun::outputReports, this, look);
+    connect(run, &ToolRun::errorReports, this, look);
+}
+
 void SheetFlow::cancel()
 {
     if (!m_busy || m_cancelling)
         return;
+    if (readingBack()) {  // the disc is written: reading it back is stopped without a question
+        m_cancelling = true;
+        m_readBack->stop();
+        return;
+    }
     if (toolRunning()) {
         const bool writing = runWritesDisc();
         if (writing && !ToolMessages::confirmStopWriting(*m_context.alerts))

@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 
+#include "drives/DiscVerification.h"
 #include "images/ImageFlowContext.h"
 #include "images/ImageProgress.h"
 #include "toolrun/ToolCommand.h"
@@ -34,7 +35,10 @@ signals:
     void closePerformingOperation();
     void showStagingSheet();           // the data disc's copy sheet
     void closeStagingSheet();
+    void checkProgress(double percent); // the share of the disc read back, 0 to 100
     void operationComplete();          // the completion sheet
+    void verifying();                  // the working (or single-bar) sheet says "Verifying the disc…"
+    void operationVerified();          // the completion sheet: "The disc was written and verified."
     void operationFailed(const OperationFailure &failure);  // the last sheet of a failure
     void toolStarted(const QString &program, const QStringList &arguments);
     void toolFinished(int exitCode);
@@ -77,12 +81,29 @@ protected:
 
     // Whether a tool of this flow is running now.
     bool toolRunning() const { return m_run && m_run->isRunning(); }
+    // Reading back a disc this flow wrote: verifying() first (the sheet says
+    // "Verifying the disc…"), then xorriso's checksum check of its files,
+    // or its first bytes compared with an image on a worker (the single bar
+    // follows from 0). `done` gets what was found, on this thread.
+    void readBackFiles(const ToolCommand &check, std::function<void(const VerifyResult &)> done);
+    void readBackImage(const QString &image, const QString &drive, std::function<void(const VerifyResult &)> done);
+    // Whether a read-back of this flow is under way.
+    bool readingBack() const { return m_readBack && m_readBack->isRunning(); }
+
+    // While the run just started goes on, the first report saying the tool
+    // has begun reading back what it wrote (DiscVerify::saysVerifying) emits
+    // verifying(): the recorders that check their own writing (hdiutil,
+    // drutil).
+    void tellWhenToolVerifies();
 
     ImageFlowContext m_context;
 
 private:
+    DiscVerification *startReadBack(std::function<void(const VerifyResult &)> done);
+
     bool m_busy = false;
     bool m_cancelling = false;
     bool m_stoppedWhileWriting = false;
     QPointer<ToolRun> m_run;
+    QPointer<DiscVerification> m_readBack;
 };

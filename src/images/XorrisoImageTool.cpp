@@ -40,7 +40,8 @@ ToolCommand XorrisoImageTool::makeImageCommand(const QString &destIso, const QSt
     return ToolCommand{m_xorriso, args};
 }
 
-ToolCommand XorrisoImageTool::burnImageCommand(const Object_Optical_Drive &drive, const QString &image) const
+ToolCommand XorrisoImageTool::burnImageCommand(const Object_Optical_Drive &drive, const QString &image,
+                                               bool) const
 {
     QStringList args = xorrisoPacing();
     args << QStringLiteral("-as") << QStringLiteral("cdrecord") << QStringLiteral("-v") << QStringLiteral("-nopad")

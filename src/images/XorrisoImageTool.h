@@ -13,7 +13,8 @@ public:
     explicit XorrisoImageTool(const QString &xorriso) : m_xorriso(xorriso) {}
 
     ToolCommand makeImageCommand(const QString &destIso, const QString &sourceFolder) const override;
-    ToolCommand burnImageCommand(const Object_Optical_Drive &drive, const QString &image) const override;
+    ToolCommand burnImageCommand(const Object_Optical_Drive &drive, const QString &image,
+                                 bool verify = false) const override;
     ImageProgress::Kind progressKind() const override { return ImageProgress::Kind::XorrisoRecordPercent; }
 
     // A volume name xorriso takes: at most 32 bytes of UTF-8, cut on a

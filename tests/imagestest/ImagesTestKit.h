@@ -15,6 +15,7 @@
 #include <QTimer>
 #include <QtTest>
 #include <csignal>
+#include <optional>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -25,13 +26,18 @@
 namespace ImagesTestKit {
 
 // A drive whose medium the test sets; every status query answers from it
-// later, from the event loop, as the real backends do.
+// later, from the event loop, as the real backends do. The room on the
+// medium is not known unless the test says it (`freeSectors`) or lends the
+// question to a real backend (`spaceFrom`, e.g. xorriso on a pseudo-drive).
 class FakeDrive : public DriveBackend {
 public:
     MediaAnswers medium;
     int queries = 0;
+    int spaceQueries = 0;
     int ejects = 0;
     std::function<void()> onEject;
+    std::optional<qint64> freeSectors;
+    DriveBackend *spaceFrom = nullptr;
 
     static MediaAnswers blank(const QString &family)
     {
@@ -79,6 +85,21 @@ public:
             MediaStatus s;
             s.text = QStringLiteral("status");
             s.answers = now;
+            done(s);
+        });
+    }
+    void queryFreeSpace(const Object_Optical_Drive &drive, SpaceCallback done) override
+    {
+        ++spaceQueries;
+        if (spaceFrom) {
+            spaceFrom->queryFreeSpace(drive, std::move(done));
+            return;
+        }
+        const std::optional<qint64> now = freeSectors;
+        QTimer::singleShot(0, this, [done, now] {
+            MediaSpace s;
+            s.known = now.has_value();
+            s.freeSectors = now.value_or(0);
             done(s);
         });
     }
@@ -193,6 +214,8 @@ public:
         connect(flow, &SheetFlow::showStagingSheet, this, [add] { add(QStringLiteral("showStagingSheet")); });
         connect(flow, &SheetFlow::closeStagingSheet, this, [add] { add(QStringLiteral("closeStagingSheet")); });
         connect(flow, &SheetFlow::operationComplete, this, [add] { add(QStringLiteral("operationComplete")); });
+        connect(flow, &SheetFlow::verifying, this, [add] { add(QStringLiteral("verifying")); });
+        connect(flow, &SheetFlow::operationVerified, this, [add] { add(QStringLiteral("operationVerified")); });
         connect(flow, &SheetFlow::operationFailed, this, [this, add](const OperationFailure &f) {
             failures << f;
             add(QStringLiteral("operationFailed"));
@@ -200,6 +223,10 @@ public:
         connect(flow, &SheetFlow::ended, this, [this, add] {
             add(QStringLiteral("ended"));
             ++endedCount;
+        });
+        connect(flow, &SheetFlow::checkProgress, this, [this, add](double v) {  // reading back
+            progress << v;
+            add(QStringLiteral("progress"));
         });
         connect(flow, &SheetFlow::writeProgress, this, [this, add](const WriteReport &r) {
             reports << r;

@@ -10,7 +10,8 @@ class FakeDriveBackend : public DriveBackend {
 public:
     DriveList drives;
     MediaStatus status;  // what every status query answers
-    QStringList calls;   // "list", "status N", "eject N", "close N", "erase full N" ...
+    MediaSpace space;    // what every free-space query answers (not known unless set)
+    QStringList calls;   // "list", "status N", "space N", "eject N", "close N", "erase full N" ...
     ToolCommand erase{QStringLiteral("/bin/true"), {}};
 
     static MediaStatus medium(bool empty, bool writable, bool rewritable, const QString &family,
@@ -46,6 +47,12 @@ public:
     {
         calls << QStringLiteral("status ") + d.s_Drive_Number;
         const MediaStatus now = status;
+        QTimer::singleShot(0, this, [done, now] { done(now); });
+    }
+    void queryFreeSpace(const Object_Optical_Drive &d, SpaceCallback done) override
+    {
+        calls << QStringLiteral("space ") + d.s_Drive_Number;
+        const MediaSpace now = space;
         QTimer::singleShot(0, this, [done, now] { done(now); });
     }
     void ejectTray(const Object_Optical_Drive &d) override { calls << QStringLiteral("eject ") + d.s_Drive_Number; }

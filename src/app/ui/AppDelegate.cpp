@@ -38,6 +38,7 @@
 #include "compilation/ui/CompilationTable.h"
 #include "compilation/ui/SpaceOccupiedView.h"
 #include "compilation/ui/Window_New_Disc.h"
+#include "drives/DiscVerify.h"
 #include "drives/DriveBackendFactory.h"
 #include "drives/MediaQuestions.h"
 #include "images/DataBurnFlow.h"
@@ -114,6 +115,7 @@ AppDelegate::AppDelegate(const AppContext &context, QObject *parent)
     flows.currentDrive = [this] { return currentDrive(); };
     flows.debugMode = [this] { return m_b_Debug_Mode; };
     flows.ejectDisc = [this] { OnToolsEjectDisc(); };
+    flows.verifyAfterWriting = [this] { return m_settings.verifyAfterWriting(); };
     flows.dataFolder = WorkingFolders::inside(m_context.documentsDir).s_Data_Folder;
     m_dataBurn = new DataBurnFlow(flows, this);
     m_isoCreation = new IsoCreationFlow(flows, this);
@@ -148,6 +150,7 @@ bool AppDelegate::applicationDidFinishLaunching()
     }
     s_Video_Output_Format = m_settings.string(SettingsKeys::VideoFormat);
     s_Audio_Output_Format = m_settings.string(SettingsKeys::AudioFormat);
+    m_window->menuitemVerifyAfterWriting->setChecked(m_settings.verifyAfterWriting());
 
     Load_List_Of_Optical_Drives();  // answers later; the window does not wait for it
 
@@ -312,6 +315,7 @@ void AppDelegate::connectWindow()
     on(w->menuitemQuit, &QAction::triggered, &AppDelegate::OnMenuQuit);
     on(w->menuitemHelpShowLogs, &QAction::triggered, &AppDelegate::OnMenuHelpShowLogs);
     on(w->menuitemDebugMode, &QAction::triggered, &AppDelegate::OnMenuDebugMode);
+    on(w->menuitemVerifyAfterWriting, &QAction::triggered, &AppDelegate::OnMenuVerifyAfterWriting);
     for (int i = 0; i < 6; ++i)
         connect(w->submenuItemDriveSlot[i], &QAction::triggered, this, [this, i] { OnMenuDriveSlot(i + 1); });
 
@@ -350,6 +354,12 @@ void AppDelegate::connectFlow(SheetFlow *flow)
     connect(flow, &SheetFlow::closeStagingSheet, this, &AppDelegate::Close_Window_Data_Copy_Folders);
     connect(flow, &SheetFlow::operationComplete, this, &AppDelegate::Show_Window_Operation_Complete);
     connect(flow, &SheetFlow::operationFailed, this, &AppDelegate::Show_Window_Operation_Failed);
+    connect(flow, &SheetFlow::verifying, this, &AppDelegate::Show_Window_Verifying);
+    connect(flow, &SheetFlow::checkProgress, this, [this](double percent) {
+        if (windowPerformingOperation)
+            windowPerformingOperation->showCheckProgress(percent);
+    });
+    connect(flow, &SheetFlow::operationVerified, this, &AppDelegate::Show_Window_Operation_Verified);
 }
 
 // The single-bar sheet: from 0 of `maximum` (0: busy), fed by setUniqueProgress.
@@ -477,6 +487,11 @@ void AppDelegate::OnMenuDebugMode()
     m_window->menuitemDebugMode->setChecked(m_b_Debug_Mode);
 }
 
+void AppDelegate::OnMenuVerifyAfterWriting()
+{
+    m_settings.setFlag(SettingsKeys::VerifyAfterWriting, m_window->menuitemVerifyAfterWriting->isChecked());
+}
+
 // ---------------------------------------------------------------- burns
 
 void AppDelegate::burnMedia(int operation)
@@ -489,6 +504,7 @@ void AppDelegate::burnMedia(int operation)
     c.s_Audio_Output_Format = s_Audio_Output_Format;
     c.currentDrive = currentDrive();
     c.m_b_Debug_Mode = m_b_Debug_Mode;
+    c.verifyAfterWriting = m_settings.verifyAfterWriting();
     m_mediaBurn->burn(static_cast<BurnOperation>(operation), arrayMediaFiles->records(), c);
 }
 
@@ -579,7 +595,16 @@ void AppDelegate::tellIfAway(const QString &verdict)
 
 void AppDelegate::Show_Window_Operation_Complete()
 {
+    showCompletion(QString());
+}
+
+void AppDelegate::showCompletion(const QString &message)
+{
     windowOperationCompleted = new Window_Operation_Terminated(m_window.get());
+    if (!message.isEmpty()) {
+        windowOperationCompleted->labelMessage->setText(message);
+        windowOperationCompleted->labelMessage->setAccessibleName(message);
+    }
     connect(windowOperationCompleted, &Window_Operation_Terminated::OnOK, this,
             &AppDelegate::Close_Window_Operation_Complete);
     tellIfAway(windowOperationCompleted->labelMessage->text());  // before the sheet takes the focus
@@ -587,6 +612,23 @@ void AppDelegate::Show_Window_Operation_Complete()
 }
 
 void AppDelegate::Close_Window_Operation_Complete() { dropSheet(windowOperationCompleted); }
+
+void AppDelegate::Show_Window_Verifying()
+{
+    const QString caption = DiscVerify::VerifyingCaption;
+    // The sheet that showed the writing goes on, saying what it does now.
+    if (!windowPerformingOperation)
+        Show_Window_Performing_Operation();
+    windowPerformingOperation->beginCheck();
+    windowPerformingOperation->setWindowTitle(DiscVerify::VerifyingTitle);
+    windowPerformingOperation->labelDescription->setText(caption);
+    windowPerformingOperation->labelDescription->setAccessibleName(caption);
+}
+
+void AppDelegate::Show_Window_Operation_Verified()
+{
+    showCompletion(DiscVerify::VerifiedMessage);
+}
 
 void AppDelegate::Show_Window_Operation_Failed(const OperationFailure &failure)
 {

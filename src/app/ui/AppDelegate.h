@@ -85,6 +85,7 @@ public:
     void OnMenuQuit() { Terminate_App(); }
     void OnMenuHelpShowLogs();
     void OnMenuDebugMode();
+    void OnMenuVerifyAfterWriting();  // the Drive menu's check: the setting follows it
 
     // The eight burns (virtual so a test can see which one the Burn button reaches).
     virtual void Burn_Audio_CD();
@@ -101,6 +102,11 @@ public:
     void Show_Window_Operation_Complete();
     void Close_Window_Operation_Complete();
     void Show_Window_Operation_Failed(const OperationFailure &failure);
+    // Verifying after writing: the sheet up says "Verifying the disc…" (the
+    // working sheet is shown when none is up); the completion sheet that
+    // says "The disc was written and verified."
+    void Show_Window_Verifying();
+    void Show_Window_Operation_Verified();
 
     // Drives and disc tools
     void Load_List_Of_Optical_Drives();
@@ -169,6 +175,8 @@ public:
     void showWriteProgress(const WriteReport &report) override;
     void showOperationComplete() override { Show_Window_Operation_Complete(); }
     void showOperationFailed(const OperationFailure &failure) override { Show_Window_Operation_Failed(failure); }
+    void showVerifying() override { Show_Window_Verifying(); }
+    void showOperationVerified() override { Show_Window_Operation_Verified(); }
 
     // State, as the rest of the program knows it
     bool m_b_Debug_Mode = false;
@@ -240,6 +248,8 @@ private:
     // An operation that ran longer than NotifyAfterMs and ends while the
     // window is not the active one: the desktop shows its verdict.
     void tellIfAway(const QString &verdict);
+    // The completion sheet, with its own message when one is given.
+    void showCompletion(const QString &message);
     // Gives a long sheet its Cancel button, wired to cancelOperation.
     void offerCancel(StatusSheet *sheet);
     void play(int tab);

@@ -291,6 +291,13 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent)
                                            QStringLiteral("submenuItemDriveSlot%1").arg(i + 1), true);
         submenuItemDriveSlot[i]->setVisible(i == 0);
     }
+    driveMenu->addSeparator();
+    menuitemVerifyAfterWriting = menuItem(driveMenu, QStringLiteral("&Verify After Writing"),
+                                          QStringLiteral("menuitemVerifyAfterWriting"), true);
+    menuitemVerifyAfterWriting->setChecked(true);
+    // A screen reader reads the item as its text without the mnemonic:
+    // "Verify After Writing", checked or not.
+    menuitemVerifyAfterWriting->setToolTip(QStringLiteral("Read each disc back after writing it and compare"));
 
     QMenu *helpMenu = menuBar()->addMenu(QStringLiteral("&Help"));
     menuitemHelpAppHomePage = menuItem(helpMenu, QStringLiteral("&Tamblo Home Page"), QStringLiteral("menuitemHelpAppHomePage"));

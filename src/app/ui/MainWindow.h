@@ -114,6 +114,7 @@ public:
     QAction *submenuItemTabISO;
     QAction *submenuItemTabTools;
     std::array<QAction *, 6> submenuItemDriveSlot{};  // items 1 to 6 at 0 to 5
+    QAction *menuitemVerifyAfterWriting;  // Drive menu: read each disc back after writing it
     QAction *menuitemHelpAppHomePage;
     QAction *menuitemHelpCompanyHomePage;
     QAction *menuitemHelpSubmitTicket;

@@ -101,6 +101,29 @@ void Window_Performing_Operation::showWriteReport(const WriteReport &report, qin
     emit readoutChanged();
 }
 
+void Window_Performing_Operation::beginCheck()
+{
+    m_readout = WriteReadout();
+    for (QLabel *label : {labelPercent, labelWritten, labelSpeed, labelTimeLeft})
+        label->hide();
+    pgAnimation->setMinDouble(0.0);
+    pgAnimation->setMaxDouble(0.0);
+    pgAnimation->setAccessibleName(QStringLiteral("Working"));
+}
+
+void Window_Performing_Operation::showCheckProgress(double percent)
+{
+    if (pgAnimation->isBusy()) {
+        pgAnimation->setAccessibleName(QStringLiteral("Reading back"));
+        pgAnimation->setMaxDouble(100.0);
+    }
+    pgAnimation->setDoubleValue(qBound(0.0, percent, 100.0));
+    const QString text = QStringLiteral("%1%").arg(qRound(qBound(0.0, percent, 100.0)));
+    labelPercent->setText(text);
+    labelPercent->setAccessibleName(text);
+    labelPercent->show();
+}
+
 Window_Operation_Terminated::Window_Operation_Terminated(QWidget *mainWindow) : StatusSheet(mainWindow)
 {
     setObjectName(QStringLiteral("Window_Operation_Terminated"));

@@ -54,6 +54,11 @@ public:
     void showWriteReport(const WriteReport &report, qint64 ms, const QDateTime &now);
     const WriteReadout &readout() const { return m_readout; }
 
+    // The disc is read back after the write: the write's lines go, the bar
+    // spins until showCheckProgress gives it the share checked.
+    void beginCheck();
+    void showCheckProgress(double percent);
+
 signals:
     void readoutChanged();  // the bar and the lines show a new report
 
