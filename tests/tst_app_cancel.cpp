@@ -69,6 +69,25 @@ struct CancelRig : AppHarness<> {
 
     QString folder(const char *name) const { return documents + QLatin1Char('/') + QLatin1String(name); }
 
+    // An MP3 CD of one file whose transcode succeeds at once (the recorder,
+    // and `xorriso` when given, as the test chooses), burned from the button.
+    bool burnOneMp3(const QString &xorriso = QString())
+    {
+        tune = [base = tune, xorriso](AppContext &c) {
+            base(c);
+            c.tools.ffmpeg = WritesOutput;
+            if (!xorriso.isEmpty())
+                c.tools.xorriso = xorriso;
+        };
+        drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        if (!start())
+            return false;
+        app->OnActionMP3CD();
+        app->arrayMediaFiles->append(mediaRecord("/music/a.mp3", 2));
+        app->mainWindow()->btnBurn->click();
+        return true;
+    }
+
     // The hanging tools that were started, by process id.
     QList<qint64> started() const
     {
@@ -219,15 +238,7 @@ private slots:
     void recordingCancelledAfterAsking()
     {
         CancelRig r;
-        r.tune = [base = r.tune](AppContext &c) {
-            base(c);
-            c.tools.ffmpeg = WritesOutput;
-        };
-        r.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
-        QVERIFY(r.start());
-        r.app->OnActionMP3CD();
-        r.app->arrayMediaFiles->append(mediaRecord("/music/a.mp3", 2));
-        r.app->mainWindow()->btnBurn->click();
+        QVERIFY(r.burnOneMp3());
         QTRY_VERIFY(r.app->mediaBurn()->isRecording());
         QTRY_VERIFY(r.app->windowPerformingOperation);
         QTRY_COMPARE(r.started().size(), 1);
@@ -387,16 +398,7 @@ private slots:
     void verificationCancelled()
     {
         CancelRig r;
-        r.tune = [base = r.tune](AppContext &c) {
-            base(c);
-            c.tools.ffmpeg = WritesOutput;
-            c.tools.xorriso = QStringLiteral(TAMBLO_FAKES_DIR "/xorriso-hangs-on-check");
-        };
-        r.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
-        QVERIFY(r.start());
-        r.app->OnActionMP3CD();
-        r.app->arrayMediaFiles->append(mediaRecord("/music/a.mp3", 2));
-        r.app->mainWindow()->btnBurn->click();
+        QVERIFY(r.burnOneMp3(QStringLiteral(TAMBLO_FAKES_DIR "/xorriso-hangs-on-check")));
         QTRY_COMPARE(r.started().size(), 1);  // the check hangs
         QTRY_VERIFY(r.app->windowPerformingOperation);
         QCOMPARE(r.app->windowPerformingOperation->labelDescription->text(), QString("Verifying the disc…"));

@@ -21,6 +21,11 @@ CompilationTable::CompilationTable(const QString &accessibleName, QWidget *paren
     verticalHeader()->setVisible(false);
     // Fixed row heights keep long lists cheap to lay out and scroll.
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    // Fitting a column to its contents measures the rows on screen only;
+    // Qt's default also measures a thousand rows more, each time rows
+    // arrive, and adding thousands of files then holds up the window.
+    horizontalHeader()->setResizeContentsPrecision(0);
+    verticalHeader()->setResizeContentsPrecision(0);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     horizontalHeader()->setSortIndicatorShown(false);
     horizontalHeader()->setSectionsClickable(true);
