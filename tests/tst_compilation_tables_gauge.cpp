@@ -448,10 +448,10 @@ private slots:
     {
         const QStringList pieces{"a", "A", "b", "é", "É", "ß", "SS", "z", "Z", "0", "1", "01", "10", "2", " ",
                                  "-", "_", "Ä", "ä", "ö", "9", "007", "x"};
-        quint32 seed = 12345;
-        auto next = [&seed] {
-            seed = seed * 1103515245u + 12345u;
-            return int((seed >> 16) % 0x7fff);
+        quint32 state = 12345;
+        auto next = [&state] {
+            state = state * 1103515245u + 12345u;
+            return int((state >> 16) % 0x7fff);
         };
         QList<NodeMediaFile> list;
         for (int i = 0; i < 3000; ++i) {
