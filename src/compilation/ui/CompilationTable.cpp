@@ -21,11 +21,13 @@ CompilationTable::CompilationTable(const QString &accessibleName, QWidget *paren
     verticalHeader()->setVisible(false);
     // Fixed row heights keep long lists cheap to lay out and scroll.
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    // Fitting a column to its contents measures the rows on screen only;
-    // Qt's default also measures a thousand rows more, each time rows
-    // arrive, and adding thousands of files then holds up the window.
-    horizontalHeader()->setResizeContentsPrecision(0);
-    verticalHeader()->setResizeContentsPrecision(0);
+    // Fitting a column to its contents measures a screenful of rows at
+    // most. Qt's default measures a thousand, and a table that is not on
+    // screen (the other tab's) every row, each time rows arrive: adding
+    // thousands of files then held up the window. (0 would not do: to Qt it
+    // means the rows on screen, and for a hidden table all of them.)
+    horizontalHeader()->setResizeContentsPrecision(ContentsRowsMeasured);
+    verticalHeader()->setResizeContentsPrecision(ContentsRowsMeasured);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     horizontalHeader()->setSortIndicatorShown(false);
     horizontalHeader()->setSectionsClickable(true);
@@ -96,7 +98,7 @@ void CompilationTable::fitColumns()
                 header->resizeSection(c, kept.value());
             continue;
         }
-        // Only what is on screen is measured, so a long list stays cheap.
+        // A screenful of rows is measured, so a long list stays cheap.
         const int wanted = std::max(header->sectionSizeHint(c), sizeHintForColumn(c)) + 8;
         header->resizeSection(c, std::min(wanted, room / 2));
     }

@@ -19,6 +19,8 @@
 class CompilationTable : public QTableView {
     Q_OBJECT
 public:
+    // How many rows a column's fit to its contents looks at.
+    static constexpr int ContentsRowsMeasured = 64;
     explicit CompilationTable(const QString &accessibleName, QWidget *parent = nullptr);
 
     void setModel(QAbstractItemModel *model) override;
