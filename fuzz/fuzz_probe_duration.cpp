@@ -24,12 +24,13 @@ static void checkSeconds(const QString &durationText)
     FUZZ_CHECK(seconds >= 0 && seconds <= kLongest);
 }
 
-// Eleven characters of the kinds a duration line holds, never a line break.
+// The eleven characters after "Duration:" as ffmpeg writes them (a blank,
+// then ten of the kinds a duration holds), never a line break.
 static QString durationText(FuzzedDataProvider &in)
 {
     static const char kinds[] = "0123456789:.-+ N/A,";
-    QString text;
-    for (int i = 0; i < 11; ++i)
+    QString text(QLatin1Char(' '));
+    for (int i = 1; i < 11; ++i)
         text += QLatin1Char(kinds[in.ConsumeIntegralInRange<int>(0, sizeof kinds - 2)]);
     return text;
 }
@@ -59,7 +60,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         report += QStringLiteral("Input #%1, mp3, from '%2':\n").arg(n).arg(nameAsPrinted(name));
         if (in.ConsumeBool())
             report += QStringLiteral("  Metadata:\n    title           : %1\n").arg(metadata);
-        report += QStringLiteral("  Duration: %1, start: 0.025057, bitrate: 64 kb/s\n").arg(duration);
+        report += QStringLiteral("  Duration:%1, start: 0.025057, bitrate: 64 kb/s\n").arg(duration);
         report += QStringLiteral("  Stream #%1:0: Audio: mp3, 44100 Hz, mono, fltp, 64 kb/s\n").arg(n);
     }
     report += QStringLiteral("At least one output file must be specified\n");
