@@ -16,7 +16,7 @@
 #include "appearance/ui/BackgroundViews.h"
 
 #include "app/ui/MainWindow.h"
-#include "app/ui/QtAlerts.h"
+#include "platform/ui/QtAlerts.h"
 #include "compilation/CompilationActions.h"
 #include "support/AppHarness.h"
 #include "support/PreviewMedia.h"

@@ -25,7 +25,7 @@
 #include <QTimer>
 #include <memory>
 
-#include "app/AppSettings.h"
+#include "platform/AppSettings.h"
 #include "app/ui/AppContext.h"
 #include "app/ui/AppDelegate.h"
 #include "app/ui/MainWindow.h"

@@ -5,7 +5,7 @@
 #include <QListView>
 #include <QTemporaryDir>
 
-#include "app/ui/QtFilePicker.h"
+#include "platform/ui/QtFilePicker.h"
 #include "compilation/ExtensionLists.h"
 #include "images/IsoCreation.h"
 #include "support/TestMain.h"

@@ -1,7 +1,7 @@
 #include "support/TestMain.h"
 
-#include "app/AppSettings.h"
-#include "app/WorkingFolders.h"
+#include "platform/AppSettings.h"
+#include "platform/WorkingFolders.h"
 #include "appearance/Theme.h"
 
 #include <QDir>

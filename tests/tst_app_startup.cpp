@@ -3,7 +3,7 @@
 #include <QProcess>
 #include <QResizeEvent>
 
-#include "app/AppSettings.h"
+#include "platform/AppSettings.h"
 #include "app/StartupFolders.h"
 #include "app/ui/MainWindow.h"
 #include "compilation/ui/CompilationTable.h"

@@ -1,6 +1,6 @@
 #include "support/TestMain.h"
 
-#include "app/AppSettings.h"
+#include "platform/AppSettings.h"
 #include "appearance/ThemeWriting.h"
 #include "appearance/Theme.h"
 

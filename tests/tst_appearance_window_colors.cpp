@@ -1,6 +1,6 @@
 #include "support/TestMain.h"
 
-#include "app/AppSettings.h"
+#include "platform/AppSettings.h"
 #include "appearance/Theme.h"
 #include "appearance/ui/ColorWell.h"
 #include "appearance/ui/Window_Colors.h"

@@ -1,6 +1,6 @@
 #include <QTemporaryDir>
 
-#include "app/AppSettings.h"
+#include "platform/AppSettings.h"
 #include "support/MediumAnswers.h"
 #include "burn/BurnChecks.h"
 #include "burn/BurnMessages.h"

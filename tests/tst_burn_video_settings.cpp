@@ -3,7 +3,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
-#include "app/AppSettings.h"
+#include "platform/AppSettings.h"
 #include "burn/ui/Window_Video_Settings.h"
 #include "support/TestMain.h"
 

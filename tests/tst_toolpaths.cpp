@@ -1,5 +1,5 @@
 #include "support/TestMain.h"
-#include "app/ToolPaths.h"
+#include "platform/ToolPaths.h"
 #include "toolrun/ToolProcess.h"
 
 #include <QFile>

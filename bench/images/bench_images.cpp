@@ -21,8 +21,8 @@
 #include <functional>
 #include <cstdio>
 
-#include "app/Alerts.h"
-#include "app/FilePicker.h"
+#include "platform/Alerts.h"
+#include "platform/FilePicker.h"
 #include "drives/DriveBackend.h"
 #include "drives/MediaQuestions.h"
 #include "images/DataBurnFlow.h"

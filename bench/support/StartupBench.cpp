@@ -22,12 +22,12 @@
 
 #include "Sections.h"
 #include "app/SingleInstance.h"
-#include "app/ToolPaths.h"
+#include "platform/ToolPaths.h"
 #include "app/ui/AppContext.h"
 #include "app/ui/AppDelegate.h"
 #include "app/ui/MainWindow.h"
-#include "app/ui/QtAlerts.h"
-#include "app/ui/QtFilePicker.h"
+#include "platform/ui/QtAlerts.h"
+#include "platform/ui/QtFilePicker.h"
 
 namespace Bench {
 

@@ -1,6 +1,6 @@
 #include "app/StartupFolders.h"
 
-#include "app/AppSettings.h"
+#include "platform/AppSettings.h"
 
 namespace StartupTexts {
 QString fatalText(int folderIndex)

@@ -1,7 +1,7 @@
 #pragma once
 #include <QString>
 
-#include "app/WorkingFolders.h"
+#include "platform/WorkingFolders.h"
 
 class AppSettings;
 

@@ -1,7 +1,7 @@
 #pragma once
 #include <QColor>
 
-#include "app/AppSettings.h"
+#include "platform/AppSettings.h"
 
 // The theme in memory: five colours and the alternating-rows flag.
 struct Theme {

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QVariant>
 
-#include "app/AppSettings.h"
+#include "platform/AppSettings.h"
 #include "appearance/TableLook.h"
 #include "appearance/Theme.h"
 

@@ -1,6 +1,6 @@
 #include "burn/BurnChecks.h"
 
-#include "app/Alerts.h"
+#include "platform/Alerts.h"
 #include "burn/DiscRoom.h"
 #include "toolrun/ToolMessages.h"
 

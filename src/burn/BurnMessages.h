@@ -1,7 +1,7 @@
 #pragma once
 #include <QString>
 
-#include "app/Alerts.h"
+#include "platform/Alerts.h"
 
 // The eight burn operations, in the order of the disc kinds.
 enum class BurnOperation {

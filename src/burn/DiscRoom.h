@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "app/Alerts.h"
+#include "platform/Alerts.h"
 #include "burn/BurnMessages.h"
 #include "compilation/NodeMediaFile.h"
 #include "drives/MediaQuestions.h"

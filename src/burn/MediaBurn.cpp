@@ -5,13 +5,13 @@
 #include <functional>
 #include <memory>
 
-#include "app/WorkingFolders.h"
+#include "platform/WorkingFolders.h"
 #include "burn/BurnSheets.h"
 #include "burn/DiscRoom.h"
 #include "burn/Recorder.h"
 #include "burn/TranscodeArguments.h"
 #include "burn/TranscodeSequence.h"
-#include "app/Alerts.h"
+#include "platform/Alerts.h"
 #include "drives/DiscVerification.h"
 #include "toolrun/ToolMessages.h"
 #include "toolrun/ToolRun.h"

@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <memory>
 
-#include "app/ToolPaths.h"
+#include "platform/ToolPaths.h"
 #include "drives/Object_Optical_Drive.h"
 #include "toolrun/ToolCommand.h"
 

@@ -1,6 +1,6 @@
 #include "burn/VideoSettings.h"
 
-#include "app/AppSettings.h"
+#include "platform/AppSettings.h"
 
 VideoSettings VideoSettings::fromChoices(bool ntscOn, bool dolbyDigitalOn)
 {

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "app/FilePicker.h"
+#include "platform/FilePicker.h"
 #include "compilation/FolderMeasureJob.h"
 #include "compilation/MediaProbeJob.h"
 

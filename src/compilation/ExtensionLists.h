@@ -2,7 +2,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "app/FilePicker.h"
+#include "platform/FilePicker.h"
 
 // The extensions the Audio and Video tabs accept, and the open panels of the
 // five add actions.

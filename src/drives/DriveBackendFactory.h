@@ -1,7 +1,7 @@
 #pragma once
 #include <QObject>
 
-#include "app/ToolPaths.h"
+#include "platform/ToolPaths.h"
 #include "drives/DriveBackend.h"
 
 // The drive backend of the platform ToolPaths describes: drutil on macOS,

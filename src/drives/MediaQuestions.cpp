@@ -2,7 +2,7 @@
 
 #include <QPointer>
 
-#include "app/Alerts.h"
+#include "platform/Alerts.h"
 
 MediaQuestions::MediaQuestions(DriveBackend &backend, Alerts &alerts, std::function<bool()> debugMode,
                                std::function<Object_Optical_Drive()> currentDrive, QObject *parent)

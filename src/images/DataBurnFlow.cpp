@@ -2,8 +2,8 @@
 
 #include <QtDebug>
 
-#include "app/Alerts.h"
-#include "app/WorkingFolders.h"
+#include "platform/Alerts.h"
+#include "platform/WorkingFolders.h"
 #include "burn/DiscRoom.h"
 #include "drives/DiscVerify.h"
 #include "images/StagingCopy.h"

@@ -1,8 +1,8 @@
 #include "images/DuplicationFlow.h"
 
-#include "app/Alerts.h"
-#include "app/FilePicker.h"
-#include "app/WorkingFolders.h"
+#include "platform/Alerts.h"
+#include "platform/FilePicker.h"
+#include "platform/WorkingFolders.h"
 #include "burn/DiscRoom.h"
 #include "images/Duplication.h"
 #include "images/ImageMessages.h"

@@ -2,8 +2,8 @@
 
 #include <QPointer>
 
-#include "app/Alerts.h"
-#include "app/FilePicker.h"
+#include "platform/Alerts.h"
+#include "platform/FilePicker.h"
 #include "burn/DiscRoom.h"
 #include "images/ImageMessages.h"
 #include "images/IsoCreation.h"

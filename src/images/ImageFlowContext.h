@@ -2,7 +2,7 @@
 #include <QString>
 #include <functional>
 
-#include "app/ToolPaths.h"
+#include "platform/ToolPaths.h"
 #include "drives/Object_Optical_Drive.h"
 
 class Alerts;

@@ -2,7 +2,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "app/Alerts.h"
+#include "platform/Alerts.h"
 
 // The alerts of data burning, image burning and duplication, word for word.
 namespace ImageMessages {

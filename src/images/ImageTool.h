@@ -2,7 +2,7 @@
 #include <QString>
 #include <memory>
 
-#include "app/ToolPaths.h"
+#include "platform/ToolPaths.h"
 #include "drives/Object_Optical_Drive.h"
 #include "images/ImageProgress.h"
 #include "toolrun/ToolCommand.h"

@@ -1,7 +1,7 @@
 #pragma once
 #include <QString>
 
-#include "app/FilePicker.h"
+#include "platform/FilePicker.h"
 
 // The open panels of the ISO tab and duplication, and where a new image goes.
 namespace IsoCreation {

@@ -3,7 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "app/FilePicker.h"
+#include "platform/FilePicker.h"
 #include "images/ImageMessages.h"
 #include "images/IsoCreation.h"
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "app/Alerts.h"
+#include "platform/Alerts.h"
 #include "drives/DiscVerify.h"
 
 SheetFlow::SheetFlow(const ImageFlowContext &context, QObject *parent) : QObject(parent), m_context(context) {}

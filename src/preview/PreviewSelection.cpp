@@ -3,7 +3,7 @@
 #include <QItemSelectionModel>
 #include <algorithm>
 
-#include "app/Alerts.h"
+#include "platform/Alerts.h"
 
 namespace PreviewSelection {
 

@@ -1,7 +1,7 @@
 #pragma once
 #include <QString>
 
-#include "app/Alerts.h"
+#include "platform/Alerts.h"
 #include "toolrun/ToolVerdict.h"
 
 // What the user reads when a tool run did not go well.

@@ -3,7 +3,7 @@
 #include <QQueue>
 #include <functional>
 
-#include "app/Alerts.h"
+#include "platform/Alerts.h"
 
 // Records every alert and answers from a queue (default: the first button).
 class FakeAlerts : public Alerts {

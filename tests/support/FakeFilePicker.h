@@ -2,7 +2,7 @@
 #include <QList>
 #include <QQueue>
 
-#include "app/FilePicker.h"
+#include "platform/FilePicker.h"
 
 // Records every panel and answers from a queue (empty queue = Cancel).
 class FakeFilePicker : public FilePicker {

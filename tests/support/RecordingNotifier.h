@@ -1,7 +1,7 @@
 #pragma once
 #include <QStringList>
 
-#include "app/Notifier.h"
+#include "platform/Notifier.h"
 
 // Notes each notification as "title / text".
 class RecordingNotifier : public Notifier {

@@ -4,10 +4,10 @@
 #include <QUrl>
 #include <functional>
 
-#include "app/Alerts.h"
-#include "app/FilePicker.h"
-#include "app/Notifier.h"
-#include "app/ToolPaths.h"
+#include "platform/Alerts.h"
+#include "platform/FilePicker.h"
+#include "platform/Notifier.h"
+#include "platform/ToolPaths.h"
 #include "drives/DriveAccess.h"
 
 class DriveBackend;

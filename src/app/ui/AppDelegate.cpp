@@ -3,7 +3,7 @@
 #include <QElapsedTimer>
 #include <utility>
 
-#include "app/ui/DesktopNotifier.h"
+#include "platform/ui/DesktopNotifier.h"
 
 #include <QAction>
 #include <QGuiApplication>

@@ -4,8 +4,8 @@
 #include <QString>
 #include <memory>
 
-#include "app/AppSettings.h"
-#include "app/WorkingFolders.h"
+#include "platform/AppSettings.h"
+#include "platform/WorkingFolders.h"
 #include "app/ui/AppContext.h"
 #include "appearance/Theme.h"
 #include "burn/BurnSheets.h"

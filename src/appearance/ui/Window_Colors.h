@@ -1,7 +1,7 @@
 #pragma once
 #include <QDialog>
 
-#include "app/AppSettings.h"
+#include "platform/AppSettings.h"
 #include "appearance/Theme.h"
 #include "appearance/ui/ColorWell.h"
 

@@ -6,7 +6,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
-#include "app/AppSettings.h"
+#include "platform/AppSettings.h"
 
 static QRadioButton *radio(const QString &text, const QString &accessible, QWidget *parent)
 {

@@ -15,7 +15,7 @@
 #include <QVideoSink>
 #include <QVideoWidget>
 
-#include "app/Alerts.h"
+#include "platform/Alerts.h"
 #include "preview/PlaybackClock.h"
 #include "preview/PlaybackRates.h"
 

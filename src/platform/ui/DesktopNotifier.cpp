@@ -1,4 +1,4 @@
-#include "app/ui/DesktopNotifier.h"
+#include "platform/ui/DesktopNotifier.h"
 
 #include <QApplication>
 #include <QIcon>

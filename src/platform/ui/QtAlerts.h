@@ -2,7 +2,7 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "app/Alerts.h"
+#include "platform/Alerts.h"
 
 // Alerts as the user sees them: an application-modal message box.
 class QtAlerts : public Alerts {

@@ -2,7 +2,7 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "app/FilePicker.h"
+#include "platform/FilePicker.h"
 
 class QFileDialog;
 

@@ -1,4 +1,4 @@
-#include "app/ToolPaths.h"
+#include "platform/ToolPaths.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "app/ui/QtAlerts.h"
+#include "platform/ui/QtAlerts.h"
 
 #include <QAbstractButton>
 #include <QLineEdit>

@@ -1,4 +1,4 @@
-#include "app/WorkingFolders.h"
+#include "platform/WorkingFolders.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -2,7 +2,7 @@
 #include <QObject>
 #include <QPointer>
 
-#include "app/Notifier.h"
+#include "platform/Notifier.h"
 
 class QSystemTrayIcon;
 

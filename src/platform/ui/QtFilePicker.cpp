@@ -1,4 +1,4 @@
-#include "app/ui/QtFilePicker.h"
+#include "platform/ui/QtFilePicker.h"
 
 #include <QFileDialog>
 
