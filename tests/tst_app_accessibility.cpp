@@ -302,7 +302,7 @@ private slots:
         AppHarness<> h;
         QVERIFY(h.start());
         CompilationActions *adding = h.app->compilationActions();
-        emit adding->progressSheetShown(3);
+        emit adding->sheetShown(OperationSheet::MeasuringFiles, 3);
         QVERIFY(h.app->windowUniqueProgress);
         QCOMPARE(h.app->windowUniqueProgress->windowTitle(), QString("Adding Files"));
         DoubleProgressBar *bar = h.app->windowUniqueProgress->progressBar;
@@ -313,13 +313,13 @@ private slots:
         QCOMPARE(value->minimumValue().toDouble(), 0.0);
         QCOMPARE(value->maximumValue().toDouble(), 3.0);
         QCOMPARE(value->currentValue().toDouble(), 0.0);
-        emit adding->progressChanged(2);
+        emit adding->barMoved(OperationBar::Single, 2);
         QCOMPARE(value->currentValue().toDouble(), 2.0);
         QCOMPARE(iface->text(QAccessible::Value), QString("2 of 3"));
-        emit adding->progressSheetClosed();
+        emit adding->sheetClosed(OperationSheet::MeasuringFiles);
         QVERIFY(!h.app->windowUniqueProgress);
 
-        emit adding->progressSheetShown(0);  // a data folder: its size is not known yet
+        emit adding->sheetShown(OperationSheet::MeasuringFolder, 0);  // a data folder: its size is not known yet
         QVERIFY(h.app->windowUniqueProgress);
         QCOMPARE(h.app->windowUniqueProgress->windowTitle(), QString("Adding a Folder"));
         bar = h.app->windowUniqueProgress->progressBar;
@@ -327,7 +327,7 @@ private slots:
         QCOMPARE(bar->minimum(), 0);
         QCOMPARE(bar->maximum(), 0);  // moves on its own
         QCOMPARE(QAccessible::queryAccessibleInterface(bar)->valueInterface()->maximumValue().toDouble(), 0.0);
-        emit adding->progressSheetClosed();
+        emit adding->sheetClosed(OperationSheet::MeasuringFolder);
 
         // The burn sheets: a percentage is 0 to 100.
         DoubleProgressBar percent;

@@ -632,8 +632,10 @@ private slots:
 
         QStringList dataFolderDuringBurn{"unset"};
         SheetWatch watch(rig.app.get());
-        connect(rig.app->dataBurn(), &SheetFlow::showPerformingOperation, this,
-                [&] { dataFolderDuringBurn = entries(rig.dataFolder()); });
+        connect(rig.app->dataBurn(), &Operation::sheetShown, this, [&](OperationSheet sheet) {
+            if (sheet == OperationSheet::Working)
+                dataFolderDuringBurn = entries(rig.dataFolder());
+        });
         QVERIFY2(burnAndWaitForComplete(rig, watch), qPrintable(watch.events.join(", ")));
 
         QCOMPARE(watch.events, (QStringList{"working", "-working", "complete"}));
@@ -687,7 +689,9 @@ private slots:
         // half way.
         QStringList seen;
         QString picture;
-        connect(rig.app->dataBurn(), &SheetFlow::showPerformingOperation, this, [&] {
+        connect(rig.app->dataBurn(), &Operation::sheetShown, this, [&](OperationSheet shown) {
+            if (shown != OperationSheet::Working)
+                return;
             Window_Performing_Operation *sheet = rig.app->windowPerformingOperation;
             QVERIFY(sheet);
             seen << workingSheetNow(sheet);
@@ -1132,7 +1136,9 @@ private slots:
         QString caption;
         QString title;
         QString spoken;
-        connect(rig.app->dataBurn(), &SheetFlow::verifying, this, [&] {
+        connect(rig.app->dataBurn(), &Operation::sheetShown, this, [&](OperationSheet shown) {
+            if (shown != OperationSheet::Verifying)
+                return;
             if (Window_Performing_Operation *sheet = rig.app->windowPerformingOperation) {
                 caption = sheet->labelDescription->text();
                 spoken = sheet->labelDescription->accessibleName();
@@ -1176,11 +1182,13 @@ private slots:
         rig.picker.answers.enqueue({image});
         QString caption;
         QList<double> checked;
-        connect(rig.app->imageBurn(), &SheetFlow::verifying, this, [&] {
+        connect(rig.app->imageBurn(), &Operation::sheetShown, this, [&](OperationSheet shown) {
+            if (shown != OperationSheet::Verifying)
+                return;
             if (rig.app->windowPerformingOperation)
                 caption = rig.app->windowPerformingOperation->labelDescription->text();
         });
-        connect(rig.app->imageBurn(), &SheetFlow::checkProgress, this, [&] {
+        connect(rig.app->imageBurn(), &Operation::barMoved, this, [&] {
             if (rig.app->windowPerformingOperation)
                 checked << rig.app->windowPerformingOperation->pgAnimation->doubleValue();
         });
@@ -1234,7 +1242,10 @@ private slots:
         rig.app->OnMenuTabData();
         QVERIFY(rig.addDataFolder(folder));
         int verifying = 0;
-        connect(rig.app->dataBurn(), &SheetFlow::verifying, this, [&] { ++verifying; });
+        connect(rig.app->dataBurn(), &Operation::sheetShown, this, [&](OperationSheet shown) {
+            if (shown == OperationSheet::Verifying)
+                ++verifying;
+        });
         QStringList recording;
         connect(rig.app->dataBurn(), &SheetFlow::toolStarted, this,
                 [&](const QString &, const QStringList &args) { recording = args; });

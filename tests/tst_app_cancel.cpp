@@ -153,14 +153,14 @@ private slots:
     {
         CancelRig r;
         QVERIFY(r.start());
-        r.app->beginProgress();
+        emit r.app->mediaBurn()->sheetShown(OperationSheet::Transcoding);
         QVERIFY(cancelOf(r.app->windowProgress));
         QCOMPARE(r.app->windowProgress->btnCancel->accessibleName(), QString("Cancel"));
         QVERIFY(r.app->windowProgress->btnCancel->isVisible());
-        r.app->endProgress();
+        emit r.app->mediaBurn()->sheetClosed(OperationSheet::Transcoding);
         r.app->Show_Window_Performing_Operation();
         QVERIFY(cancelOf(r.app->windowPerformingOperation));
-        r.app->endPerformingOperation();
+        emit r.app->mediaBurn()->sheetClosed(OperationSheet::Working);
         r.app->Show_Window_Data_Copy_Folders();
         QVERIFY(cancelOf(r.app->windowDataCopyFolders));
         r.app->Close_Window_Data_Copy_Folders();
@@ -201,7 +201,7 @@ private slots:
         MediaListModel media;
         DataFolderModel data;
         CompilationActions actions(&media, &data, nullptr);
-        QSignalSpy closed(&actions, &CompilationActions::progressSheetClosed);
+        QSignalSpy closed(&actions, &Operation::sheetClosed);
         QSignalSpy busy(&actions, &CompilationActions::busyChanged);
         QVERIFY(actions.addDataFolder(tree.path()));
         actions.cancel();

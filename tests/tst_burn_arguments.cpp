@@ -2,7 +2,7 @@
 
 #include "platform/AppSettings.h"
 #include "support/MediumAnswers.h"
-#include "burn/BurnChecks.h"
+#include "burn/MediumChecks.h"
 #include "burn/BurnMessages.h"
 #include "burn/DrutilRecorder.h"
 #include "burn/Recorder.h"

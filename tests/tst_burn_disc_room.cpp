@@ -11,7 +11,6 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
-#include "burn/BurnSheets.h"
 #include "burn/DiscRoom.h"
 #include "burn/MediaBurn.h"
 #include "burn/XorrisoRecorder.h"
@@ -24,7 +23,7 @@
 #include "images/ImageBurnFlow.h"
 #include "images/XorrisoImageTool.h"
 #include "imagestest/ImagesTestKit.h"
-#include "support/BurnSheetEvents.h"
+#include "support/SheetLog.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
 #include "support/SmallDisk.h"
@@ -39,7 +38,6 @@ namespace {
 // the refused burns is.
 constexpr qint64 OneMegabyte = 1024 * 1024 / 2048;
 
-using Sheets = BurnSheetEvents;
 
 NodeMediaFile media(const QString &path, qint64 seconds)
 {
@@ -137,20 +135,20 @@ class TestBurnDiscRoom : public QObject {
         Drive drive(family, disk.device());
         QTemporaryDir docs;
         MediaBurnContext ctx;
-        ctx.sffmpegPath = m_ffmpeg;
-        ctx.s_Audio_Folder = docs.filePath(QStringLiteral("TambloAudio"));
-        ctx.s_Video_Folder = docs.filePath(QStringLiteral("TambloVideo"));
+        ctx.ffmpeg = m_ffmpeg;
+        ctx.audioFolder = docs.filePath(QStringLiteral("TambloAudio"));
+        ctx.videoFolder = docs.filePath(QStringLiteral("TambloVideo"));
         ctx.currentDrive = drive.current;
-        const QString folder = BurnMessages::isVideoBurn(op) ? ctx.s_Video_Folder : ctx.s_Audio_Folder;
+        const QString folder = BurnMessages::isVideoBurn(op) ? ctx.videoFolder : ctx.audioFolder;
         writeFile(folder + "/left over.txt", "mine\n");
         XorrisoRecorder recorder(xorrisoPath(), QStandardPaths::findExecutable(QStringLiteral("cdrskin")));
-        Sheets sheets;
-        MediaBurn burn(recorder, sheets, drive.alerts, drive.media->checker());
+        MediaBurn burn(recorder, drive.alerts, drive.media->checker());
+        SheetLog sheets(&burn);
         QSignalSpy refused(&burn, &MediaBurn::refused);
         burn.burn(op, list, ctx);
         if (!QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000))
             out.alerts << QStringLiteral("the burn did not end");
-        out.sheets = sheets.events;
+        out.sheets = sheets.steps();
         out.alerts = drive.alerts.texts();
         out.refused = refused.count();
         out.folderAfter = names(folder);
@@ -353,9 +351,9 @@ private slots:
         const MediaRun fits = runMediaBurn(operation, family, list, estimate);
         QVERIFY2(!fits.alerts.join('\n').contains(QStringLiteral("Not enough room")), qPrintable(fits.alerts.join('\n')));
         QCOMPARE(fits.refused, 0);
-        QVERIFY2(!fits.sheets.isEmpty() && fits.sheets.first() == QStringLiteral("begin"), qPrintable(fits.sheets.join(", ")));
+        QVERIFY2(!fits.sheets.isEmpty() && fits.sheets.first() == QStringLiteral("showTranscoding"), qPrintable(fits.sheets.join(", ")));
         if (operation != BurnOperation::AudioCD)  // cdrskin takes no audio onto a pseudo-drive
-            QCOMPARE(fits.sheets.last(), QStringLiteral("complete"));
+            QCOMPARE(fits.sheets.last(), QStringLiteral("operationComplete"));
 
         // One megabyte more than its room: refused before anything is done.
         const MediaRun over = runMediaBurn(operation, family, list, estimate - OneMegabyte);
@@ -414,7 +412,7 @@ private slots:
             ctx.currentDrive = [&drive] { return drive.current; };
             DataBurnFlow flow(ctx);
             SheetLog log(&flow);
-            flow.Burn_Data_DVD({listed});
+            flow.burn(ImageMessages::DataDisc::DVD, {listed});
             QVERIFY(log.waitEnded(1, 120000));
             if (room == estimate) {
                 QVERIFY2(drive.alerts.shown.isEmpty(), qPrintable(drive.alerts.texts().join('\n')));
@@ -455,7 +453,7 @@ private slots:
             ctx.currentDrive = [&drive] { return drive.current; };
             ImageBurnFlow flow(ctx);
             SheetLog log(&flow);
-            flow.OnActionISOBurn();
+            flow.start();
             QVERIFY(log.waitEnded(1, 120000));
             if (room == sectors) {
                 QVERIFY2(drive.alerts.shown.isEmpty(), qPrintable(drive.alerts.texts().join('\n')));
@@ -537,7 +535,7 @@ private slots:
                 if (r.messageText == DiscRoom::NoRoomMessage)
                     imageWhenRefused = names(ctx.dataFolder);
             };
-            flow.DuplicateMedia();
+            flow.start();
             QVERIFY(log.waitEnded(1, 180000));
             const QStringList texts = drive.alerts.texts();
             if (room == sectors) {

@@ -6,69 +6,61 @@
 #include <cmath>
 
 #include "support/MediumAnswers.h"
-#include "burn/BurnSheets.h"
 #include "toolrun/ToolMessages.h"
 #include "toolrun/ToolRun.h"
 #include "burn/DrutilRecorder.h"
 #include "burn/Recorder.h"
 #include "burn/MediaBurn.h"
 #include "support/FakeAlerts.h"
+#include "support/SheetLog.h"
 #include "support/TestMain.h"
 #include "support/WorkingSheet.h"
 #include "toolrun/ui/StatusWindows.h"
 
-// Records what the user would see, in order, with the time of each step.
-class RecordingSheets : public BurnSheets {
-public:
-    QStringList events;
-    QList<qint64> stamps;
-    QElapsedTimer clock;
-    RecordingSheets() { clock.start(); }
-
-    void add(const QString &e)
-    {
-        events << e;
-        stamps << clock.elapsed();
-    }
-    static QString num(double v) { return std::isinf(v) ? QStringLiteral("inf") : QString::number(v); }
-
-    void beginProgress() override { add(QStringLiteral("begin")); }
-    void setOverallRange(double m) override { add(QStringLiteral("overallRange ") + num(m)); }
-    void setOverallValue(double v) override { add(QStringLiteral("overall ") + num(v)); }
-    void setFileRange(double m) override { add(QStringLiteral("fileRange ") + num(m)); }
-    void setFileValue(double v) override { add(QStringLiteral("file ") + num(v)); }
-    void endProgress() override { add(QStringLiteral("end")); }
-    void showPerformingOperation() override { add(QStringLiteral("performing")); }
-    void endPerformingOperation() override { add(QStringLiteral("endPerforming")); }
-    void showOperationComplete() override { add(QStringLiteral("complete")); }
-    void showVerifying() override { add(QStringLiteral("verifying")); }
-    void showOperationVerified() override { add(QStringLiteral("verified")); }
-    void showOperationFailed(const OperationFailure &f) override
-    {
-        failure = f;
-        add(QStringLiteral("failed ") + f.message);
-    }
-    OperationFailure failure;
-
-    // The steps with each run of upper-bar values cut to its first and last.
-    QStringList outline() const
-    {
-        QStringList out;
-        for (int i = 0; i < events.size(); ++i) {
-            const bool isFile = events.at(i).startsWith(QStringLiteral("file "));
-            const bool prevFile = i > 0 && events.at(i - 1).startsWith(QStringLiteral("file "));
-            const bool nextFile = i + 1 < events.size() && events.at(i + 1).startsWith(QStringLiteral("file "));
-            if (!isFile || !prevFile || !nextFile)
-                out << events.at(i);
-        }
-        return out;
-    }
-    qint64 stampOf(const QString &e) const { return stamps.value(events.indexOf(e), -1); }
-};
-
 // The status windows themselves, driven as the controller drives them.
-class WindowSheets : public BurnSheets {
+class WindowSheets {
 public:
+    // Shows the sheets `operation` asks for, as the controller shows them.
+    void follow(Operation *operation)
+    {
+        QObject::connect(operation, &Operation::sheetShown, &main, [this](OperationSheet sheet) {
+            if (sheet == OperationSheet::Transcoding)
+                beginProgress();
+            else if (sheet == OperationSheet::Working)
+                showPerformingOperation();
+            else if (sheet == OperationSheet::Verifying)
+                showVerifying();
+        });
+        QObject::connect(operation, &Operation::sheetClosed, &main, [this](OperationSheet sheet) {
+            if (sheet == OperationSheet::Transcoding)
+                endProgress();
+            else
+                endPerformingOperation();
+        });
+        QObject::connect(operation, &Operation::barRanged, &main, [this](OperationBar bar, double m) {
+            if (bar == OperationBar::Overall)
+                setOverallRange(m);
+            else
+                setFileRange(m);
+        });
+        QObject::connect(operation, &Operation::barMoved, &main, [this](OperationBar bar, double v) {
+            if (bar == OperationBar::Overall)
+                setOverallValue(v);
+            else
+                setFileValue(v);
+        });
+        QObject::connect(operation, &Operation::writeReported, &main,
+                         [this](const WriteReport &r) { showWriteProgress(r); });
+        QObject::connect(operation, &Operation::lastSheet, &main, [this](const OperationEnd &end) {
+            if (end.kind == OperationEnd::Failed)
+                showOperationFailed(end.failure);
+            else if (end.kind == OperationEnd::Verified)
+                showOperationVerified();
+            else
+                showOperationComplete();
+        });
+    }
+
     QWidget main;
     QPointer<Window_Progress> windowProgress;
     QPointer<Window_Performing_Operation> windowPerformingOperation;
@@ -76,41 +68,41 @@ public:
     QList<QPair<double, double>> fileBarAtEachFileEnd;  // (maximum, value)
     QStringList workingSheet;  // the working sheet when begun, after each report, and when ended
 
-    void beginProgress() override
+    void beginProgress()
     {
         windowProgress = new Window_Progress(&main);
         windowProgress->begin();
     }
-    void setOverallRange(double m) override
+    void setOverallRange(double m)
     {
         windowProgress->progressOverall->setMinDouble(0);
         windowProgress->progressOverall->setMaxDouble(m);
     }
-    void setOverallValue(double v) override
+    void setOverallValue(double v)
     {
         if (v > 0)
             fileBarAtEachFileEnd << qMakePair(windowProgress->progressBar->maxDouble(),
                                               windowProgress->progressBar->doubleValue());
         windowProgress->progressOverall->setDoubleValue(v);
     }
-    void setFileRange(double m) override
+    void setFileRange(double m)
     {
         windowProgress->progressBar->setMinDouble(0);
         windowProgress->progressBar->setMaxDouble(m);
     }
-    void setFileValue(double v) override { windowProgress->progressBar->setDoubleValue(v); }
-    void endProgress() override
+    void setFileValue(double v) { windowProgress->progressBar->setDoubleValue(v); }
+    void endProgress()
     {
         windowProgress->endSheet();
         delete windowProgress;
     }
-    void showPerformingOperation() override
+    void showPerformingOperation()
     {
         windowPerformingOperation = new Window_Performing_Operation(&main);
         windowPerformingOperation->begin();
         workingSheet << workingSheetNow(windowPerformingOperation);
     }
-    void showWriteProgress(const WriteReport &report) override
+    void showWriteProgress(const WriteReport &report)
     {
         if (!windowPerformingOperation)
             return;
@@ -119,7 +111,7 @@ public:
         if (workingSheet.isEmpty() || workingSheet.last() != now)
             workingSheet << now;
     }
-    void endPerformingOperation() override
+    void endPerformingOperation()
     {
         if (windowPerformingOperation) {
             workingSheet << QStringLiteral("end: ") + workingSheetNow(windowPerformingOperation);
@@ -127,24 +119,24 @@ public:
             delete windowPerformingOperation;
         }
     }
-    void showOperationComplete() override
+    void showOperationComplete()
     {
         windowOperationCompleted = new Window_Operation_Terminated(&main);
         windowOperationCompleted->begin();
     }
-    void showOperationFailed(const OperationFailure &f) override
+    void showOperationFailed(const OperationFailure &f)
     {
         windowOperationCompleted = new Window_Operation_Terminated(&main);
         windowOperationCompleted->showFailure(f);
         windowOperationCompleted->begin();
     }
-    void showVerifying() override
+    void showVerifying()
     {
         if (!windowPerformingOperation)
             showPerformingOperation();
         windowPerformingOperation->labelDescription->setText(QStringLiteral("Verifying the disc…"));
     }
-    void showOperationVerified() override
+    void showOperationVerified()
     {
         showOperationComplete();
         windowOperationCompleted->labelMessage->setText(QStringLiteral("The disc was written and verified."));
@@ -260,9 +252,10 @@ private:
         sheets.main.show();
         FakeAlerts alerts;
         Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        sheets.follow(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
-        burn.Burn_Audio_MP3_CD({media(m_media.filePath("b song.mp3"), 2)}, m_ctx);
+        burn.burn(BurnOperation::MP3CD, {media(m_media.filePath("b song.mp3"), 2)}, m_ctx);
         if (!completed.wait(60000) || !sheets.windowOperationCompleted)
             return {};
         return sheets.workingSheet;
@@ -279,9 +272,9 @@ private slots:
               "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "aac", "-shortest", m_media.filePath("clip.mov")});
         m_log = m_docs.filePath(QStringLiteral("drutil.log"));
         qputenv("TAMBLO_FAKE_BURN_LOG", m_log.toLocal8Bit());
-        m_ctx.sffmpegPath = m_ffmpeg;
-        m_ctx.s_Audio_Folder = m_docs.filePath(QStringLiteral("TambloAudio"));
-        m_ctx.s_Video_Folder = m_docs.filePath(QStringLiteral("TambloVideo"));
+        m_ctx.ffmpeg = m_ffmpeg;
+        m_ctx.audioFolder = m_docs.filePath(QStringLiteral("TambloAudio"));
+        m_ctx.videoFolder = m_docs.filePath(QStringLiteral("TambloVideo"));
         m_ctx.currentDrive.s_Drive_Number = QStringLiteral("1");
     }
 
@@ -290,29 +283,29 @@ private slots:
         QFile::remove(m_log);
         qunsetenv("TAMBLO_FAKE_BURN_EXIT");
         qunsetenv("TAMBLO_FAKE_BURN_SLEEP");
-        QDir(m_ctx.s_Audio_Folder).removeRecursively();
-        QDir(m_ctx.s_Video_Folder).removeRecursively();
-        QDir().mkpath(m_ctx.s_Audio_Folder);
-        QDir().mkpath(m_ctx.s_Video_Folder);
+        QDir(m_ctx.audioFolder).removeRecursively();
+        QDir(m_ctx.videoFolder).removeRecursively();
+        QDir().mkpath(m_ctx.audioFolder);
+        QDir().mkpath(m_ctx.videoFolder);
     }
 
     void audioCDFromStartToEnd()
     {
         qputenv("TAMBLO_FAKE_BURN_SLEEP", "0.3");
-        put(m_ctx.s_Audio_Folder + "/left over.wav");
-        QDir().mkpath(m_ctx.s_Audio_Folder + "/old folder");
+        put(m_ctx.audioFolder + "/left over.wav");
+        QDir().mkpath(m_ctx.audioFolder + "/old folder");
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
-        RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        SheetLog sheets(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         QSignalSpy recording(&burn, &MediaBurn::recordingStarted);
         qint64 recordingAt = -1;
         connect(&burn, &MediaBurn::recordingStarted, this, [&] { recordingAt = sheets.clock.elapsed(); });
 
         const QList<NodeMediaFile> list = audioList();
-        burn.Burn_Audio_CD(list, m_ctx);
+        burn.burn(BurnOperation::AudioCD, list, m_ctx);
         QVERIFY(burn.isBusy());
         QVERIFY(completed.wait(30000));
         QVERIFY(!burn.isBusy());
@@ -323,20 +316,20 @@ private slots:
         // they end; the upper bar shows the first until it ends, then the
         // second if that one is still going.
         const QStringList outline = sheets.outline();
-        QCOMPARE(outline.mid(0, 5), (QStringList{"begin", "overallRange 2", "overall 0", "fileRange 2", "file 0"}));
+        QCOMPARE(outline.mid(0, 5), (QStringList{"showTranscoding", "overallRange 2", "overall 0", "fileRange 2", "file 0"}));
         QCOMPARE(outline.mid(outline.size() - 5),
-                 (QStringList{"overall 2", "end", "performing", "endPerforming", "complete"}));
+                 (QStringList{"overall 2", "closeTranscoding", "showPerformingOperation", "closePerformingOperation", "operationComplete"}));
         QVERIFY(outline.indexOf("overall 1") < outline.indexOf("overall 2"));
         QVERIFY(!outline.contains("fileRange 1") || outline.indexOf("fileRange 1") > outline.indexOf("overall 1"));
         // The recorder starts from the 0.1 s timer after the sheet ended.
-        QVERIFY2(recordingAt - sheets.stampOf("end") >= 90, qPrintable(QString::number(recordingAt - sheets.stampOf("end"))));
-        QVERIFY(sheets.stampOf("complete") - sheets.stampOf("performing") >= 250);
+        QVERIFY2(recordingAt - sheets.timeOf("closeTranscoding") >= 90, qPrintable(QString::number(recordingAt - sheets.timeOf("closeTranscoding"))));
+        QVERIFY(sheets.timeOf("operationComplete") - sheets.timeOf("showPerformingOperation") >= 250);
         QCOMPARE(recording.count(), 1);
 
-        QCOMPARE(logLines(), (QStringList{"burn|-audio|" + m_ctx.s_Audio_Folder + "|-drive|1", "list: a.wav b song.wav "}));
-        QVERIFY(names(m_ctx.s_Audio_Folder).isEmpty());
-        QCOMPARE(burn.i_Burn_Audio_Type(), 1);
-        QCOMPARE(burn.i_Orig_Duration_in_Seconds(), outline.contains("fileRange 1") ? qint64(1) : qint64(2));
+        QCOMPARE(logLines(), (QStringList{"burn|-audio|" + m_ctx.audioFolder + "|-drive|1", "list: a.wav b song.wav "}));
+        QVERIFY(names(m_ctx.audioFolder).isEmpty());
+        QCOMPARE(burn.audioKind(), 1);
+        QCOMPARE(burn.fileSeconds(), outline.contains("fileRange 1") ? qint64(1) : qint64(2));
         QCOMPARE(list.size(), 2);
     }
 
@@ -351,26 +344,26 @@ private slots:
     {
         QFETCH(int, op);
         QFETCH(QString, family);
-        put(m_ctx.s_Audio_Folder + "/left over.mp3");
-        put(m_ctx.s_Video_Folder + "/keep.mpg");
+        put(m_ctx.audioFolder + "/left over.mp3");
+        put(m_ctx.videoFolder + "/keep.mpg");
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
-        RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
         medium.family = family;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        SheetLog sheets(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         if (BurnOperation(op) == BurnOperation::MP3CD)
-            burn.Burn_Audio_MP3_CD(audioList(), m_ctx);
+            burn.burn(BurnOperation::MP3CD, audioList(), m_ctx);
         else
-            burn.Burn_Audio_MP3_DVD(audioList(), m_ctx);
+            burn.burn(BurnOperation::MP3DVD, audioList(), m_ctx);
         QVERIFY(completed.wait(30000));
         QVERIFY(alerts.shown.isEmpty());
-        QCOMPARE(logLines(), (QStringList{"burn|-noverify|" + m_ctx.s_Audio_Folder + "|-drive|1", "list: a.mp3 b song.mp3 "}));
-        QCOMPARE(sheets.outline().last(), QStringLiteral("complete"));
-        QVERIFY(names(m_ctx.s_Audio_Folder).isEmpty());
-        QCOMPARE(names(m_ctx.s_Video_Folder), QStringList{QStringLiteral("keep.mpg")});
-        QCOMPARE(burn.i_Burn_Audio_Type(), 2);
+        QCOMPARE(logLines(), (QStringList{"burn|-noverify|" + m_ctx.audioFolder + "|-drive|1", "list: a.mp3 b song.mp3 "}));
+        QCOMPARE(sheets.outline().last(), QStringLiteral("operationComplete"));
+        QVERIFY(names(m_ctx.audioFolder).isEmpty());
+        QCOMPARE(names(m_ctx.videoFolder), QStringList{QStringLiteral("keep.mpg")});
+        QCOMPARE(burn.audioKind(), 2);
     }
 
     void videoDiscs_data()
@@ -384,29 +377,29 @@ private slots:
     {
         QFETCH(int, op);
         QFETCH(QString, family);
-        put(m_ctx.s_Video_Folder + "/left over.mpg");
-        put(m_ctx.s_Audio_Folder + "/keep.wav");
+        put(m_ctx.videoFolder + "/left over.mpg");
+        put(m_ctx.audioFolder + "/keep.wav");
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
-        RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
         medium.family = family;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        SheetLog sheets(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         MediaBurnContext ctx = m_ctx;
-        ctx.s_Video_Output_Format = QStringLiteral("1");
-        ctx.s_Audio_Output_Format = QStringLiteral("0");
+        ctx.videoFormat = QStringLiteral("1");
+        ctx.audioFormat = QStringLiteral("0");
         ctx.currentDrive.s_Drive_Number = QStringLiteral("2");
         burn.burn(BurnOperation(op), {media(m_media.filePath("clip.mov"), 1)}, ctx);
         QVERIFY(completed.wait(30000));
         QVERIFY(alerts.shown.isEmpty());
-        QCOMPARE(logLines(), (QStringList{"burn|-noverify|" + m_ctx.s_Video_Folder + "|-drive|2", "list: clip.mpg "}));
+        QCOMPARE(logLines(), (QStringList{"burn|-noverify|" + m_ctx.videoFolder + "|-drive|2", "list: clip.mpg "}));
         QCOMPARE(sheets.outline(),
-                 (QStringList{"begin", "overallRange 1", "overall 0", "fileRange 1", "file 0", "file 100", "overall 1",
-                              "end", "performing", "endPerforming", "complete"}));
-        QVERIFY(names(m_ctx.s_Video_Folder).isEmpty());
-        QCOMPARE(names(m_ctx.s_Audio_Folder), QStringList{QStringLiteral("keep.wav")});
-        QCOMPARE(burn.i_Burn_Audio_Type(), 0);
+                 (QStringList{"showTranscoding", "overallRange 1", "overall 0", "fileRange 1", "file 0", "file 100", "overall 1",
+                              "closeTranscoding", "showPerformingOperation", "closePerformingOperation", "operationComplete"}));
+        QVERIFY(names(m_ctx.videoFolder).isEmpty());
+        QCOMPARE(names(m_ctx.audioFolder), QStringList{QStringLiteral("keep.wav")});
+        QCOMPARE(burn.audioKind(), 0);
     }
 
     void refusals_data()
@@ -450,19 +443,19 @@ private slots:
         QFETCH(bool, noDisc);
         QFETCH(QString, family);
         QFETCH(QStringList, texts);
-        put(m_ctx.s_Audio_Folder + "/keep.wav");
-        put(m_ctx.s_Video_Folder + "/keep.mpg");
+        put(m_ctx.audioFolder + "/keep.wav");
+        put(m_ctx.videoFolder + "/keep.mpg");
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
-        RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
         medium.empty = noDisc;
         medium.family = family;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        SheetLog sheets(&burn);
         QSignalSpy refused(&burn, &MediaBurn::refused);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         MediaBurnContext ctx = m_ctx;
-        ctx.m_b_Debug_Mode = true;
+        ctx.debugMode = true;
         const QList<NodeMediaFile> list = emptyList ? QList<NodeMediaFile>{}
                                                     : QList<NodeMediaFile>{media(m_media.filePath("a.flac"), 1)};
         burn.burn(BurnOperation(op), list, ctx);
@@ -472,19 +465,19 @@ private slots:
         if (emptyList)
             QVERIFY(medium.asked.isEmpty());
         QTest::qWait(300);
-        QVERIFY(sheets.events.isEmpty());
+        QVERIFY(sheets.outline().isEmpty());
         QCOMPARE(completed.count(), 0);
         QCOMPARE(ToolRun::running().size(), 0);
         QVERIFY(!QFile::exists(m_log));
-        QCOMPARE(names(m_ctx.s_Audio_Folder), QStringList{QStringLiteral("keep.wav")});
-        QCOMPARE(names(m_ctx.s_Video_Folder), QStringList{QStringLiteral("keep.mpg")});
+        QCOMPARE(names(m_ctx.audioFolder), QStringList{QStringLiteral("keep.wav")});
+        QCOMPARE(names(m_ctx.videoFolder), QStringList{QStringLiteral("keep.mpg")});
 
         // Out of debug mode the second alert is not shown.
         FakeAlerts quiet;
         Medium again;
         again.empty = noDisc;
         again.family = family;
-        MediaBurn burn2(recorder, sheets, quiet, asCheck(again.probe()));
+        MediaBurn burn2(recorder, quiet, asCheck(again.probe()));
         burn2.burn(BurnOperation(op), list, m_ctx);
         QCOMPARE(quiet.texts(), texts.mid(0, 1));
     }
@@ -494,55 +487,56 @@ private slots:
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
         qputenv("TAMBLO_FAKE_BURN_EXIT", "1");
         qputenv("TAMBLO_FAKE_BURN_SAY", "Burn failed: Medium write error (0x80020022).");
-        RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        SheetLog sheets(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         QSignalSpy failed(&burn, &MediaBurn::failed);
-        burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
+        burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("a.flac"), 1)}, m_ctx);
         QVERIFY(failed.wait(30000));
         qunsetenv("TAMBLO_FAKE_BURN_EXIT");
         qunsetenv("TAMBLO_FAKE_BURN_SAY");
         QCOMPARE(completed.count(), 0);
-        QCOMPARE(sheets.events.mid(sheets.events.size() - 3),
-                 (QStringList{"performing", "endPerforming", "failed The disc could not be written."}));
-        QCOMPARE(sheets.failure.informative, QStringLiteral("Burn failed: Medium write error (0x80020022)."));
-        QVERIFY(sheets.failure.details.contains("exit code 1"));
+        QCOMPARE(sheets.outline().mid(sheets.outline().size() - 3),
+                 (QStringList{"showPerformingOperation", "closePerformingOperation", "operationFailed"}));
+        QCOMPARE(sheets.failure().message, QStringLiteral("The disc could not be written."));
+        QCOMPARE(sheets.failure().informative, QStringLiteral("Burn failed: Medium write error (0x80020022)."));
+        QVERIFY(sheets.failure().details.contains("exit code 1"));
         QVERIFY(alerts.shown.isEmpty());
-        QVERIFY(names(m_ctx.s_Audio_Folder).isEmpty());
+        QVERIFY(names(m_ctx.audioFolder).isEmpty());
         QVERIFY(!burn.isBusy());
     }
 
     void aMissingRecorderIsNamedWithItsInstallHint()
     {
         DrutilRecorder recorder(QStringLiteral("/nonexistent/drutil"));
-        RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        SheetLog sheets(&burn);
         QSignalSpy failed(&burn, &MediaBurn::failed);
-        burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
+        burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("a.flac"), 1)}, m_ctx);
         QVERIFY(failed.wait(30000));
         QCOMPARE(alerts.shown.size(), 1);
         QCOMPARE(alerts.shown.first().messageText, QStringLiteral("drutil could not be started."));
-        QVERIFY(!sheets.events.contains(QStringLiteral("complete")));
+        QVERIFY(!sheets.outline().contains(QStringLiteral("operationComplete")));
         // No sheet is left open.
-        QCOMPARE(sheets.events.mid(sheets.events.size() - 2), (QStringList{"performing", "endPerforming"}));
-        QVERIFY(names(m_ctx.s_Audio_Folder).isEmpty());
+        QCOMPARE(sheets.outline().mid(sheets.outline().size() - 2), (QStringList{"showPerformingOperation", "closePerformingOperation"}));
+        QVERIFY(names(m_ctx.audioFolder).isEmpty());
     }
 
     void failedTranscodeStopsTheBurnBeforeRecording()
     {
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
-        RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        SheetLog sheets(&burn);
         QSignalSpy failed(&burn, &MediaBurn::failed);
         QSignalSpy started(&burn, &MediaBurn::recordingStarted);
         const QString missing = m_media.filePath("missing.mp3");
-        burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1), media(missing, 4)}, m_ctx);
+        burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("a.flac"), 1), media(missing, 4)}, m_ctx);
         QVERIFY(failed.wait(30000));
         QTest::qWait(300);
         QCOMPARE(started.count(), 0);
@@ -552,28 +546,28 @@ private slots:
         QVERIFY2(alerts.shown.first().informativeText.contains("No such file or directory"),
                  qPrintable(alerts.shown.first().informativeText));
         QVERIFY(alerts.shown.first().informativeText.contains(missing));
-        QVERIFY(!sheets.events.contains(QStringLiteral("performing")));
-        QCOMPARE(sheets.events.last(), QStringLiteral("end"));
+        QVERIFY(!sheets.outline().contains(QStringLiteral("showPerformingOperation")));
+        QCOMPARE(sheets.outline().last(), QStringLiteral("closeTranscoding"));
         // The first file's WAV was made, and is gone with the rest.
-        QVERIFY(names(m_ctx.s_Audio_Folder).isEmpty());
+        QVERIFY(names(m_ctx.audioFolder).isEmpty());
         QVERIFY(!burn.isBusy());
     }
 
     void aSecondBurnWhileBusyIsIgnored()
     {
         DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
-        RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        SheetLog sheets(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
-        burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
-        burn.Burn_Video_DVD({media(m_media.filePath("clip.mov"), 1)}, m_ctx);
+        burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("a.flac"), 1)}, m_ctx);
+        burn.burn(BurnOperation::VideoDVD, {media(m_media.filePath("clip.mov"), 1)}, m_ctx);
         QVERIFY(completed.wait(30000));
         QTest::qWait(300);
         QCOMPARE(completed.count(), 1);
         QCOMPARE(medium.asked.count(QStringLiteral("empty")), 1);
-        QCOMPARE(sheets.events.count(QStringLiteral("begin")), 1);
+        QCOMPARE(sheets.outline().count(QStringLiteral("showTranscoding")), 1);
         QCOMPARE(logLines().size(), 2);
     }
 
@@ -615,7 +609,8 @@ private slots:
         sheets.main.show();
         FakeAlerts alerts;
         Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        sheets.follow(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         bool progressShownDuringTranscode = false;
         connect(&burn, &MediaBurn::transcodesFinished, this, [&] {});
@@ -625,7 +620,7 @@ private slots:
                 progressShownDuringTranscode = true;
         });
         poll.start(10);
-        burn.Burn_Audio_CD(audioList(), m_ctx);
+        burn.burn(BurnOperation::AudioCD, audioList(), m_ctx);
         QVERIFY(completed.wait(30000));
         QVERIFY(progressShownDuringTranscode);
         // The first file is on the upper bar until it ends; the file that

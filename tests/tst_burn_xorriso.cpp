@@ -8,15 +8,13 @@
 
 #include "support/MediumAnswers.h"
 #include "toolrun/ToolMessages.h"
-#include "burn/BurnSheets.h"
 #include "burn/MediaBurn.h"
 #include "burn/XorrisoRecorder.h"
 #include "imagestest/ImagesTestKit.h"
-#include "support/BurnSheetEvents.h"
+#include "support/SheetLog.h"
 #include "support/FakeAlerts.h"
 #include "support/TestMain.h"
 
-using QuietSheets = BurnSheetEvents;
 
 static MediumProbe blankDisc(const QString &family)
 {
@@ -114,11 +112,11 @@ private slots:
         make({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", m_media.filePath("alpha song.flac")});
         make({"-f", "lavfi", "-i", "testsrc=duration=1:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=1",
               "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "aac", "-shortest", m_media.filePath("clip.mov")});
-        m_ctx.sffmpegPath = m_ffmpeg;
-        m_ctx.s_Audio_Folder = m_docs.filePath("TambloAudio");
-        m_ctx.s_Video_Folder = m_docs.filePath("TambloVideo");
-        QDir().mkpath(m_ctx.s_Audio_Folder);
-        QDir().mkpath(m_ctx.s_Video_Folder);
+        m_ctx.ffmpeg = m_ffmpeg;
+        m_ctx.audioFolder = m_docs.filePath("TambloAudio");
+        m_ctx.videoFolder = m_docs.filePath("TambloVideo");
+        QDir().mkpath(m_ctx.audioFolder);
+        QDir().mkpath(m_ctx.videoFolder);
         m_ctx.currentDrive.s_Drive_Number = "1";
     }
 
@@ -128,13 +126,13 @@ private slots:
         MediaBurnContext ctx = m_ctx;
         ctx.currentDrive.s_Device_Path = "stdio:" + image;
         XorrisoRecorder recorder(m_xorriso, m_cdrskin);
-        QuietSheets sheets;
         FakeAlerts alerts;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc("CD")));
+        MediaBurn burn(recorder, alerts, asCheck(blankDisc("CD")));
+        SheetLog sheets(&burn);
         QSignalSpy started(&burn, &MediaBurn::recordingStarted);
         burnAndWait(burn, BurnOperation::MP3CD,
                     {media(m_media.filePath("zulu.mp3"), 2), media(m_media.filePath("alpha song.flac"), 1)}, ctx);
-        QCOMPARE(sheets.events.last(), QStringLiteral("complete"));
+        QCOMPARE(sheets.steps().last(), QStringLiteral("operationComplete"));
         const ToolCommand cmd = started.first().first().value<ToolCommand>();
         QCOMPARE(cmd.program, m_xorriso);
         QVERIFY(!cmd.arguments.join(' ').contains("blank"));
@@ -147,7 +145,7 @@ private slots:
         QCOMPARE(a.value("bit_rate").toString(), QStringLiteral("192000"));
         QCOMPARE(a.value("sample_rate").toString(), QStringLiteral("44100"));
         QCOMPARE(a.value("channels").toInt(), 2);
-        QVERIFY(QDir(m_ctx.s_Audio_Folder).isEmpty());
+        QVERIFY(QDir(m_ctx.audioFolder).isEmpty());
     }
 
     // MP3 and video discs carry a Joliet tree like data discs: a reader
@@ -170,9 +168,9 @@ private slots:
             const QString image = drives.filePath("disc.iso");
             MediaBurnContext ctx = m_ctx;
             ctx.currentDrive.s_Device_Path = "stdio:" + image;
-            QuietSheets sheets;
             FakeAlerts alerts;
-            MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc(c.family)));
+            MediaBurn burn(recorder, alerts, asCheck(blankDisc(c.family)));
+            SheetLog sheets(&burn);
             QSignalSpy started(&burn, &MediaBurn::recordingStarted);
             burnAndWait(burn, c.op, {media(c.source, 1)}, ctx);
             QCOMPARE(started.size(), 1);
@@ -199,11 +197,11 @@ private slots:
         const QString image = m_docs.filePath("video-disc.iso");
         MediaBurnContext ctx = m_ctx;
         ctx.currentDrive.s_Device_Path = "stdio:" + image;
-        ctx.s_Video_Output_Format = "1";
+        ctx.videoFormat = "1";
         XorrisoRecorder recorder(m_xorriso, m_cdrskin);
-        QuietSheets sheets;
         FakeAlerts alerts;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc("DVD")));
+        MediaBurn burn(recorder, alerts, asCheck(blankDisc("DVD")));
+        SheetLog sheets(&burn);
         burnAndWait(burn, BurnOperation::VideoDVD, {media(m_media.filePath("clip.mov"), 1)}, ctx);
         QCOMPARE(filesOn(image), QStringList{"'/clip.mpg'"});
         const QJsonObject v = firstStream(extract(image, "/clip.mpg", "back.mpg"), "video");
@@ -212,11 +210,11 @@ private slots:
         QCOMPARE(v.value("height").toInt(), 576);
         const QString pvd = run(m_xorriso, {"-indev", "stdio:" + image, "-pvd_info"});
         QVERIFY(pvd.contains(QRegularExpression("Volume Id\\s*:\\s*TambloVideo")));
-        QVERIFY(QDir(m_ctx.s_Video_Folder).isEmpty());
+        QVERIFY(QDir(m_ctx.videoFolder).isEmpty());
 
         // The same disc, now written and appendable: an MP3 DVD adds a session
         // and nothing of the first one is lost.
-        MediaBurn second(recorder, sheets, alerts, asCheck(blankDisc("DVD")));
+        MediaBurn second(recorder, alerts, asCheck(blankDisc("DVD")));
         burnAndWait(second, BurnOperation::MP3DVD, {media(m_media.filePath("zulu.mp3"), 2)}, ctx);
         QCOMPARE(filesOn(image), (QStringList{"'/clip.mpg'", "'/zulu.mp3'"}));
         const QString toc = run(m_xorriso, {"-indev", "stdio:" + image, "-toc"});
@@ -234,9 +232,9 @@ private slots:
             MediaBurnContext ctx = m_ctx;
             ctx.currentDrive.s_Device_Path = device;
             XorrisoRecorder recorder(m_xorriso, QStringLiteral(TAMBLO_FAKES_DIR "/burn-args-logger"));
-            QuietSheets sheets;
             FakeAlerts alerts;
-            MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc("CD")));
+            MediaBurn burn(recorder, alerts, asCheck(blankDisc("CD")));
+            SheetLog sheets(&burn);
             // zulu before alpha: the list's order, not the folder's.
             burnAndWait(burn, BurnOperation::AudioCD,
                         {media(m_media.filePath("zulu.mp3"), 2), media(m_media.filePath("alpha song.flac"), 1),
@@ -249,10 +247,10 @@ private slots:
             if (device.startsWith("stdio:"))
                 expected << "--allow_emulated_drives";
             // The file listed twice is two tracks, each from a file of its own.
-            expected << "dev=" + device << "-audio" << m_ctx.s_Audio_Folder + "/zulu.wav"
-                     << m_ctx.s_Audio_Folder + "/alpha song.wav" << m_ctx.s_Audio_Folder + "/zulu 1.wav";
+            expected << "dev=" + device << "-audio" << m_ctx.audioFolder + "/zulu.wav"
+                     << m_ctx.audioFolder + "/alpha song.wav" << m_ctx.audioFolder + "/zulu 1.wav";
             QCOMPARE(args, expected);
-            QVERIFY(QDir(m_ctx.s_Audio_Folder).isEmpty());
+            QVERIFY(QDir(m_ctx.audioFolder).isEmpty());
         }
         qunsetenv("TAMBLO_FAKE_BURN_LOG");
     }
@@ -265,20 +263,20 @@ private slots:
         MediaBurnContext ctx = m_ctx;
         ctx.currentDrive.s_Device_Path = "stdio:" + m_docs.filePath("refused.img");
         XorrisoRecorder recorder(m_xorriso, m_cdrskin);
-        QuietSheets sheets;
         FakeAlerts alerts;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc("CD")));
+        MediaBurn burn(recorder, alerts, asCheck(blankDisc("CD")));
+        SheetLog sheets(&burn);
         QSignalSpy failed(&burn, &MediaBurn::failed);
         burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("alpha song.flac"), 1)}, ctx);
         QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, 60000);
-        QCOMPARE(sheets.events, (QStringList{"begin", "end", "performing", "endPerforming", "failed"}));
-        QCOMPARE(sheets.failure.message, QStringLiteral("The disc could not be written."));
-        QVERIFY2(sheets.failure.informative.contains("cdrskin: SORRY"), qPrintable(sheets.failure.informative));
-        QVERIFY(sheets.failure.details.contains("--allow_emulated_drives"));
-        QVERIFY(sheets.failure.details.contains("cdrskin"));
+        QCOMPARE(sheets.steps(), (QStringList{"showTranscoding", "closeTranscoding", "showPerformingOperation", "closePerformingOperation", "operationFailed"}));
+        QCOMPARE(sheets.failure().message, QStringLiteral("The disc could not be written."));
+        QVERIFY2(sheets.failure().informative.contains("cdrskin: SORRY"), qPrintable(sheets.failure().informative));
+        QVERIFY(sheets.failure().details.contains("--allow_emulated_drives"));
+        QVERIFY(sheets.failure().details.contains("cdrskin"));
         QVERIFY(!burn.isBusy());
         QVERIFY(alerts.texts().isEmpty());
-        QVERIFY(QDir(m_ctx.s_Audio_Folder).isEmpty());
+        QVERIFY(QDir(m_ctx.audioFolder).isEmpty());
     }
 };
 

@@ -33,11 +33,11 @@ struct Recorder {
     QStringList events;
     explicit Recorder(CompilationActions *actions)
     {
-        QObject::connect(actions, &CompilationActions::progressSheetShown, actions,
-                         [this](int max) { events << QStringLiteral("shown %1").arg(max); });
-        QObject::connect(actions, &CompilationActions::progressChanged, actions,
-                         [this](int v) { events << QStringLiteral("progress %1").arg(v); });
-        QObject::connect(actions, &CompilationActions::progressSheetClosed, actions,
+        QObject::connect(actions, &Operation::sheetShown, actions,
+                         [this](OperationSheet, double max) { events << QStringLiteral("shown %1").arg(int(max)); });
+        QObject::connect(actions, &Operation::barMoved, actions,
+                         [this](OperationBar, double v) { events << QStringLiteral("progress %1").arg(int(v)); });
+        QObject::connect(actions, &Operation::sheetClosed, actions,
                          [this] { events << QStringLiteral("closed"); });
         QObject::connect(actions, &CompilationActions::refreshTable, actions,
                          [this](int tab) { events << QStringLiteral("refresh %1").arg(tab); });
@@ -185,10 +185,14 @@ private slots:
             QVERIFY(copyAs(path("base2.mp3"), f));
         rig.picker.answers.enqueue(files);
 
-        QSignalSpy shown(&rig.actions, &CompilationActions::progressSheetShown);
-        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        QList<double> shown;
+        connect(&rig.actions, &Operation::sheetShown, this, [&shown](OperationSheet sheet, double maximum) {
+            QCOMPARE(sheet, OperationSheet::MeasuringFiles);
+            shown << maximum;
+        });
+        QVERIFY(rig.actions.addFiles(CompilationActions::AudioTab));
         QCOMPARE(shown.count(), 1);
-        QCOMPARE(shown.at(0).at(0).toInt(), 3);
+        QCOMPARE(int(shown.at(0)), 3);
         QVERIFY(rig.actions.isBusy());
         waitForRefresh(rig);
 
@@ -211,11 +215,11 @@ private slots:
     void panelRequests()
     {
         Rig rig(m_ffmpeg);  // every answer is Cancel
-        QVERIFY(!rig.actions.OnActionAudioAddFiles());
-        QVERIFY(!rig.actions.OnActionVideoAddFiles());
-        QVERIFY(!rig.actions.OnActionAudioAddFolder());
-        QVERIFY(!rig.actions.OnActionVideoAddFolder());
-        QVERIFY(!rig.actions.OnActionDataAddFolder());
+        QVERIFY(!rig.actions.addFiles(CompilationActions::AudioTab));
+        QVERIFY(!rig.actions.addFiles(CompilationActions::VideoTab));
+        QVERIFY(!rig.actions.addFolder(CompilationActions::AudioTab));
+        QVERIFY(!rig.actions.addFolder(CompilationActions::VideoTab));
+        QVERIFY(!rig.actions.addFolder(CompilationActions::DataTab));
         QCOMPARE(rig.picker.requests.size(), 5);
 
         const QStringList audio{"wma", "wav", "cda", "mp3", "mp2", "mpga", "m4a"};
@@ -251,7 +255,7 @@ private slots:
         QVERIFY(writeText(dir + "/c.txt", "text"));
         rig.picker.answers.enqueue({dir});
 
-        QVERIFY(rig.actions.OnActionAudioAddFolder());
+        QVERIFY(rig.actions.addFolder(CompilationActions::AudioTab));
         waitForRefresh(rig);
         QCOMPARE(rig.rec.events,
                  QStringList({"shown 1", "progress 1", "closed", "refresh 0"}));
@@ -300,9 +304,9 @@ private slots:
         const QString empty = newFolder("empty");
 
         rig.picker.answers.enqueue({dir});
-        QVERIFY(!rig.actions.OnActionAudioAddFolder());
+        QVERIFY(!rig.actions.addFolder(CompilationActions::AudioTab));
         rig.picker.answers.enqueue({empty});
-        QVERIFY(!rig.actions.OnActionVideoAddFolder());
+        QVERIFY(!rig.actions.addFolder(CompilationActions::VideoTab));
         QVERIFY(!rig.actions.addMediaFolder(CompilationActions::VideoTab, dir));
         QVERIFY(!rig.actions.addMediaFolder(CompilationActions::AudioTab, path("no-such-folder")));
         QCOMPARE(rig.picker.requests.size(), 2);
@@ -323,12 +327,12 @@ private slots:
         QSignalSpy dataIn(&rig.data, &QAbstractItemModel::rowsInserted);
 
         rig.picker.answers.enqueue(QStringList());
-        QVERIFY(!rig.actions.OnActionAudioAddFiles());
+        QVERIFY(!rig.actions.addFiles(CompilationActions::AudioTab));
         rig.picker.answers.enqueue(QStringList());
-        QVERIFY(!rig.actions.OnActionVideoAddFiles());
-        QVERIFY(!rig.actions.OnActionAudioAddFolder());
-        QVERIFY(!rig.actions.OnActionVideoAddFolder());
-        QVERIFY(!rig.actions.OnActionDataAddFolder());
+        QVERIFY(!rig.actions.addFiles(CompilationActions::VideoTab));
+        QVERIFY(!rig.actions.addFolder(CompilationActions::AudioTab));
+        QVERIFY(!rig.actions.addFolder(CompilationActions::VideoTab));
+        QVERIFY(!rig.actions.addFolder(CompilationActions::DataTab));
         QCOMPARE(rig.picker.requests.size(), 5);
 
         QTest::qWait(300);
@@ -352,13 +356,13 @@ private slots:
         QVERIFY(copyAs(path("base2.mp4"), clip));
 
         rig.picker.answers.enqueue({song});
-        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        QVERIFY(rig.actions.addFiles(CompilationActions::AudioTab));
         waitForRefresh(rig);
         QCOMPARE(rig.rec.events.last(), QStringLiteral("refresh 0"));
         rig.rec.events.clear();
 
         rig.picker.answers.enqueue({clip});
-        QVERIFY(rig.actions.OnActionVideoAddFiles());
+        QVERIFY(rig.actions.addFiles(CompilationActions::VideoTab));
         waitForRefresh(rig);
         QCOMPARE(rig.rec.events,
                  QStringList({"shown 1", "progress 1", "closed", "refresh 1"}));
@@ -370,7 +374,7 @@ private slots:
         // The Video folder action keeps the video list's extensions.
         rig.rec.events.clear();
         rig.picker.answers.enqueue({dir});
-        QVERIFY(rig.actions.OnActionVideoAddFolder());
+        QVERIFY(rig.actions.addFolder(CompilationActions::VideoTab));
         waitForRefresh(rig);
         QCOMPARE(rig.rec.events.last(), QStringLiteral("refresh 1"));
         QCOMPARE(rig.media.count(), 3);
@@ -383,7 +387,7 @@ private slots:
         Rig rig(m_ffmpeg);
         const QString f = path("base3.mp3");
         rig.picker.answers.enqueue({f, f});
-        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        QVERIFY(rig.actions.addFiles(CompilationActions::AudioTab));
         waitForRefresh(rig);
         QCOMPARE(rig.rec.events,
                  QStringList({"shown 2", "progress 1", "progress 2", "closed", "refresh 0"}));
@@ -394,7 +398,7 @@ private slots:
         // And once more in a later add.
         rig.rec.events.clear();
         rig.picker.answers.enqueue({f});
-        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        QVERIFY(rig.actions.addFiles(CompilationActions::AudioTab));
         waitForRefresh(rig);
         QCOMPARE(rig.media.count(), 3);
         checkRecord(rig.media.at(2), f, 3);
@@ -415,7 +419,7 @@ private slots:
 
         rig.picker.answers.enqueue({dir});
         QSignalSpy busy(&rig.actions, &CompilationActions::busyChanged);
-        QVERIFY(rig.actions.OnActionDataAddFolder());
+        QVERIFY(rig.actions.addFolder(CompilationActions::DataTab));
         // Returned before the walk's result came back: it lands from the
         // event loop, after the sheet went up.
         QCOMPARE(rig.rec.events, QStringList({"shown 0"}));
@@ -462,7 +466,7 @@ private slots:
         QVERIFY(copyAs(path("base2.mp3"), good));
 
         rig.picker.answers.enqueue({bad, good});
-        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        QVERIFY(rig.actions.addFiles(CompilationActions::AudioTab));
         waitForRefresh(rig);
         QCOMPARE(rig.rec.events,
                  QStringList({"shown 2", "progress 1", "progress 2", "closed", "refresh 0"}));
@@ -496,7 +500,7 @@ private slots:
             QVERIFY2(copyAs(path("base3.mp3"), files.last()), qPrintable(name));
         }
         rig.picker.answers.enqueue(files);
-        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        QVERIFY(rig.actions.addFiles(CompilationActions::AudioTab));
         waitForRefresh(rig);
         QCOMPARE(rig.media.count(), names.size());
         for (int i = 0; i < names.size(); ++i) {
@@ -563,7 +567,7 @@ private slots:
             QVERIFY(makeTone(files.last(), s));
         }
         rig.picker.answers.enqueue(files);
-        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        QVERIFY(rig.actions.addFiles(CompilationActions::AudioTab));
         waitForRefresh(rig);
 
         QStringList expected{"shown 8"};
@@ -638,7 +642,7 @@ private slots:
                 QVERIFY(copyAs(path(e.duration == " 00:00:02.0" ? "base2.mp3" : "base3.mp3"), files.last()));
         }
         rig.picker.answers.enqueue(files);
-        QVERIFY(rig.actions.OnActionAudioAddFiles());
+        QVERIFY(rig.actions.addFiles(CompilationActions::AudioTab));
         waitForRefresh(rig);
         ToolRun::setObserver({});
 
@@ -739,12 +743,16 @@ private slots:
             files << QStringLiteral("%1/t%2.mp3").arg(dir).arg(i, 3, 10, QLatin1Char('0'));
             QVERIFY(QFile::link(path(i % 3 ? "base2.mp3" : "base3.mp3"), files.last()));
         }
-        QSignalSpy progress(&rig.actions, &CompilationActions::progressChanged);
+        QList<double> progress;
+        connect(&rig.actions, &Operation::barMoved, this, [&progress](OperationBar bar, double value) {
+            QCOMPARE(bar, OperationBar::Single);
+            progress << value;
+        });
         QVERIFY(rig.actions.addMediaFiles(CompilationActions::AudioTab, files));
         waitForRefresh(rig);
         QCOMPARE(progress.count(), count);
         for (int i = 0; i < count; ++i)
-            QCOMPARE(progress.at(i).at(0).toInt(), i + 1);
+            QCOMPARE(int(progress.at(i)), i + 1);
         QCOMPARE(rig.media.count(), count);
         for (int i = 0; i < count; ++i) {
             QCOMPARE(rig.media.at(i).s_File_Path, files.at(i));

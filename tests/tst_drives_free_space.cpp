@@ -231,7 +231,7 @@ private slots:
         };
         bool ended = false;
         MediumCheck got;
-        q.checkMedium(QStringLiteral("DVD"), size, [&](MediumCheck c) {
+        q.check(MediumNeed::Writable, QStringLiteral("DVD"), size, [&](MediumCheck c) {
             got = c;
             ended = true;
         });
@@ -259,7 +259,7 @@ private slots:
         };
         bool ended = false;
         MediumCheck got;
-        q.checkMedium(QStringLiteral("DVD"), size, [&](MediumCheck c) {
+        q.check(MediumNeed::Writable, QStringLiteral("DVD"), size, [&](MediumCheck c) {
             got = c;
             ended = true;
         });
@@ -272,7 +272,7 @@ private slots:
         ended = false;
         drive.calls.clear();
         drive.status = FakeDriveBackend::medium(false, true, false, QStringLiteral("DVD"));
-        q.checkMedium(QStringLiteral("DVD"), [&](MediumCheck c) {
+        q.check(MediumNeed::Writable, QStringLiteral("DVD"), [&](MediumCheck c) {
             got = c;
             ended = true;
         });

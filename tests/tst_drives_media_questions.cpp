@@ -72,7 +72,7 @@ class TestDrivesMediaQuestions : public QObject {
         result.result = MediumCheck::Result(-1);
         bool answered = false;
         int calls = 0;
-        q.checkMedium(family, [&](MediumCheck c) {
+        q.check(MediumNeed::Writable, family, [&](MediumCheck c) {
             result = c;
             answered = true;
             ++calls;

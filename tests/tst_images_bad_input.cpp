@@ -123,7 +123,7 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.Burn_Data_DVD(list);
+        flow.burn(ImageMessages::DataDisc::DVD, list);
         QVERIFY(log.waitEnded(1, 60000));
         QCOMPARE(rig.alerts.shown.size(), 1);
         QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("A folder on the list is no longer there."));
@@ -146,11 +146,14 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         // It goes away after the checks, when the staging sheet is up.
-        connect(&flow, &SheetFlow::showStagingSheet, this, [&] { QDir(rig.tmp.path() + "/a").removeRecursively(); });
+        connect(&flow, &Operation::sheetShown, this, [&](OperationSheet sheet) {
+            if (sheet == OperationSheet::Staging)
+                QDir(rig.tmp.path() + "/a").removeRecursively();
+        });
         QMap<QString, QString> staged;
         connect(&flow, &SheetFlow::toolStarted, this, [&] { staged = tree(rig.data); });
         LogCatcher logs;
-        flow.Burn_Data_DVD({rig.folder(a), rig.folder(b)});
+        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a), rig.folder(b)});
         QVERIFY(log.waitEnded(1, 60000));
         QCOMPARE(rig.alerts.shown.size(), 1);
         QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("A folder on the list is no longer there."));
@@ -170,7 +173,7 @@ private slots:
         IsoCreationFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.OnActionISOCreate();
+        flow.start();
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(QStringLiteral("Cannot determine attributes of source file")));
@@ -195,7 +198,7 @@ private slots:
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.DuplicateMedia();
+        flow.start();
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty());
         // A failed imaging asks no count and burns nothing.
@@ -217,7 +220,7 @@ private slots:
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
@@ -238,7 +241,7 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(a + "/secret.jpg"));
@@ -268,7 +271,7 @@ private slots:
         QMap<QString, QString> staged;
         connect(&flow, &SheetFlow::toolStarted, this, [&] { staged = tree(rig.data); });
         LogCatcher logs;
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
         QVERIFY(log.waitEnded(1, 60000));
         QCOMPARE(rig.alerts.shown.size(), 1);
         QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("The folders could not be copied for the disc."));
@@ -296,7 +299,7 @@ private slots:
         IsoCreationFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.OnActionISOCreate();
+        flow.start();
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(src + "/no.txt"));
@@ -323,7 +326,7 @@ private slots:
         IsoCreationFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.OnActionISOCreate();
+        flow.start();
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QFile::setPermissions(dst, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -345,7 +348,7 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
         QVERIFY(log.waitEnded(1, 60000));
         QCOMPARE(rig.alerts.shown.size(), 1);
         QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("The folders could not be copied for the disc."));
@@ -369,7 +372,7 @@ private slots:
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QFile::setPermissions(locked, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -391,7 +394,7 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(QStringLiteral("No space left on device")));
@@ -414,7 +417,7 @@ private slots:
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(QStringLiteral("No space left on device")));
@@ -439,7 +442,7 @@ private slots:
         LogCatcher logs;
         {
             FileSizeLimit full(512 * 1024);
-            flow.OnActionISOCreate();
+            flow.start();
             QVERIFY(log.waitEnded(1, 60000));
             QVERIFY(rig.alerts.shown.isEmpty());
         }
@@ -465,7 +468,7 @@ private slots:
         LogCatcher logs;
         {
             FileSizeLimit full(256 * 1024);
-            flow.Burn_Data_DVD({rig.folder(a)});
+            flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
             QVERIFY(log.waitEnded(1, 60000));
             QCOMPARE(rig.alerts.shown.size(), 1);
         }

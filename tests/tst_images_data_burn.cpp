@@ -70,7 +70,7 @@ private slots:
         rig.drive.medium = FakeDrive::blank(QStringLiteral("CD"));
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.Burn_Data_CD({});
+        flow.burn(ImageMessages::DataDisc::CD, {});
         QVERIFY(log.waitEnded());
         QCOMPARE(rig.alerts.texts(), QStringList{"No folders on the list / There are no folders on the list. Add folders to the list and try again."});
         QCOMPARE(rig.alerts.shown.first().buttons, QStringList{"Close"});
@@ -121,7 +121,7 @@ private slots:
         writeFile(rig.tmp.path() + "/src/Photos/p.jpg", "p");
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.burnData(ImageMessages::DataDisc(kind), {rig.folder(rig.tmp.path() + "/src/Photos")});
+        flow.burn(ImageMessages::DataDisc(kind), {rig.folder(rig.tmp.path() + "/src/Photos")});
         QVERIFY(log.waitEnded());
         // In debug mode the medium questions explain their own "no" first.
         QStringList shown = rig.alerts.texts();
@@ -144,7 +144,7 @@ private slots:
         writeFile(rig.tmp.path() + "/src/Photos/p.jpg", "p");
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.Burn_Data_DVD({rig.folder(rig.tmp.path() + "/src/Photos")});
+        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(rig.tmp.path() + "/src/Photos")});
         QVERIFY(log.waitEnded());
         QVERIFY(rig.alerts.shown.isEmpty());
         QCOMPARE(log.commands.size(), 1);
@@ -168,7 +168,7 @@ private slots:
         connect(&flow, &SheetFlow::toolStarted, this, [&] {
             dataAtLaunch = QDir(rig.data).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
         });
-        flow.Burn_Data_Bluray({rig.folder(rig.tmp.path() + "/a/Photos"), rig.folder(rig.tmp.path() + "/b/Photos")});
+        flow.burn(ImageMessages::DataDisc::Bluray, {rig.folder(rig.tmp.path() + "/a/Photos"), rig.folder(rig.tmp.path() + "/b/Photos")});
         QVERIFY(log.waitEnded());
         qunsetenv("TAMBLO_FAKE_ARGS_LOG");
         QCOMPARE(log.sheets(), (QStringList{"toolStarted", "showPerformingOperation", "toolFinished",
@@ -207,11 +207,12 @@ private slots:
         SheetLog log(&flow);
         QMap<QString, QString> staged;
         bool staleGoneBeforeStaging = false;
-        connect(&flow, &SheetFlow::showStagingSheet, this, [&] {
-            staleGoneBeforeStaging = !QFileInfo::exists(rig.data + "/stale.bin");
+        connect(&flow, &Operation::sheetShown, this, [&](OperationSheet sheet) {
+            if (sheet == OperationSheet::Staging)
+                staleGoneBeforeStaging = !QFileInfo::exists(rig.data + "/stale.bin");
         });
         connect(&flow, &SheetFlow::toolStarted, this, [&] { staged = tree(rig.data); });
-        flow.Burn_Data_DVD({rig.folder(a), rig.folder(b), rig.folder(c)});
+        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a), rig.folder(b), rig.folder(c)});
         QVERIFY(log.waitEnded());
         qunsetenv("TAMBLO_FAKE_DRUTIL_LOG");
         QVERIFY(rig.alerts.shown.isEmpty());
@@ -252,9 +253,12 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         bool dataEmptyDuringBurn = false;
-        connect(&flow, &SheetFlow::showPerformingOperation, this, [&] { dataEmptyDuringBurn = QDir(rig.data).isEmpty(); });
+        connect(&flow, &Operation::sheetShown, this, [&](OperationSheet sheet) {
+            if (sheet == OperationSheet::Working)
+                dataEmptyDuringBurn = QDir(rig.data).isEmpty();
+        });
         LogCatcher logs;
-        flow.Burn_Data_CD({rig.folder(a), rig.folder(b), rig.folder(c)});
+        flow.burn(ImageMessages::DataDisc::CD, {rig.folder(a), rig.folder(b), rig.folder(c)});
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
         QVERIFY(dataEmptyDuringBurn);

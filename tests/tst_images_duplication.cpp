@@ -110,7 +110,7 @@ private slots:
         rig.drive.medium = FakeDrive::empty();
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.DuplicateMedia();
+        flow.start();
         QVERIFY(log.waitEnded());
         QCOMPARE(rig.alerts.texts(), QStringList{"No disc / There is no disc on the drive. insert a media on the drive to copy and try again."});
         QCOMPARE(rig.alerts.shown.first().buttons, QStringList{"Close"});
@@ -124,7 +124,7 @@ private slots:
         writeFile(rig.data + "/earlier.iso", "x");
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.DuplicateMedia();
+        flow.start();
         QVERIFY(log.waitEnded());
         QCOMPARE(rig.picker.requests.size(), 1);
         QCOMPARE(rig.picker.requests.first().message, QStringLiteral("Select a volume to duplicate."));
@@ -153,7 +153,7 @@ private slots:
             if (r.hasInput)
                 countAsked << QStringLiteral("%1 eject(s) before").arg(rig.ejects);
         };
-        flow.DuplicateMedia();
+        flow.start();
         QVERIFY(log.waitEnded(1, 30000));
         QVERIFY(imageMadeFresh);
         const QString image = rig.data + "/image.iso";
@@ -203,7 +203,7 @@ private slots:
         rig.answerCount(answer);
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.DuplicateMedia();
+        flow.start();
         QVERIFY(log.waitEnded(1, 30000));
         QCOMPARE(rig.burnQuestions(), questions);
         QCOMPARE(rig.burns().size(), questions.size());
@@ -217,13 +217,13 @@ private slots:
         SheetLog log(&flow);
         rig.picker.answers.enqueue({rig.volume});
         rig.answerCount(QStringLiteral("2"));
-        flow.DuplicateMedia();
+        flow.start();
         QVERIFY(log.waitEnded(1, 30000));
         rig.drive.medium = FakeDrive::finished(QStringLiteral("CD"));
         rig.alerts.shown.clear();
         rig.picker.answers.enqueue({rig.volume});
         rig.answerCount(QStringLiteral("-3"));
-        flow.DuplicateMedia();
+        flow.start();
         QVERIFY(log.waitEnded(2, 30000));
         QCOMPARE(rig.burnQuestions(), (QStringList{"Burn Copy 1 of 2", "Burn Copy 2 of 2"}));
         QCOMPARE(rig.burns().size(), 4);
@@ -242,7 +242,7 @@ private slots:
         };
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.DuplicateMedia();
+        flow.start();
         QVERIFY(log.waitEnded(1, 30000));
         QCOMPARE(noDiscSeen, 2);
         QCOMPARE(rig.burnQuestions(), (QStringList{"Burn Copy 1 of 1", "Burn Copy 1 of 1", "Burn Copy 1 of 1"}));
@@ -264,7 +264,7 @@ private slots:
         };
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.DuplicateMedia();
+        flow.start();
         QVERIFY(log.waitEnded(1, 30000));
         QCOMPARE(rig.burnQuestions(), (QStringList{"Burn Copy 1 of 1", "Burn Copy 1 of 1"}));
         QVERIFY(rig.alerts.texts().contains(
@@ -286,7 +286,7 @@ private slots:
             if (r.messageText == insertText)
                 imageBeforeCancel = QFileInfo::exists(rig.data + "/image.iso");
         };
-        flow.DuplicateMedia();
+        flow.start();
         QVERIFY(log.waitEnded(1, 30000));
         QVERIFY(imageBeforeCancel);
         QCOMPARE(rig.burnQuestions(), (QStringList{"Burn Copy 1 of 3", "Burn Copy 2 of 3"}));
@@ -306,7 +306,7 @@ private slots:
         rig.answerButton(1);
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.DuplicateMedia();
+        flow.start();
         QVERIFY(log.waitEnded(1, 30000));
         QVERIFY(rig.burnQuestions().isEmpty());
         QVERIFY(rig.burns().isEmpty());
@@ -341,7 +341,7 @@ private slots:
             if (image.isEmpty() && f.open(QIODevice::ReadOnly))
                 image = f.readAll();
         });
-        flow.DuplicateMedia();
+        flow.start();
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
         QCOMPARE(copy, 2);

@@ -85,7 +85,7 @@ private slots:
         Rig rig(ToolPaths::Backend::MacOS);
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded());
         QCOMPARE(rig.picker.requests.size(), 1);
         const PickRequest r = rig.picker.requests.first();
@@ -107,7 +107,7 @@ private slots:
         rig.picker.answers.enqueue({rig.tmp.path() + "/x.iso"});
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded());
         qunsetenv("TAMBLO_FAKE_HDIUTIL_LOG");
         QCOMPARE(rig.alerts.texts(), QStringList{"No disc / There is no disc on the drive. insert a writable media on the drive and try again."});
@@ -124,7 +124,7 @@ private slots:
         rig.picker.answers.enqueue({rig.tmp.path() + "/x.iso"});
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded());
         QCOMPARE(rig.alerts.texts(), QStringList{"Media not writable / The media on the drive is not writable. insert a writable media on the drive and try again."});
         QVERIFY(log.commands.isEmpty());
@@ -147,7 +147,7 @@ private slots:
         SheetLog log(&flow);
         double valueWhenStarted = -1;
         connect(&flow, &SheetFlow::toolStarted, this, [&] { valueWhenStarted = log.progress.isEmpty() ? -1 : log.progress.last(); });
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded(1, 30000));
         qunsetenv("TAMBLO_FAKE_HDIUTIL_LOG");
         qunsetenv("TAMBLO_FAKE_HDIUTIL_BURN");
@@ -187,7 +187,7 @@ private slots:
         rig.picker.answers.enqueue({image});
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded(1, 30000));
         qunsetenv("TAMBLO_FAKE_HDIUTIL_BURN");
         qunsetenv("TAMBLO_FAKE_HDIUTIL_EXIT");
@@ -250,7 +250,7 @@ private slots:
         rig.picker.answers.enqueue({odd});
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded());
         qunsetenv("TAMBLO_FAKE_ARGS_LOG");
         QCOMPARE(readLines(argsLog),
@@ -277,7 +277,7 @@ private slots:
         rig.picker.answers.enqueue({image});
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
         const QByteArray img = readAll(image);
@@ -305,7 +305,7 @@ private slots:
         rig.picker.answers.enqueue({image});
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded(1, 120000));
         const QByteArray img = readAll(image);
         const QByteArray disc = readAll(rig.tmp.path() + "/disc.bin");
@@ -324,7 +324,7 @@ private slots:
         rig.picker.answers.enqueue({image});
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded(1, 120000));
         const QList<double> fed = log.progress;
         qInfo() << "progress reported:" << fed;

@@ -41,7 +41,7 @@ private slots:
         Rig rig(ToolPaths::Backend::Linux);
         IsoCreationFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOCreate();
+        flow.start();
         QVERIFY(log.waitEnded());
         QCOMPARE(rig.picker.requests.size(), 1);
         QCOMPARE(rig.picker.requests.first().message, QStringLiteral("Select a folder to export to ISO format."));
@@ -49,7 +49,7 @@ private slots:
         QVERIFY(rig.picker.requests.first().startFolder.isEmpty());
         QCOMPARE(log.sheets(), QStringList{"ended"});
         QVERIFY(rig.alerts.shown.isEmpty());
-        QVERIFY(flow.SourcePath().isEmpty());
+        QVERIFY(flow.sourcePath().isEmpty());
     }
 
     void cancellingTheDestinationPanelWritesNothing()
@@ -64,7 +64,7 @@ private slots:
         qint64 secondPanelAt = -1;
         clock.start();
         connect(&flow, &SheetFlow::ended, this, [&] { secondPanelAt = clock.elapsed(); });
-        flow.OnActionISOCreate();
+        flow.start();
         QVERIFY(log.waitEnded());
         QCOMPARE(rig.picker.requests.size(), 2);
         const PickRequest dest = rig.picker.requests.at(1);
@@ -76,8 +76,8 @@ private slots:
         QCOMPARE(log.sheets(), QStringList{"ended"});
         QVERIFY(rig.alerts.shown.isEmpty());
         QCOMPARE(QDir(rig.tmp.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"src"});
-        QCOMPARE(flow.SourcePath(), src);
-        QVERIFY(flow.DestPathISO().isEmpty());
+        QCOMPARE(flow.sourcePath(), src);
+        QVERIFY(flow.imagePath().isEmpty());
     }
 
     void macCommandStepsAndSilentReplacement()
@@ -95,15 +95,15 @@ private slots:
         IsoCreationFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.OnActionISOCreate();
+        flow.start();
         QVERIFY(log.waitEnded());
         qunsetenv("TAMBLO_FAKE_HDIUTIL_LOG");
         qunsetenv("TAMBLO_FAKE_HDIUTIL_MAKEHYBRID");
         QCOMPARE(readLines(argsLog), QStringList{"makehybrid|-o|" + dst + "/image.iso|" + src + "|-iso|-joliet"});
         QCOMPARE(log.commands.first(), (QStringList{fake("hdiutil"), "makehybrid", "-o", dst + "/image.iso", src,
                                                     "-iso", "-joliet"}));
-        QCOMPARE(flow.DestPath(), dst);
-        QCOMPARE(flow.DestPathISO(), dst + "/image.iso");
+        QCOMPARE(flow.destinationFolder(), dst);
+        QCOMPARE(flow.imagePath(), dst + "/image.iso");
         QVERIFY(rig.alerts.shown.isEmpty());
         // The stand-in finishes long before the working sheet's step: the
         // sheet still comes, and closes before the completion.
@@ -134,7 +134,7 @@ private slots:
         rig.picker.answers.enqueue({dst});
         IsoCreationFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOCreate();
+        flow.start();
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets().last(3), (QStringList{"closePerformingOperation", "operationComplete", "ended"}));
         const QString readback = rig.tmp.path() + "/readback";
@@ -161,12 +161,12 @@ private slots:
         SheetLog log(&flow);
         rig.picker.answers.enqueue({one});
         rig.picker.answers.enqueue({dst});
-        flow.OnActionISOCreate();
+        flow.start();
         QVERIFY(log.waitEnded(1, 120000));
         const qint64 firstSize = QFileInfo(dst + "/image.iso").size();
         rig.picker.answers.enqueue({two});
         rig.picker.answers.enqueue({dst});
-        flow.OnActionISOCreate();
+        flow.start();
         QVERIFY(log.waitEnded(2, 120000));
         QVERIFY(rig.alerts.shown.isEmpty());
         QVERIFY(QFileInfo(dst + "/image.iso").size() < firstSize);
@@ -187,7 +187,7 @@ private slots:
         rig.picker.answers.enqueue({both});
         IsoCreationFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOCreate();
+        flow.start();
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
         QVERIFY(QFileInfo(both + "/image.iso").size() > 30000);
@@ -208,7 +208,7 @@ private slots:
         IsoCreationFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.OnActionISOCreate();
+        flow.start();
         QVERIFY(log.waitEnded());
         QVERIFY(logs.warned(QStringLiteral("could not start ") + rig.ctx.tools.xorriso));
         // No completion, and no sheet left open: an alert names the tool.

@@ -14,7 +14,6 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
-#include "burn/BurnSheets.h"
 #include "burn/DrutilRecorder.h"
 #include "burn/MediaBurn.h"
 #include "burn/XorrisoRecorder.h"
@@ -26,7 +25,7 @@
 #include "images/DuplicationFlow.h"
 #include "images/ImageBurnFlow.h"
 #include "imagestest/ImagesTestKit.h"
-#include "support/BurnSheetEvents.h"
+#include "support/SheetLog.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
 #include "support/MediumAnswers.h"
@@ -39,7 +38,6 @@ namespace {
 const QString Verified = QStringLiteral("The disc was written and verified.");
 const QString Differences = QStringLiteral("The disc was written, but verifying it found differences.");
 
-using Sheets = BurnSheetEvents;
 
 MediumProbe blankDisc(const QString &family)
 {
@@ -63,11 +61,11 @@ NodeMediaFile media(const QString &path, qint64 seconds)
 MediaBurnContext verifyingIn(const QTemporaryDir &tmp)
 {
     MediaBurnContext ctx;
-    ctx.sffmpegPath = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
-    ctx.s_Audio_Folder = tmp.filePath(QStringLiteral("TambloAudio"));
-    ctx.s_Video_Folder = tmp.filePath(QStringLiteral("TambloVideo"));
-    QDir().mkpath(ctx.s_Audio_Folder);
-    QDir().mkpath(ctx.s_Video_Folder);
+    ctx.ffmpeg = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
+    ctx.audioFolder = tmp.filePath(QStringLiteral("TambloAudio"));
+    ctx.videoFolder = tmp.filePath(QStringLiteral("TambloVideo"));
+    QDir().mkpath(ctx.audioFolder);
+    QDir().mkpath(ctx.videoFolder);
     ctx.verifyAfterWriting = true;
     return ctx;
 }
@@ -300,8 +298,11 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         bool busyWhileVerifying = false;
-        connect(&flow, &SheetFlow::verifying, this, [&] { busyWhileVerifying = flow.isBusy(); });
-        flow.Burn_Data_DVD({rig.folder(a)});
+        connect(&flow, &Operation::sheetShown, this, [&](OperationSheet sheet) {
+            if (sheet == OperationSheet::Verifying)
+                busyWhileVerifying = flow.isBusy();
+        });
+        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
         QVERIFY(log.waitEnded(1, 120000));
         QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join('\n')));
         QVERIFY2(log.failures.isEmpty(), qPrintable(log.failures.value(0).informative + log.failures.value(0).details));
@@ -325,7 +326,7 @@ private slots:
         writeFile(a + "/c.txt", "c\n");
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(readLines(damageLog).size(), 1);
         QCOMPARE(log.sheets().last(3), (QStringList{"closePerformingOperation", "operationFailed", "ended"}));
@@ -347,7 +348,7 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher runs;
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets(), (QStringList{"toolStarted", "showPerformingOperation", "toolFinished",
                                             "closePerformingOperation", "operationComplete", "ended"}));
@@ -367,7 +368,7 @@ private slots:
         writeFile(a + "/a.bin", bytes(3000, 7));
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
         QVERIFY(log.waitEnded(1, 120000));
         // Verifying: drutil is left to read the disc back (no -noverify).
         QCOMPARE(readLines(burnLog).first(), QStringLiteral("burn|") + rig.ctx.dataFolder + "|-drive|1");
@@ -381,7 +382,7 @@ private slots:
         env.set("TAMBLO_FAKE_BURN_EXIT", QStringLiteral("1"));
         DataBurnFlow failing(again.ctx);
         SheetLog failLog(&failing);
-        failing.Burn_Data_DVD({again.folder(a)});
+        failing.burn(ImageMessages::DataDisc::DVD, {again.folder(a)});
         QVERIFY(failLog.waitEnded(1, 120000));
         QCOMPARE(failLog.failures.size(), 1);
         QCOMPARE(failLog.failures.first().message, Differences);
@@ -397,7 +398,7 @@ private slots:
         rig.picker.answers.enqueue({image});
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets(), (QStringList{"showPerformingOperation", "toolStarted", "toolFinished", "verifying",
                                             "closePerformingOperation", "operationVerified", "ended"}));
@@ -417,7 +418,7 @@ private slots:
         rig.picker.answers.enqueue({image});
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
         const OperationFailure f = log.failures.first();
@@ -441,7 +442,7 @@ private slots:
         rig.picker.answers.enqueue({image});
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.failures.size(), 1);
         QCOMPARE(log.failures.first().informative, QStringLiteral("Bytes 40960 to 40967 of the disc differ from the image."));
@@ -459,7 +460,7 @@ private slots:
         rig.picker.answers.enqueue({image});
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.OnActionISOBurn();
+        flow.start();
         QVERIFY(log.waitEnded(1, 30000));
         QCOMPARE(readLines(argsLog), QStringList{"burn|" + image + "|-verbose"});
         // The sheet says so when hdiutil begins its read-back, while it runs.
@@ -472,7 +473,7 @@ private slots:
         again.picker.answers.enqueue({image});
         ImageBurnFlow failing(again.ctx);
         SheetLog failLog(&failing);
-        failing.OnActionISOBurn();
+        failing.start();
         QVERIFY(failLog.waitEnded(1, 30000));
         QCOMPARE(failLog.failures.size(), 1);
         QCOMPARE(failLog.failures.first().message, Differences);
@@ -505,8 +506,11 @@ private slots:
         rig.alerts.answers.enqueue(count);
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
-        connect(&flow, &SheetFlow::verifying, this, [&] { verifiedSinceLastEject = true; });
-        flow.DuplicateMedia();
+        connect(&flow, &Operation::sheetShown, this, [&](OperationSheet sheet) {
+            if (sheet == OperationSheet::Verifying)
+                verifiedSinceLastEject = true;
+        });
+        flow.start();
         QVERIFY(log.waitEnded(1, 180000));
         QCOMPARE(copies, 2);
         QCOMPARE(readBackBeforeEject, (QList<bool>{true, true}));
@@ -531,7 +535,7 @@ private slots:
         rig.alerts.answers.enqueue(count);
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.DuplicateMedia();
+        flow.start();
         QVERIFY(log.waitEnded(1, 180000));
         QCOMPARE(log.sheets().last(3), (QStringList{"closePerformingOperation", "operationFailed", "ended"}));
         const OperationFailure f = log.failures.first();
@@ -554,26 +558,26 @@ private slots:
             MediaBurnContext ctx = verifyingIn(tmp);
             ctx.currentDrive.s_Device_Path = QStringLiteral("stdio:") + disc;
             XorrisoRecorder recorder(fake("xorriso-damaging"), QStringLiteral("cdrskin"));
-            Sheets sheets;
             FakeAlerts alerts;
-            MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc(QStringLiteral("CD"))));
+            MediaBurn burn(recorder, alerts, asCheck(blankDisc(QStringLiteral("CD"))));
+            SheetLog sheets(&burn);
             QList<ToolCommand> recordings;
             connect(&burn, &MediaBurn::recordingStarted, this, [&](const ToolCommand &c) { recordings << c; });
-            burn.Burn_Audio_MP3_CD({media(m_tone, 1)}, ctx);
+            burn.burn(BurnOperation::MP3CD, {media(m_tone, 1)}, ctx);
             QVERIFY(QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000));
             QVERIFY2(alerts.shown.isEmpty(), qPrintable(alerts.texts().join('\n')));
             QCOMPARE(recordings.size(), 1);
             QVERIFY(recordings.first().arguments.join(' ').contains(QStringLiteral("-md5 on -dev")));
             if (!damaged) {
-                QCOMPARE(sheets.events.mid(sheets.events.indexOf("performing")),
-                         (QStringList{"performing", "verifying", "endPerforming", "verified"}));
+                QCOMPARE(sheets.steps().mid(sheets.steps().indexOf("showPerformingOperation")),
+                         (QStringList{"showPerformingOperation", "verifying", "closePerformingOperation", "operationVerified"}));
             } else {
-                QCOMPARE(sheets.events.last(), QStringLiteral("failed"));
-                QCOMPARE(sheets.failure.message, Differences);
-                QCOMPARE(sheets.failure.informative,
+                QCOMPARE(sheets.steps().last(), QStringLiteral("operationFailed"));
+                QCOMPARE(sheets.failure().message, Differences);
+                QCOMPARE(sheets.failure().informative,
                          QStringLiteral("This file on the disc does not match what was written:\n/tone.mp3"));
             }
-            QVERIFY(QDir(ctx.s_Audio_Folder).isEmpty());
+            QVERIFY(QDir(ctx.audioFolder).isEmpty());
         }
     }
 
@@ -586,16 +590,16 @@ private slots:
         MediaBurnContext ctx = verifyingIn(tmp);
         ctx.currentDrive.s_Drive_Number = QStringLiteral("1");
         DrutilRecorder recorder(fake("burn-drutil"));
-        Sheets sheets;
         FakeAlerts alerts;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc(QStringLiteral("CD"))));
+        MediaBurn burn(recorder, alerts, asCheck(blankDisc(QStringLiteral("CD"))));
+        SheetLog sheets(&burn);
         LogCatcher runs;
-        burn.Burn_Audio_CD({media(m_tone, 1)}, ctx);
+        burn.burn(BurnOperation::AudioCD, {media(m_tone, 1)}, ctx);
         QVERIFY(QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000));
         QVERIFY2(alerts.shown.isEmpty(), qPrintable(alerts.texts().join('\n')));
-        QCOMPARE(sheets.events.last(3), (QStringList{"performing", "endPerforming", "complete"}));
-        QVERIFY(!sheets.events.contains(QStringLiteral("verifying")));
-        QCOMPARE(readLines(burnLog).first(), "burn|-audio|" + ctx.s_Audio_Folder + "|-drive|1");
+        QCOMPARE(sheets.steps().last(3), (QStringList{"showPerformingOperation", "closePerformingOperation", "operationComplete"}));
+        QVERIFY(!sheets.steps().contains(QStringLiteral("verifying")));
+        QCOMPARE(readLines(burnLog).first(), "burn|-audio|" + ctx.audioFolder + "|-drive|1");
         // The transcode and the recording; nothing read back.
         QCOMPARE(runs.verdicts().size(), 2);
     }
@@ -610,14 +614,14 @@ private slots:
         MediaBurnContext ctx = verifyingIn(tmp);
         ctx.currentDrive.s_Drive_Number = QStringLiteral("1");
         DrutilRecorder recorder(fake("burn-drutil"));
-        Sheets sheets;
         FakeAlerts alerts;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc(QStringLiteral("DVD"))));
-        burn.Burn_Audio_MP3_DVD({media(m_tone, 1)}, ctx);
+        MediaBurn burn(recorder, alerts, asCheck(blankDisc(QStringLiteral("DVD"))));
+        SheetLog sheets(&burn);
+        burn.burn(BurnOperation::MP3DVD, {media(m_tone, 1)}, ctx);
         QVERIFY(QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000));
-        QCOMPARE(readLines(burnLog).first(), "burn|" + ctx.s_Audio_Folder + "|-drive|1");
-        QCOMPARE(sheets.events.mid(sheets.events.indexOf("performing")),
-                 (QStringList{"performing", "verifying", "endPerforming", "verified"}));
+        QCOMPARE(readLines(burnLog).first(), "burn|" + ctx.audioFolder + "|-drive|1");
+        QCOMPARE(sheets.steps().mid(sheets.steps().indexOf("showPerformingOperation")),
+                 (QStringList{"showPerformingOperation", "verifying", "closePerformingOperation", "operationVerified"}));
     }
 };
 

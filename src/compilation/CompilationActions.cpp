@@ -6,7 +6,7 @@
 
 CompilationActions::CompilationActions(MediaListModel *media, DataFolderModel *data,
                                        FilePicker *picker, QObject *parent)
-    : QObject(parent), m_media(media), m_data(data), m_picker(picker)
+    : Operation(nullptr, parent), m_media(media), m_data(data), m_picker(picker)
 {
     connect(&m_probe, &MediaProbeJob::recordsReady, this, &CompilationActions::onRecordsReady);
     connect(&m_probe, &MediaProbeJob::progress, this, &CompilationActions::onProgress);
@@ -14,47 +14,24 @@ CompilationActions::CompilationActions(MediaListModel *media, DataFolderModel *d
     connect(&m_folder, &FolderMeasureJob::finished, this, &CompilationActions::onFolderMeasured);
 }
 
-bool CompilationActions::isBusy() const
+bool CompilationActions::addFiles(Tab tab)
 {
-    return m_probe.isRunning() || m_folder.isRunning();
+    if (isBusy() || !m_picker || tab == DataTab)
+        return false;
+    return addMediaFiles(tab, m_picker->pick(tab == AudioTab ? ExtensionLists::audioAddFilesRequest()
+                                                             : ExtensionLists::videoAddFilesRequest()));
 }
 
-bool CompilationActions::OnActionAudioAddFiles()
+bool CompilationActions::addFolder(Tab tab)
 {
     if (isBusy() || !m_picker)
         return false;
-    return addMediaFiles(AudioTab, m_picker->pick(ExtensionLists::audioAddFilesRequest()));
-}
-
-bool CompilationActions::OnActionVideoAddFiles()
-{
-    if (isBusy() || !m_picker)
+    const QStringList chosen = m_picker->pick(tab == AudioTab   ? ExtensionLists::audioAddFolderRequest()
+                                              : tab == VideoTab ? ExtensionLists::videoAddFolderRequest()
+                                                                : ExtensionLists::dataAddFolderRequest());
+    if (chosen.isEmpty())
         return false;
-    return addMediaFiles(VideoTab, m_picker->pick(ExtensionLists::videoAddFilesRequest()));
-}
-
-bool CompilationActions::OnActionAudioAddFolder()
-{
-    if (isBusy() || !m_picker)
-        return false;
-    const QStringList chosen = m_picker->pick(ExtensionLists::audioAddFolderRequest());
-    return !chosen.isEmpty() && addMediaFolder(AudioTab, chosen.first());
-}
-
-bool CompilationActions::OnActionVideoAddFolder()
-{
-    if (isBusy() || !m_picker)
-        return false;
-    const QStringList chosen = m_picker->pick(ExtensionLists::videoAddFolderRequest());
-    return !chosen.isEmpty() && addMediaFolder(VideoTab, chosen.first());
-}
-
-bool CompilationActions::OnActionDataAddFolder()
-{
-    if (isBusy() || !m_picker)
-        return false;
-    const QStringList chosen = m_picker->pick(ExtensionLists::dataAddFolderRequest());
-    return !chosen.isEmpty() && addDataFolder(chosen.first());
+    return tab == DataTab ? addDataFolder(chosen.first()) : addMediaFolder(tab, chosen.first());
 }
 
 bool CompilationActions::addMediaFiles(Tab tab, const QStringList &paths)
@@ -64,8 +41,9 @@ bool CompilationActions::addMediaFiles(Tab tab, const QStringList &paths)
     m_mediaTab = tab;
     m_maximum = int(paths.size());
     m_countBefore = m_media ? m_media->count() : 0;
+    begin();
     emit busyChanged(true);
-    emit progressSheetShown(m_maximum);
+    emit sheetShown(OperationSheet::MeasuringFiles, m_maximum);
     m_probe.start(paths, m_ffmpeg);
     return true;
 }
@@ -85,12 +63,19 @@ bool CompilationActions::addDataFolder(const QString &folderPath)
 {
     if (folderPath.isEmpty() || isBusy())
         return false;
+    begin();
     emit busyChanged(true);
     // How much there is to walk is only known at the end: the sheet's bar is
-    // busy (maximum 0) while the tree is walked.
-    emit progressSheetShown(0);
+    // busy while the tree is walked.
+    emit sheetShown(OperationSheet::MeasuringFolder);
     m_folder.start(folderPath);
     return true;
+}
+
+void CompilationActions::done()
+{
+    finish();
+    emit busyChanged(false);
 }
 
 void CompilationActions::cancel()
@@ -103,17 +88,16 @@ void CompilationActions::cancel()
                 added << row;
             m_media->removeRowsAt(added);
         }
-        emit progressSheetClosed();
-        emit busyChanged(false);
+        emit sheetClosed(OperationSheet::MeasuringFiles);
+        done();
         emit refreshTable(m_mediaTab);
         return;
     }
     if (m_folder.isRunning()) {
         m_folder.cancel();
-        emit progressSheetClosed();
+        emit sheetClosed(OperationSheet::MeasuringFolder);
         // Busy until the walk has seen the request and ended.
-        connect(&m_folder, &FolderMeasureJob::stopped, this, [this] { emit busyChanged(false); },
-                Qt::SingleShotConnection);
+        connect(&m_folder, &FolderMeasureJob::stopped, this, [this] { done(); }, Qt::SingleShotConnection);
     }
 }
 
@@ -123,16 +107,16 @@ void CompilationActions::onRecordsReady(int, const QList<NodeMediaFile> &records
         m_media->append(records);
 }
 
-void CompilationActions::onProgress(int done)
+void CompilationActions::onProgress(int count)
 {
-    emit progressChanged(done);
-    if (done >= m_maximum)
-        emit progressSheetClosed();
+    emit barMoved(OperationBar::Single, count);
+    if (count >= m_maximum)
+        emit sheetClosed(OperationSheet::MeasuringFiles);
 }
 
 void CompilationActions::onProbeFinished()
 {
-    emit busyChanged(false);
+    done();
     emit refreshTable(m_mediaTab);
 }
 
@@ -140,8 +124,8 @@ void CompilationActions::onFolderMeasured(const NodeDataFolder &record)
 {
     if (m_data)
         m_data->append(record);
-    emit progressChanged(1);
-    emit progressSheetClosed();
-    emit busyChanged(false);
+    emit barMoved(OperationBar::Single, 1);
+    emit sheetClosed(OperationSheet::MeasuringFolder);
+    done();
     emit refreshTable(DataTab);
 }

@@ -1,25 +1,24 @@
 #pragma once
-#include <QObject>
 #include <QString>
 #include <QStringList>
 
 #include "platform/FilePicker.h"
 #include "compilation/FolderMeasureJob.h"
 #include "compilation/MediaProbeJob.h"
+#include "toolrun/Operation.h"
 
 class MediaListModel;
 class DataFolderModel;
 
-// The five add actions of the Audio, Video and Data tabs. Media files are
-// probed off the UI thread behind a determinate progress sheet (the window
-// shows it on progressSheetShown, moves it on progressChanged and closes it
-// on progressSheetClosed); the data folder is measured off the UI thread
-// too, behind the same sheet with a busy bar (maximum 0: the size of the
-// tree is not known until it has been walked). Records land in the lists in the panel's (or folder's) order; the
+// The five add actions of the Audio, Video and Data tabs, one operation.
+// Media files are probed off the UI thread behind the MeasuringFiles sheet
+// (its Single bar counts the files probed); the data folder is measured off
+// the UI thread too, behind the MeasuringFolder sheet with a busy bar (the
+// size of the tree is not known until it has been walked). Records land in the lists in the panel's (or folder's) order; the
 // same file chosen twice is listed twice. Each action ends with the tab's
 // table refresh (refreshTable). Cancelling a panel, or a folder with nothing
 // to add, does nothing and says nothing.
-class CompilationActions : public QObject {
+class CompilationActions : public Operation {
     Q_OBJECT
 public:
     enum Tab { AudioTab = 0, VideoTab = 1, DataTab = 2 };
@@ -32,11 +31,8 @@ public:
 
     // Returns false when nothing was started (cancelled, nothing to add, or
     // an add still running).
-    bool OnActionAudioAddFiles();
-    bool OnActionAudioAddFolder();
-    bool OnActionVideoAddFiles();
-    bool OnActionVideoAddFolder();
-    bool OnActionDataAddFolder();
+    bool addFiles(Tab tab);   // Audio or Video: the panel of files
+    bool addFolder(Tab tab);  // the panel of one folder: its media files, or the data folder
 
     // The same without a panel: the chosen paths as the panel gave them.
     bool addMediaFiles(Tab tab, const QStringList &paths);
@@ -46,16 +42,12 @@ public:
     // Cancel on the measuring sheet: the files or folder being added are
     // dropped (records already listed by this add go again), the sheet
     // closes and the list is as it was. Harmless when idle.
-    void cancel();
+    void cancel() override;
 
-    bool isBusy() const;
     MediaProbeJob *probeJob() { return &m_probe; }
     FolderMeasureJob *folderJob() { return &m_folder; }
 
 signals:
-    void progressSheetShown(int maximum);  // bar: minimum 0, this maximum, value 0; 0: busy
-    void progressChanged(int value);       // 1, 2, 3 ... in list order
-    void progressSheetClosed();
     void refreshTable(int tab);            // Tab: the table to reload and total
     void busyChanged(bool busy);
 
@@ -63,6 +55,7 @@ private:
     void onRecordsReady(int first, const QList<NodeMediaFile> &records);
     void onProgress(int done);
     void onProbeFinished();
+    void done();
     void onFolderMeasured(const NodeDataFolder &record);
 
     MediaListModel *m_media;

@@ -43,6 +43,14 @@ const DiscKind *forTabType(int tabIndex, qint64 typeValue)
     return nullptr;
 }
 
+const DiscKind *forBurnTitle(const QString &burnTitle)
+{
+    for (const DiscKind &k : all())
+        if (k.burnTitle == burnTitle)
+            return &k;
+    return nullptr;
+}
+
 QStringList tabButtons(int tabIndex)
 {
     QStringList names;

@@ -42,6 +42,9 @@ const DiscKind *find(qint64 kind);
 // The row a tab's kind button stands for: tab 0 with type 0..2, tab 1 with
 // 0..1, tab 2 with 0..2; null otherwise.
 const DiscKind *forTabType(int tabIndex, qint64 typeValue);
+// The row whose Burn title this is ("Burn Audio CD" is kind 1); null for
+// any other text.
+const DiscKind *forBurnTitle(const QString &burnTitle);
 // The kind buttons of a tab, in order ("btnAudioCD", "btnMP3CD", "btnMP3DVD" ...).
 QStringList tabButtons(int tabIndex);
 // The Burn title of a tab's type; empty when the type is outside the tab's

@@ -70,17 +70,6 @@ void MediaQuestions::TypeOfMediaInTheDrive(std::function<void(QString)> done)
     });
 }
 
-void MediaQuestions::checkMedium(const QString &family, std::function<void(MediumCheck)> done)
-{
-    check(MediumNeed::Writable, family, std::move(done));
-}
-
-void MediaQuestions::checkMedium(const QString &family, const SizeEstimate &size,
-                                 std::function<void(MediumCheck)> done)
-{
-    check(MediumNeed::Writable, family, size, std::move(done));
-}
-
 MediumCheckFn MediaQuestions::checker()
 {
     QPointer<MediaQuestions> self(this);
@@ -161,66 +150,73 @@ void MediaQuestions::askAnswered(std::function<void(MediumCheck)> done,
     });
 }
 
+static void answer(const std::function<void(MediumCheck)> &done, MediumCheck::Result result,
+                   const MediaStatus &status, const QString &detected = QString())
+{
+    MediumCheck c;
+    c.result = result;
+    c.status = status;
+    c.detectedFamily = detected;
+    if (done)
+        done(c);
+}
+
 void MediaQuestions::check(MediumNeed need, const QString &family, std::function<void(MediumCheck)> done)
 {
     QPointer<MediaQuestions> self(this);
-    auto finish = [done](MediumCheck::Result result, const MediaStatus &status, const QString &detected = QString()) {
-        MediumCheck c;
-        c.result = result;
-        c.status = status;
-        c.detectedFamily = detected;
-        if (done)
-            done(c);
-    };
-    auto askFamily = [self, family, finish, done](const MediaStatus &last) {
-        if (family.isEmpty() || !self) {
-            finish(MediumCheck::Ok, last);
+    askAnswered(done, [self, need, family, done](const MediaStatus &status) {
+        if (status.answers.driveEmpty)
+            answer(done, MediumCheck::NoDisc, status);
+        else if (!self || need == MediumNeed::Disc)
+            answer(done, MediumCheck::Ok, status);
+        else if (need == MediumNeed::Rewritable)
+            self->askRewritable(family, MediumCheck::NotRewritable, done);
+        else
+            self->askWritable(family, done);
+    });
+}
+
+// Write-once, or else rewritable: the second asked only when the first says no.
+void MediaQuestions::askWritable(const QString &family, std::function<void(MediumCheck)> done)
+{
+    QPointer<MediaQuestions> self(this);
+    askAnswered(done, [self, family, done](const MediaStatus &s) {
+        if (!self)
+            return;
+        if (s.answers.oneTimeWritable) {
+            self->askFamily(family, s, done);
             return;
         }
-        self->askAnswered(done, [family, finish](const MediaStatus &status) {
-            const QString detected = status.answers.family;
-            finish(detected == family ? MediumCheck::Ok : MediumCheck::WrongFamily, status, detected);
-        });
-    };
-    askAnswered(done, [self, need, finish, askFamily, done](const MediaStatus &status) {
-        if (status.answers.driveEmpty) {
-            finish(MediumCheck::NoDisc, status);
+        self->explainNo(s, QStringLiteral("Warning 0030."));
+        if (self)
+            self->askRewritable(family, MediumCheck::NotWritable, done);
+    });
+}
+
+void MediaQuestions::askRewritable(const QString &family, MediumCheck::Result refusal,
+                                   std::function<void(MediumCheck)> done)
+{
+    QPointer<MediaQuestions> self(this);
+    askAnswered(done, [self, family, refusal, done](const MediaStatus &s) {
+        if (!self)
+            return;
+        if (!s.answers.reWritable) {
+            self->explainNo(s, QStringLiteral("Warning 0040."));
+            answer(done, refusal, s);
             return;
         }
-        if (!self || need == MediumNeed::Disc) {
-            finish(MediumCheck::Ok, status);
-            return;
-        }
-        if (need == MediumNeed::Rewritable) {
-            self->askAnswered(done, [self, finish, askFamily](const MediaStatus &s) {
-                if (!s.answers.reWritable) {
-                    if (self)
-                        self->explainNo(s, QStringLiteral("Warning 0040."));
-                    finish(MediumCheck::NotRewritable, s);
-                    return;
-                }
-                askFamily(s);
-            });
-            return;
-        }
-        self->askAnswered(done, [self, finish, askFamily, done](const MediaStatus &s) {
-            if (s.answers.oneTimeWritable) {
-                askFamily(s);
-                return;
-            }
-            if (self)
-                self->explainNo(s, QStringLiteral("Warning 0030."));
-            if (!self)
-                return;
-            self->askAnswered(done, [self, finish, askFamily](const MediaStatus &r) {
-                if (!r.answers.reWritable) {
-                    if (self)
-                        self->explainNo(r, QStringLiteral("Warning 0040."));
-                    finish(MediumCheck::NotWritable, r);
-                    return;
-                }
-                askFamily(r);
-            });
-        });
+        self->askFamily(family, s, done);
+    });
+}
+
+void MediaQuestions::askFamily(const QString &family, const MediaStatus &last, std::function<void(MediumCheck)> done)
+{
+    if (family.isEmpty()) {
+        answer(done, MediumCheck::Ok, last);
+        return;
+    }
+    askAnswered(done, [family, done](const MediaStatus &status) {
+        const QString detected = status.answers.family;
+        answer(done, detected == family ? MediumCheck::Ok : MediumCheck::WrongFamily, status, detected);
     });
 }

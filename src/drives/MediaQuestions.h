@@ -56,19 +56,15 @@ public:
     void IsMediaReWritable(std::function<void(bool)> done);
     void TypeOfMediaInTheDrive(std::function<void(QString)> done);
 
-    // The burn check, stopping at the first failure: a disc must be in the
-    // drive (else NoDisc); it must be writable, or else rewritable, the
-    // second asked only when the first says no (else NotWritable); and when
-    // `family` is not empty, TypeOfMediaInTheDrive must equal it (else
-    // WrongFamily). Up to four status queries.
-    void checkMedium(const QString &family, std::function<void(MediumCheck)> done);
-    // The same, then the room (see check()).
-    void checkMedium(const QString &family, const SizeEstimate &size, std::function<void(MediumCheck)> done);
-
-    // The chain for any need: a disc must be there (else NoDisc), then
-    // Writable as checkMedium, or Rewritable (else NotRewritable), then the
-    // family when `family` is not empty. A status query that gets no answer
-    // (a hung drive, a missing tool) ends the chain with NoAnswer at once.
+    // The questions of the medium check chain, stopping at the first
+    // failure: a disc must be in the drive (else NoDisc); for Writable it
+    // must be write-once, or else rewritable, the second asked only when the
+    // first says no (else NotWritable); for Rewritable, rewritable (else
+    // NotRewritable); and when `family` is not empty, TypeOfMediaInTheDrive
+    // must equal it (else WrongFamily). Up to four status queries. A status
+    // query that gets no answer (a hung drive, a missing tool) ends the
+    // chain with NoAnswer at once. What the user is told of a refusal is
+    // MediumChecks' part.
     //
     // With a size estimate, last of all the room: the estimate is worked
     // out, then the drive is asked how many sectors the medium has left
@@ -85,6 +81,9 @@ private:
     void ask(std::function<void(const MediaStatus &)> answer);
     void askAnswered(std::function<void(MediumCheck)> done, std::function<void(const MediaStatus &)> answer);
     void explainNo(const MediaStatus &status, const QString &warning);
+    void askWritable(const QString &family, std::function<void(MediumCheck)> done);
+    void askRewritable(const QString &family, MediumCheck::Result refusal, std::function<void(MediumCheck)> done);
+    void askFamily(const QString &family, const MediaStatus &last, std::function<void(MediumCheck)> done);
     void checkRoom(const MediumCheck &passed, const SizeEstimate &size, std::function<void(MediumCheck)> done);
 
     DriveBackend &m_backend;

@@ -10,97 +10,51 @@
 
 DataBurnFlow::DataBurnFlow(const ImageFlowContext &context, QObject *parent) : SheetFlow(context, parent)
 {
-    timerBurnDataFolder.setSingleShot(true);
-    timerBurnDataFolder.setInterval(m_context.stepMs);
-    m_stagingTimer.setSingleShot(true);
-    m_stagingTimer.setInterval(m_context.stepMs);
-    connect(&timerBurnDataFolder, &QTimer::timeout, this, &DataBurnFlow::TimerBurnDataFolder);
-    connect(&m_stagingTimer, &QTimer::timeout, this, &DataBurnFlow::startStaging);
+    m_stagingStep.setInterval(m_context.stepMs);
+    m_recordStep.setInterval(m_context.stepMs);
 }
 
 DataBurnFlow::~DataBurnFlow() = default;
 
-void DataBurnFlow::Burn_Data_CD(const QList<NodeDataFolder> &folders)
-{
-    burnData(ImageMessages::DataDisc::CD, folders);
-}
-
-void DataBurnFlow::Burn_Data_DVD(const QList<NodeDataFolder> &folders)
-{
-    burnData(ImageMessages::DataDisc::DVD, folders);
-}
-
-void DataBurnFlow::Burn_Data_Bluray(const QList<NodeDataFolder> &folders)
-{
-    burnData(ImageMessages::DataDisc::Bluray, folders);
-}
-
-void DataBurnFlow::burnData(ImageMessages::DataDisc kind, const QList<NodeDataFolder> &folders)
+void DataBurnFlow::burn(ImageMessages::DataDisc kind, const QList<NodeDataFolder> &folders)
 {
     if (isBusy())
         return;
     begin();
     m_kind = kind;
-    arrayDataFolders = folders;
-    if (arrayDataFolders.isEmpty()) {
-        m_context.alerts->show(ImageMessages::noFolders());
+    m_folders = folders;
+    if (m_folders.isEmpty()) {
+        tell(ImageMessages::noFolders());
         finish();
         return;
     }
     QStringList paths;
-    for (const NodeDataFolder &folder : std::as_const(arrayDataFolders))
+    for (const NodeDataFolder &folder : std::as_const(m_folders))
         paths << folder.s_Path;
-    QPointer<DataBurnFlow> self(this);
-    m_context.media->checkMedium(ImageMessages::dataDisc(kind).mediaWord, DiscRoom::forFolders(paths, this),
-                                 [self](const MediumCheck &check) {
-                                     if (self)
-                                         self->checked(check);
-                                 });
+    checkMedium(MediumNeed::Writable, ImageMessages::dataDisc(kind).mediaWord, DiscRoom::forFolders(paths, this),
+                ImageMessages::dataDiscRefusals(kind), [this](bool passed) {
+                    if (passed)
+                        prepare();
+                    else
+                        finish();
+                });
 }
 
-void DataBurnFlow::checked(const MediumCheck &check)
+void DataBurnFlow::prepare()
 {
-    switch (check.result) {
-    case MediumCheck::NoDisc:
-        m_context.alerts->show(ImageMessages::noDisc());
-        finish();
-        return;
-    case MediumCheck::NotWritable:
-    case MediumCheck::NotRewritable:
-        m_context.alerts->show(ImageMessages::notWritable());
-        finish();
-        return;
-    case MediumCheck::NoAnswer:
-        m_context.alerts->show(ToolMessages::driveDidNotAnswer(check.status.verdict));
-        finish();
-        return;
-    case MediumCheck::NoRoom:
-        m_context.alerts->show(DiscRoom::noRoom(check.needed, check.freeSectors, DiscRoom::Subject::Compilation));
-        finish();
-        return;
-    case MediumCheck::WrongFamily:
-        m_context.alerts->show(ImageMessages::wrongMedia(m_kind));
-        if (m_context.debugMode && m_context.debugMode())
-            m_context.alerts->show(ImageMessages::wrongMediaDebug(m_kind, check.detectedFamily));
-        finish();
-        return;
-    case MediumCheck::Ok:
-        break;
-    }
-
     FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] {
         m_stagingDone = false;
         if (onMac()) {
-            emit showStagingSheet();
-            m_stagingTimer.start();  // the copy starts first ...
+            emit sheetShown(OperationSheet::Staging);
+            m_stagingStep.start([this] { startStaging(); });  // the copy starts first ...
         }
-        timerBurnDataFolder.start();  // ... and the burn waits for it
+        m_recordStep.start([this] { record(); });  // ... and the burn waits for it
     });
 }
 
 DataBurnPlan DataBurnFlow::makePlan() const
 {
-    const DataBurnPlan plan = DataBurnPlan::make(arrayDataFolders, m_context.dataFolder,
+    const DataBurnPlan plan = DataBurnPlan::make(m_folders, m_context.dataFolder,
                                                  onMac() ? Qt::CaseInsensitive : Qt::CaseSensitive);
     for (const QString &gone : plan.skipped())
         qWarning().noquote() << QStringLiteral("Data disc: the folder \"%1\" is no longer there; it is left out").arg(gone);
@@ -112,12 +66,12 @@ bool DataBurnFlow::refuseIfFoldersGone()
     if (m_plan.skipped().isEmpty())
         return false;
     // A disc without a listed folder is not the disc the user asked for.
-    timerBurnDataFolder.stop();
+    m_recordStep.stop();
     const QStringList gone = m_plan.skipped();
     if (onMac())
-        emit closeStagingSheet();
+        emit sheetClosed(OperationSheet::Staging);
     FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, gone] {
-        m_context.alerts->show(ImageMessages::foldersGone(gone));
+        tell(ImageMessages::foldersGone(gone));
         finish();
     });
     return true;
@@ -134,29 +88,29 @@ void DataBurnFlow::startStaging()
         staging->deleteLater();
         if (isCancelling()) {
             // Cancelled while copying: nothing is recorded, nothing is kept.
-            timerBurnDataFolder.stop();
-            emit closeStagingSheet();
+            m_recordStep.stop();
+            emit sheetClosed(OperationSheet::Staging);
             FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] {
-                emit operationFailed(cancelledFailure(nullptr));
+                emit lastSheet(OperationEnd::failed(cancelledFailure(nullptr)));
                 finish();
             });
             return;
         }
         if (!staging->errors().isEmpty()) {
             // Nothing is recorded from a folder that is not complete.
-            timerBurnDataFolder.stop();
+            m_recordStep.stop();
             const QStringList errors = staging->errors();
-            emit closeStagingSheet();
+            emit sheetClosed(OperationSheet::Staging);
             FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, errors] {
-                m_context.alerts->show(ImageMessages::stagingFailed(errors));
+                tell(ImageMessages::stagingFailed(errors));
                 finish();
             });
             return;
         }
         m_stagingDone = true;
         // The burn step was due long ago; it goes on now.
-        if (!timerBurnDataFolder.isActive())
-            TimerBurnDataFolder();
+        if (!m_recordStep.isActive())
+            record();
     });
     staging->start();
 }
@@ -169,7 +123,7 @@ bool DataBurnFlow::cancelSteps()
     return true;
 }
 
-void DataBurnFlow::TimerBurnDataFolder()
+void DataBurnFlow::record()
 {
     if (onMac() && !m_stagingDone)
         return;  // staging still under way; its end comes back here
@@ -194,8 +148,8 @@ void DataBurnFlow::TimerBurnDataFolder()
     if (onMac() && m_context.verifies())
         tellWhenToolVerifies();
     if (onMac())
-        emit closeStagingSheet();
-    emit showPerformingOperation();
+        emit sheetClosed(OperationSheet::Staging);
+    emit sheetShown(OperationSheet::Working);
 }
 
 void DataBurnFlow::dataBurnTerminated(const ToolVerdict &verdict)
@@ -207,12 +161,12 @@ void DataBurnFlow::dataBurnTerminated(const ToolVerdict &verdict)
     }
     // drutil read its writing back itself: its verdict is the verification.
     const bool mismatch = verifies && onMac() && DiscVerify::failedWhileVerifying(verdict);
-    emit closePerformingOperation();
+    emit sheetClosed(OperationSheet::Working);
     FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, verdict, verifies, mismatch] {
         if (verdict.ok() && verifies)
-            emit operationVerified();
+            emit lastSheet(OperationEnd::verified());
         else if (verdict.ok())
-            emit operationComplete();
+            emit lastSheet(OperationEnd::complete());
         else
             tellFailure(mismatch ? DiscVerify::MismatchMessage : ImageMessages::DiscNotWritten, verdict);
         finish();
@@ -223,12 +177,12 @@ void DataBurnFlow::verifyThen()
 {
     readBackFiles(DiscVerify::md5CheckCommand(m_context.tools.xorriso, m_device, m_plan.discPaths()),
                   [this](const VerifyResult &result) {
-                      emit closePerformingOperation();
+                      emit sheetClosed(OperationSheet::Working);
                       FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, result] {
                           if (result.verified())
-                              emit operationVerified();
+                              emit lastSheet(OperationEnd::verified());
                           else
-                              emit operationFailed(DiscVerify::failure(DiscVerify::messageFor(result), result));
+                              emit lastSheet(OperationEnd::failed(DiscVerify::failure(DiscVerify::messageFor(result), result)));
                           finish();
                       });
                   });

@@ -1,7 +1,7 @@
 #pragma once
 #include <QList>
 #include <QPointer>
-#include <QTimer>
+#include "platform/StepTimer.h"
 
 #include "compilation/NodeDataFolder.h"
 #include "drives/MediaQuestions.h"
@@ -42,10 +42,7 @@ public:
     explicit DataBurnFlow(const ImageFlowContext &context, QObject *parent = nullptr);
     ~DataBurnFlow() override;
 
-    void Burn_Data_CD(const QList<NodeDataFolder> &folders);
-    void Burn_Data_DVD(const QList<NodeDataFolder> &folders);
-    void Burn_Data_Bluray(const QList<NodeDataFolder> &folders);
-    void burnData(ImageMessages::DataDisc kind, const QList<NodeDataFolder> &folders);
+    void burn(ImageMessages::DataDisc kind, const QList<NodeDataFolder> &folders);
 
     // The plan of the burn under way (or the last one).
     const DataBurnPlan &plan() const { return m_plan; }
@@ -54,20 +51,20 @@ protected:
     bool cancelSteps() override;
 
 private:
-    void checked(const MediumCheck &check);
+    void prepare();
     void startStaging();
     bool refuseIfFoldersGone();
-    void TimerBurnDataFolder();
+    void record();
     void dataBurnTerminated(const ToolVerdict &verdict);
     void verifyThen();
     bool onMac() const { return m_context.tools.backend == ToolPaths::Backend::MacOS; }
     DataBurnPlan makePlan() const;
 
     ImageMessages::DataDisc m_kind = ImageMessages::DataDisc::CD;
-    QList<NodeDataFolder> arrayDataFolders;
+    QList<NodeDataFolder> m_folders;
     DataBurnPlan m_plan;
-    QTimer timerBurnDataFolder;
-    QTimer m_stagingTimer;
+    StepTimer m_stagingStep{this};
+    StepTimer m_recordStep{this};
     QPointer<StagingCopy> m_staging;
     QString m_device;  // the drive written to (Linux)
     bool m_stagingDone = false;

@@ -11,9 +11,7 @@
 DuplicationFlow::DuplicationFlow(const ImageFlowContext &context, QObject *parent)
     : SheetFlow(context, parent), m_tool(ImageTool::create(context.tools))
 {
-    timerDuplicateMediaCopy.setSingleShot(true);
-    timerDuplicateMediaCopy.setInterval(m_context.stepMs);
-    connect(&timerDuplicateMediaCopy, &QTimer::timeout, this, &DuplicationFlow::TimerDuplicateMediaCopy);
+    m_nextCopy.setInterval(m_context.stepMs);
 }
 
 void DuplicationFlow::eject()
@@ -22,30 +20,21 @@ void DuplicationFlow::eject()
         m_context.ejectDisc();
 }
 
-void DuplicationFlow::DuplicateMedia()
+void DuplicationFlow::start()
 {
     if (isBusy())
         return;
     begin();
-    QPointer<DuplicationFlow> self(this);
-    m_context.media->check(MediumNeed::Disc, QString(), [self](const MediumCheck &check) {
-        if (self)
-            self->driveAnswered(check);
+    checkMedium(MediumNeed::Disc, QString(), SizeEstimate{}, ImageMessages::sourceRefusals(), [this](bool passed) {
+        if (passed)
+            makeImage();
+        else
+            finish();
     });
 }
 
-void DuplicationFlow::driveAnswered(const MediumCheck &check)
+void DuplicationFlow::makeImage()
 {
-    if (check.result == MediumCheck::NoAnswer) {
-        m_context.alerts->show(ToolMessages::driveDidNotAnswer(check.status.verdict));
-        finish();
-        return;
-    }
-    if (check.result == MediumCheck::NoDisc) {
-        m_context.alerts->show(ImageMessages::noDiscToCopy());
-        finish();
-        return;
-    }
     const QStringList chosen = m_context.picker->pick(IsoCreation::volumeRequest());
     if (chosen.isEmpty()) {
         finish();
@@ -56,14 +45,14 @@ void DuplicationFlow::driveAnswered(const MediumCheck &check)
         const ToolCommand command = Duplication::imagingCommand(*m_tool, m_context.dataFolder, m_volume);
         m_writingCopy = false;
         startToolRun(command, ToolRun::Channels::Merged,
-                     [this](const ToolVerdict &v) { CreateISOfromDriveTerminated(v); }, m_tool->progressKind());
-        emit showPerformingOperation();
+                     [this](const ToolVerdict &v) { imageMade(v); }, m_tool->progressKind());
+        emit sheetShown(OperationSheet::Working);
     });
 }
 
-void DuplicationFlow::CreateISOfromDriveTerminated(const ToolVerdict &verdict)
+void DuplicationFlow::imageMade(const ToolVerdict &verdict)
 {
-    emit closePerformingOperation();
+    emit sheetClosed(OperationSheet::Working);
     if (!verdict.ok()) {
         // No image, no copies: nothing is burned from an image that was never made.
         FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, verdict] {
@@ -73,69 +62,49 @@ void DuplicationFlow::CreateISOfromDriveTerminated(const ToolVerdict &verdict)
         return;
     }
     eject();
-    const AlertAnswer answer = m_context.alerts->show(ImageMessages::copyCountQuestion());
+    const AlertAnswer answer = ask(ImageMessages::copyCountQuestion());
     if (answer.button != 0) {
         finish();
         return;
     }
-    i_Number_of_Copies = Duplication::parseCopyCount(answer.input, i_Number_of_Copies);
-    i_Counter_Number_of_Copies = 0;
-    timerDuplicateMediaCopy.start();
+    m_copies = Duplication::parseCopyCount(answer.input, m_copies);
+    m_copiesDone = 0;
+    m_nextCopy.start([this] { askForBlank(); });
 }
 
-void DuplicationFlow::TimerDuplicateMediaCopy()
+void DuplicationFlow::askForBlank()
 {
-    const AlertAnswer answer = m_context.alerts->show(
-        ImageMessages::insertBlankQuestion(i_Counter_Number_of_Copies, i_Number_of_Copies));
+    const AlertAnswer answer = ask(
+        ImageMessages::insertBlankQuestion(m_copiesDone, m_copies));
     if (answer.button != 0) {
-        emit closePerformingOperation();
+        emit sheetClosed(OperationSheet::Working);
         FolderOps::emptyFolderThen(m_context.dataFolder, this, [this] { finish(); });
         return;
     }
-    QPointer<DuplicationFlow> self(this);
-    m_context.media->checkMedium(QString(), DiscRoom::forImage(Duplication::imagePath(m_context.dataFolder)),
-                                 [self](const MediumCheck &check) {
-                                     if (self)
-                                         self->blankChecked(check);
-                                 });
+    checkMedium(MediumNeed::Writable, QString(), DiscRoom::forImage(Duplication::imagePath(m_context.dataFolder)),
+                ImageMessages::blankRefusals(DiscRoom::Subject::Copy), [this](bool passed) {
+                    if (passed)
+                        writeCopy();
+                    else
+                        askForBlank();  // asked again after the refusal
+                });
 }
 
-void DuplicationFlow::blankChecked(const MediumCheck &check)
+void DuplicationFlow::writeCopy()
 {
-    if (check.result == MediumCheck::NoDisc) {
-        m_context.alerts->show(ImageMessages::noDisc());
-        TimerDuplicateMediaCopy();
-        return;
-    }
-    if (check.result == MediumCheck::NoAnswer) {
-        m_context.alerts->show(ToolMessages::driveDidNotAnswer(check.status.verdict));
-        TimerDuplicateMediaCopy();
-        return;
-    }
-    if (check.result == MediumCheck::NoRoom) {
-        m_context.alerts->show(DiscRoom::noRoom(check.needed, check.freeSectors, DiscRoom::Subject::Copy));
-        TimerDuplicateMediaCopy();
-        return;
-    }
-    if (check.result != MediumCheck::Ok) {
-        m_context.alerts->show(ImageMessages::notWritable());
-        TimerDuplicateMediaCopy();
-        return;
-    }
-
-    emit showPerformingOperation();
+    emit sheetShown(OperationSheet::Working);
     const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
     m_device = drive.s_Device_Path;
     const ToolCommand command = m_tool->burnImageCommand(drive, Duplication::imagePath(m_context.dataFolder),
                                                          m_context.verifies());
     m_writingCopy = true;
     startToolRun(command, ToolRun::Channels::Separate,
-                 [this](const ToolVerdict &v) { MediaDuplicationTerminated(v); }, m_tool->progressKind());
+                 [this](const ToolVerdict &v) { copyWritten(v); }, m_tool->progressKind());
     if (m_context.verifies() && m_tool->checksItsWriting())
         tellWhenToolVerifies();
 }
 
-void DuplicationFlow::MediaDuplicationTerminated(const ToolVerdict &verdict)
+void DuplicationFlow::copyWritten(const ToolVerdict &verdict)
 {
     if (verdict.ok() && m_context.verifies() && !m_tool->checksItsWriting()) {
         verifyCopy();  // the copy stays in the drive until it is read back
@@ -143,12 +112,12 @@ void DuplicationFlow::MediaDuplicationTerminated(const ToolVerdict &verdict)
     }
     if (!verdict.ok()) {
         // A failed copy ends the duplication: the user is told which one.
-        const int copy = i_Counter_Number_of_Copies + 1;
+        const int copy = m_copiesDone + 1;
         const QString message = m_context.verifies() && DiscVerify::failedWhileVerifying(verdict)
-            ? DiscVerify::copyMismatchMessage(copy, i_Number_of_Copies)
-            : ImageMessages::copyNotWritten(copy, i_Number_of_Copies);
+            ? DiscVerify::copyMismatchMessage(copy, m_copies)
+            : ImageMessages::copyNotWritten(copy, m_copies);
         eject();
-        emit closePerformingOperation();
+        emit sheetClosed(OperationSheet::Working);
         FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, message, verdict] {
             tellFailure(message, verdict);
             finish();
@@ -165,9 +134,9 @@ void DuplicationFlow::verifyCopy()
             copyDone();
             return;
         }
-        const int copy = i_Counter_Number_of_Copies + 1;
+        const int copy = m_copiesDone + 1;
         const QString message = result.outcome == VerifyResult::Outcome::Mismatch
-            ? DiscVerify::copyMismatchMessage(copy, i_Number_of_Copies)
+            ? DiscVerify::copyMismatchMessage(copy, m_copies)
             : DiscVerify::NotCheckedMessage;
         copyFailed(DiscVerify::failure(message, result));
     });
@@ -178,29 +147,29 @@ void DuplicationFlow::verifyCopy()
 void DuplicationFlow::copyDone()
 {
     eject();
-    emit closePerformingOperation();
-    ++i_Counter_Number_of_Copies;
-    if (Duplication::isComplete(i_Counter_Number_of_Copies, i_Number_of_Copies)) {
+    emit sheetClosed(OperationSheet::Working);
+    ++m_copiesDone;
+    if (Duplication::isComplete(m_copiesDone, m_copies)) {
         const bool verified = m_context.verifies();
         FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, verified] {
             if (verified)
-                emit operationVerified();
+                emit lastSheet(OperationEnd::verified());
             else
-                emit operationComplete();
+                emit lastSheet(OperationEnd::complete());
             finish();
         });
         return;
     }
-    timerDuplicateMediaCopy.start();
+    m_nextCopy.start([this] { askForBlank(); });
 }
 
 // A copy that failed ends the duplication; the image goes.
 void DuplicationFlow::copyFailed(const OperationFailure &failure)
 {
     eject();
-    emit closePerformingOperation();
+    emit sheetClosed(OperationSheet::Working);
     FolderOps::emptyFolderThen(m_context.dataFolder, this, [this, failure] {
-        emit operationFailed(failure);
+        emit lastSheet(OperationEnd::failed(failure));
         finish();
     });
 }

@@ -1,6 +1,6 @@
 #pragma once
 #include <QPointer>
-#include <QTimer>
+#include "platform/StepTimer.h"
 #include <memory>
 
 #include "drives/DiscVerify.h"
@@ -30,10 +30,10 @@ class DuplicationFlow : public SheetFlow {
 public:
     explicit DuplicationFlow(const ImageFlowContext &context, QObject *parent = nullptr);
 
-    void DuplicateMedia();
+    void start();
 
-    int numberOfCopies() const { return i_Number_of_Copies; }
-    int copiesDone() const { return i_Counter_Number_of_Copies; }
+    int numberOfCopies() const { return m_copies; }
+    int copiesDone() const { return m_copiesDone; }
     QString volumePath() const { return m_volume; }
 
 protected:
@@ -48,11 +48,11 @@ protected:
 
 private:
     bool m_writingCopy = false;
-    void driveAnswered(const MediumCheck &check);
-    void CreateISOfromDriveTerminated(const ToolVerdict &verdict);
-    void TimerDuplicateMediaCopy();
-    void blankChecked(const MediumCheck &check);
-    void MediaDuplicationTerminated(const ToolVerdict &verdict);
+    void makeImage();
+    void imageMade(const ToolVerdict &verdict);
+    void askForBlank();
+    void writeCopy();
+    void copyWritten(const ToolVerdict &verdict);
     void verifyCopy();
     void copyDone();
     void copyFailed(const OperationFailure &failure);
@@ -60,8 +60,8 @@ private:
 
     std::unique_ptr<ImageTool> m_tool;
     QString m_volume;
-    int i_Number_of_Copies = 0;
-    int i_Counter_Number_of_Copies = 0;
-    QTimer timerDuplicateMediaCopy;
+    int m_copies = 0;
+    int m_copiesDone = 0;
+    StepTimer m_nextCopy{this};
     QString m_device;  // the drive the copies are written to
 };

@@ -13,7 +13,7 @@ ImageBurnFlow::ImageBurnFlow(const ImageFlowContext &context, QObject *parent)
 {
 }
 
-void ImageBurnFlow::OnActionISOBurn()
+void ImageBurnFlow::start()
 {
     if (isBusy())
         return;
@@ -24,37 +24,18 @@ void ImageBurnFlow::OnActionISOBurn()
         return;
     }
     m_image = chosen.first();
-    QPointer<ImageBurnFlow> self(this);
-    m_context.media->checkMedium(QString(), DiscRoom::forImage(m_image), [self](const MediumCheck &check) {
-        if (self)
-            self->checked(check);
-    });
+    checkMedium(MediumNeed::Writable, QString(), DiscRoom::forImage(m_image),
+                ImageMessages::blankRefusals(DiscRoom::Subject::Image), [this](bool passed) {
+                    if (passed)
+                        record();
+                    else
+                        finish();
+                });
 }
 
-void ImageBurnFlow::checked(const MediumCheck &check)
+void ImageBurnFlow::record()
 {
-    if (check.result == MediumCheck::NoDisc) {
-        m_context.alerts->show(ImageMessages::noDisc());
-        finish();
-        return;
-    }
-    if (check.result == MediumCheck::NoAnswer) {
-        m_context.alerts->show(ToolMessages::driveDidNotAnswer(check.status.verdict));
-        finish();
-        return;
-    }
-    if (check.result == MediumCheck::NotWritable) {
-        m_context.alerts->show(ImageMessages::notWritable());
-        finish();
-        return;
-    }
-    if (check.result == MediumCheck::NoRoom) {
-        m_context.alerts->show(DiscRoom::noRoom(check.needed, check.freeSectors, DiscRoom::Subject::Image));
-        finish();
-        return;
-    }
-
-    emit showPerformingOperation();
+    emit sheetShown(OperationSheet::Working);
 
     const Object_Optical_Drive drive = m_context.currentDrive ? m_context.currentDrive() : Object_Optical_Drive{};
     m_device = drive.s_Device_Path;
@@ -72,11 +53,11 @@ void ImageBurnFlow::taskTerminated(const ToolVerdict &verdict)
         verifyThen();
         return;
     }
-    emit closePerformingOperation();
+    emit sheetClosed(OperationSheet::Working);
     if (verdict.ok() && verifies)
-        emit operationVerified();  // hdiutil's own read-back passed
+        emit lastSheet(OperationEnd::verified());  // hdiutil's own read-back passed
     else if (verdict.ok())
-        emit operationComplete();
+        emit lastSheet(OperationEnd::complete());
     else
         tellFailure(verifies && DiscVerify::failedWhileVerifying(verdict) ? DiscVerify::MismatchMessage
                                                                           : ImageMessages::DiscNotWritten,
@@ -87,11 +68,11 @@ void ImageBurnFlow::taskTerminated(const ToolVerdict &verdict)
 void ImageBurnFlow::verifyThen()
 {
     readBackImage(m_image, m_device, [this](const VerifyResult &result) {
-        emit closePerformingOperation();
+        emit sheetClosed(OperationSheet::Working);
         if (result.verified())
-            emit operationVerified();
+            emit lastSheet(OperationEnd::verified());
         else
-            emit operationFailed(DiscVerify::failure(DiscVerify::messageFor(result), result));
+            emit lastSheet(OperationEnd::failed(DiscVerify::failure(DiscVerify::messageFor(result), result)));
         finish();
     });
 }

@@ -24,11 +24,11 @@ class ImageBurnFlow : public SheetFlow {
 public:
     explicit ImageBurnFlow(const ImageFlowContext &context, QObject *parent = nullptr);
 
-    void OnActionISOBurn();
+    void start();
     QString imagePath() const { return m_image; }
 
 private:
-    void checked(const MediumCheck &check);
+    void record();
     void taskTerminated(const ToolVerdict &verdict);
     void verifyThen();
 

@@ -65,6 +65,30 @@ AlertRequest wrongMediaDebug(DataDisc kind, const QString &detectedFamily)
     return closeAlert(detectedFamily, dataDisc(kind).debugText);
 }
 
+MediumRefusals blankRefusals(DiscRoom::Subject room)
+{
+    MediumRefusals r;
+    r.noDisc = noDisc();
+    r.notWritable = notWritable();
+    r.room = room;
+    return r;
+}
+
+MediumRefusals dataDiscRefusals(DataDisc kind)
+{
+    MediumRefusals r = blankRefusals(DiscRoom::Subject::Compilation);
+    r.wrongMedium = wrongMedia(kind);
+    r.debugCode = dataDisc(kind).debugText;
+    return r;
+}
+
+MediumRefusals sourceRefusals()
+{
+    MediumRefusals r;
+    r.noDisc = noDiscToCopy();
+    return r;
+}
+
 AlertRequest copyCountQuestion()
 {
     AlertRequest r;

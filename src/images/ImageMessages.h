@@ -2,6 +2,7 @@
 #include <QString>
 #include <QStringList>
 
+#include "burn/MediumChecks.h"
 #include "platform/Alerts.h"
 
 // The alerts of data burning, image burning and duplication, word for word.
@@ -23,6 +24,13 @@ AlertRequest noDiscToCopy();              // duplication start: insert a media t
 AlertRequest notWritable();
 AlertRequest wrongMedia(DataDisc kind);
 AlertRequest wrongMediaDebug(DataDisc kind, const QString &detectedFamily);
+
+// What the medium check chain says for these operations: a blank for an
+// image or a copy (its room counted as the image's or the copy's), a blank
+// of the data disc's family, and the disc to copy.
+MediumRefusals blankRefusals(DiscRoom::Subject room);
+MediumRefusals dataDiscRefusals(DataDisc kind);
+MediumRefusals sourceRefusals();
 
 // The copy-count question: a text field holding "1", "OK" and "Cancel".
 AlertRequest copyCountQuestion();

@@ -10,16 +10,10 @@
 IsoCreationFlow::IsoCreationFlow(const ImageFlowContext &context, QObject *parent)
     : SheetFlow(context, parent), m_tool(ImageTool::create(context.tools))
 {
-    for (QTimer *t : {&m_step1, &m_step2, &m_step3}) {
-        t->setSingleShot(true);
-        t->setInterval(m_context.stepMs);
-    }
-    connect(&m_step1, &QTimer::timeout, this, &IsoCreationFlow::TimerCreateISOStep1Routine);
-    connect(&m_step2, &QTimer::timeout, this, &IsoCreationFlow::TimerCreateISOStep2Routine);
-    connect(&m_step3, &QTimer::timeout, this, &IsoCreationFlow::TimerCreateISOStep3Routine);
+    m_step.setInterval(m_context.stepMs);
 }
 
-void IsoCreationFlow::OnActionISOCreate()
+void IsoCreationFlow::start()
 {
     if (isBusy())
         return;
@@ -34,10 +28,10 @@ void IsoCreationFlow::OnActionISOCreate()
         return;
     }
     m_sourcePath = chosen.first();
-    m_step1.start();
+    m_step.start([this] { chooseDestination(); });
 }
 
-void IsoCreationFlow::TimerCreateISOStep1Routine()
+void IsoCreationFlow::chooseDestination()
 {
     const QStringList chosen = m_context.picker->pick(IsoCreation::destinationRequest(m_context.homeFolder));
     if (chosen.isEmpty()) {
@@ -48,10 +42,10 @@ void IsoCreationFlow::TimerCreateISOStep1Routine()
     m_destPathISO = IsoCreation::destPathISO(m_destPath);
     IsoCreation::removeOldImage(m_destPathISO);
     m_oldImageStayed = QFileInfo::exists(m_destPathISO);
-    m_step2.start();
+    m_step.start([this] { runTool(); });
 }
 
-void IsoCreationFlow::TimerCreateISOStep2Routine()
+void IsoCreationFlow::runTool()
 {
     m_sheetShown = false;
     m_toolEnded = false;
@@ -67,22 +61,22 @@ void IsoCreationFlow::TimerCreateISOStep2Routine()
                 taskTerminated(verdict);
         },
         m_tool->progressKind());
-    m_step3.start();
+    m_step.start([this] { showWorking(); });
 }
 
-void IsoCreationFlow::TimerCreateISOStep3Routine()
+void IsoCreationFlow::showWorking()
 {
     m_sheetShown = true;
-    emit showPerformingOperation();
+    emit sheetShown(OperationSheet::Working);
     if (m_toolEnded)
         taskTerminated(m_verdict);
 }
 
 void IsoCreationFlow::taskTerminated(const ToolVerdict &verdict)
 {
-    emit closePerformingOperation();
+    emit sheetClosed(OperationSheet::Working);
     if (verdict.ok()) {
-        emit operationComplete();
+        emit lastSheet(OperationEnd::complete());
     } else {
         // A half-written image is no image: it goes (an earlier image that
         // could not be replaced is not ours to remove).

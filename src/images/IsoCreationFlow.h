@@ -1,6 +1,6 @@
 #pragma once
 #include <QPointer>
-#include <QTimer>
+#include "platform/StepTimer.h"
 #include <memory>
 
 #include "images/ImageTool.h"
@@ -17,11 +17,11 @@ class IsoCreationFlow : public SheetFlow {
 public:
     explicit IsoCreationFlow(const ImageFlowContext &context, QObject *parent = nullptr);
 
-    void OnActionISOCreate();
+    void start();
 
-    QString SourcePath() const { return m_sourcePath; }
-    QString DestPath() const { return m_destPath; }
-    QString DestPathISO() const { return m_destPathISO; }
+    QString sourcePath() const { return m_sourcePath; }
+    QString destinationFolder() const { return m_destPath; }
+    QString imagePath() const { return m_destPathISO; }
 
 protected:
     // An image, not a disc, is written: stopped without a question.
@@ -32,9 +32,9 @@ protected:
     }
 
 private:
-    void TimerCreateISOStep1Routine();
-    void TimerCreateISOStep2Routine();
-    void TimerCreateISOStep3Routine();
+    void chooseDestination();
+    void runTool();
+    void showWorking();
     void taskTerminated(const ToolVerdict &verdict);
     ToolVerdict m_verdict;
     bool m_oldImageStayed = false;
@@ -43,9 +43,7 @@ private:
     QString m_sourcePath;
     QString m_destPath;
     QString m_destPathISO;
-    QTimer m_step1;
-    QTimer m_step2;
-    QTimer m_step3;
+    StepTimer m_step{this};
     bool m_sheetShown = false;
     bool m_toolEnded = false;
 };

@@ -1,16 +1,11 @@
 #include "images/SheetFlow.h"
 
-#include <memory>
-
-#include "platform/Alerts.h"
 #include "drives/DiscVerify.h"
+#include "platform/Alerts.h"
 
-SheetFlow::SheetFlow(const ImageFlowContext &context, QObject *parent) : QObject(parent), m_context(context) {}
-
-void SheetFlow::finish()
+SheetFlow::SheetFlow(const ImageFlowContext &context, QObject *parent)
+    : Operation(context.alerts, parent), m_context(context)
 {
-    m_busy = false;
-    emit ended();
 }
 
 void SheetFlow::startToolRun(const ToolCommand &command, ToolRun::Channels channels,
@@ -24,26 +19,17 @@ void SheetFlow::startToolRun(const ToolCommand &command, ToolRun::Channels chann
         const ImageProgress::Kind kind = *progress;
         options.writeReports = [kind](const QString &reports) { return ImageProgress::reports(kind, reports); };
     }
-    auto *run = new ToolRun(command, options, this);
-    m_run = run;
-    connect(run, &ToolRun::writeReport, this, &SheetFlow::writeProgress);
-    connect(run, &ToolRun::finished, this, [this, run, terminated](const ToolVerdict &verdict) {
-        emit toolFinished(verdict.exitCode);
-        run->deleteLater();
-        terminated(verdict);
-    });
-    emit toolStarted(command.program, command.arguments);
-    run->start();
+    Operation::startToolRun(command, options, std::move(terminated));
 }
 
 DiscVerification *SheetFlow::startReadBack(std::function<void(const VerifyResult &)> done)
 {
-    emit verifying();
+    emit sheetShown(OperationSheet::Verifying);
     auto *verification = new DiscVerification(this);
     m_readBack = verification;
     connect(verification, &DiscVerification::finished, this, [this, verification, done](VerifyResult result) {
         verification->deleteLater();
-        result.cancelled = m_cancelling;
+        result.cancelled = isCancelling();
         if (done)
             done(result);
     });
@@ -59,65 +45,32 @@ void SheetFlow::readBackImage(const QString &image, const QString &drive,
                               std::function<void(const VerifyResult &)> done)
 {
     DiscVerification *verification = startReadBack(std::move(done));
-    connect(verification, &DiscVerification::progress, this, &SheetFlow::checkProgress);
+    connect(verification, &DiscVerification::progress, this,
+            [this](double percent) { emit barMoved(OperationBar::Check, percent); });
     verification->compareImage(image, drive);
+}
+
+bool SheetFlow::stopWithoutAsking()
+{
+    if (!readingBack())
+        return false;
+    m_readBack->stop();  // the disc is written: reading it back is stopped without a question
+    return true;
+}
+
+void SheetFlow::checkMedium(MediumNeed need, const QString &family, const SizeEstimate &size,
+                            const MediumRefusals &refusals, std::function<void(bool passed)> passed)
+{
+    QPointer<SheetFlow> self(this);
+    const bool debug = m_context.debugMode && m_context.debugMode();
+    MediumChecks::run(m_context.media->checker(), alerts(), need, family, size, refusals, debug,
+                      [self, passed](bool ok) {
+                          if (self)
+                              passed(ok);
+                      });
 }
 
 void SheetFlow::tellWhenToolVerifies()
 {
-    ToolRun *run = m_run;
-    if (!run)
-        return;
-    auto told = std::make_shared<bool>(false);
-    auto look = [this, told](const QString &text) {
-        if (!*told && DiscVerify::saysVerifying(text)) {
-            *told = true;
-            emit verifying();
-        }
-    };
-    connect(run, &ToolRun::outputReports, this, look);
-    connect(run, &ToolRun::errorReports, this, look);
-}
-
-void SheetFlow::cancel()
-{
-    if (!m_busy || m_cancelling)
-        return;
-    if (readingBack()) {  // the disc is written: reading it back is stopped without a question
-        m_cancelling = true;
-        m_readBack->stop();
-        return;
-    }
-    if (toolRunning()) {
-        const bool writing = runWritesDisc();
-        if (writing && !ToolMessages::confirmStopWriting(*m_context.alerts))
-            return;
-        if (!toolRunning())
-            return;  // it ended while the question was up
-        m_cancelling = true;
-        m_stoppedWhileWriting = writing;
-        m_run->stop();
-        return;
-    }
-    m_cancelling = cancelSteps();
-}
-
-OperationFailure SheetFlow::cancelledFailure(const ToolVerdict *stoppedRun) const
-{
-    return OperationFailure::cancellation(
-        ToolMessages::BurnCancelled,
-        m_stoppedWhileWriting ? ToolMessages::WritingStopped : ToolMessages::NothingWritten, stoppedRun);
-}
-
-void SheetFlow::tellFailure(const QString &message, const ToolVerdict &verdict)
-{
-    if (m_cancelling && verdict.outcome == ToolVerdict::Outcome::Stopped) {
-        emit operationFailed(cancelledFailure(&verdict));
-        return;
-    }
-    if (verdict.outcome == ToolVerdict::Outcome::FailedToStart) {
-        m_context.alerts->show(ToolMessages::notStarted(verdict));
-        return;
-    }
-    emit operationFailed(OperationFailure::fromVerdict(message, verdict));
+    Operation::tellWhenToolVerifies(&DiscVerify::saysVerifying);
 }

@@ -27,7 +27,7 @@
 #include "appearance/ui/BackgroundViews.h"
 #include "appearance/ui/TableLookApplier.h"
 #include "appearance/ui/Window_Colors.h"
-#include "burn/BurnChecks.h"
+#include "burn/DiscTools.h"
 #include "burn/MediaBurn.h"
 #include "burn/Recorder.h"
 #include "burn/ui/Window_Video_Settings.h"
@@ -55,14 +55,6 @@
 #include "toolrun/ui/StatusWindows.h"
 
 namespace {
-
-const QString DiscInfoTitle = QStringLiteral("Disc Information");
-const QString EraseNoDiscText =
-    QStringLiteral("There is no disc on the drive. insert a rewritable media on the drive and try again.");
-const QString InfoNoDiscText = QStringLiteral("There is no disc on the drive. Insert a media on the drive and try again.");
-const QString NotRewritableTitle = QStringLiteral("Media not rewritable");
-const QString NotRewritableText =
-    QStringLiteral("The media on the drive is not rewritable. insert a rewritable media on the drive and try again.");
 
 // Ends a sheet and lets its window go.
 template <typename W>
@@ -100,7 +92,7 @@ AppDelegate::AppDelegate(const AppContext &context, QObject *parent)
     RunLog *log = m_log.get();
     ToolRun::setObserver([log](const ToolVerdict &verdict) { log->record(verdict); });
     m_recorder = Recorder::create(m_context.tools);
-    m_mediaBurn = new MediaBurn(*m_recorder, *this, *m_context.alerts, m_media->checker(), this);
+    m_mediaBurn = new MediaBurn(*m_recorder, *m_context.alerts, m_media->checker(), this);
 
     arrayMediaFiles = new MediaListModel(this);
     arrayDataFolders = new DataFolderModel(this);
@@ -121,9 +113,19 @@ AppDelegate::AppDelegate(const AppContext &context, QObject *parent)
     m_isoCreation = new IsoCreationFlow(flows, this);
     m_imageBurn = new ImageBurnFlow(flows, this);
     m_duplication = new DuplicationFlow(flows, this);
-    for (SheetFlow *flow : {static_cast<SheetFlow *>(m_dataBurn), static_cast<SheetFlow *>(m_isoCreation),
-                            static_cast<SheetFlow *>(m_imageBurn), static_cast<SheetFlow *>(m_duplication)})
-        connectFlow(flow);
+
+    DiscToolsContext tools;
+    tools.backend = m_backend;
+    tools.alerts = m_context.alerts;
+    tools.check = m_media->checker();
+    tools.currentDrive = [this] { return currentDrive(); };
+    tools.debugMode = [this] { return m_b_Debug_Mode; };
+    m_erase = new EraseFlow(tools, this);
+    m_discInfo = new DiscInfoFlow(tools, this);
+
+    m_operations = {m_adding, m_mediaBurn, m_dataBurn, m_isoCreation, m_imageBurn, m_duplication, m_erase, m_discInfo};
+    for (Operation *operation : std::as_const(m_operations))
+        connectOperation(operation);
 
     connectWindow();
 }
@@ -174,8 +176,8 @@ bool AppDelegate::applicationDidFinishLaunching()
     theme = ThemeSettings::loadAtStartup(m_settings);
     w->spaceoccupiedviewControl->setBarColor(theme.colorSpaceOccupiedBar);
     applyTableLook(false);
-    scheduleOnce(timerSetAlternatingRows, &AppDelegate::TimerSetAlternatingRowsRoutine);
-    scheduleOnce(timerForceColorsAtStartup, &AppDelegate::TimerForceColorsAtStartupRoutine);
+    timerSetAlternatingRows.start([this] { TimerSetAlternatingRowsRoutine(); });
+    timerForceColorsAtStartup.start([this] { TimerForceColorsAtStartupRoutine(); });
 
     w->setWindowTitle(QStringLiteral("Tamblo"));
     w->show();
@@ -326,15 +328,6 @@ void AppDelegate::connectWindow()
     connect(w->tableviewVideoFiles, &CompilationTable::sortRequested, this, [this](int c) { sortTable(1, c); });
     connect(w->tableviewDataFolders, &CompilationTable::sortRequested, this, [this](int c) { sortTable(2, c); });
 
-    // Adding files: the single-bar sheet counts the entries measured.
-    connect(m_adding, &CompilationActions::progressSheetShown, this, [this](int maximum) {
-        if (maximum > 0)
-            showUniqueProgress(QStringLiteral("Adding Files"), QStringLiteral("Measuring the files…"), maximum);
-        else
-            showUniqueProgress(QStringLiteral("Adding a Folder"), QStringLiteral("Measuring the folder…"), 0);
-    });
-    connect(m_adding, &CompilationActions::progressChanged, this, &AppDelegate::setUniqueProgress);
-    connect(m_adding, &CompilationActions::progressSheetClosed, this, [this] { dropSheet(windowUniqueProgress); });
     connect(m_adding, &CompilationActions::refreshTable, this, [this](int tab) {
         if (tab == CompilationActions::AudioTab)
             refreshTableAudioFiles();
@@ -345,21 +338,96 @@ void AppDelegate::connectWindow()
     });
 }
 
-void AppDelegate::connectFlow(SheetFlow *flow)
+void AppDelegate::connectOperation(Operation *operation)
 {
-    connect(flow, &SheetFlow::showPerformingOperation, this, &AppDelegate::Show_Window_Performing_Operation);
-    connect(flow, &SheetFlow::closePerformingOperation, this, [this] { dropSheet(windowPerformingOperation); });
-    connect(flow, &SheetFlow::writeProgress, this, &AppDelegate::showWriteProgress);
-    connect(flow, &SheetFlow::showStagingSheet, this, &AppDelegate::Show_Window_Data_Copy_Folders);
-    connect(flow, &SheetFlow::closeStagingSheet, this, &AppDelegate::Close_Window_Data_Copy_Folders);
-    connect(flow, &SheetFlow::operationComplete, this, &AppDelegate::Show_Window_Operation_Complete);
-    connect(flow, &SheetFlow::operationFailed, this, &AppDelegate::Show_Window_Operation_Failed);
-    connect(flow, &SheetFlow::verifying, this, &AppDelegate::Show_Window_Verifying);
-    connect(flow, &SheetFlow::checkProgress, this, [this](double percent) {
+    connect(operation, &Operation::sheetShown, this, &AppDelegate::showSheet);
+    connect(operation, &Operation::sheetClosed, this, &AppDelegate::closeSheet);
+    connect(operation, &Operation::barRanged, this, &AppDelegate::rangeBar);
+    connect(operation, &Operation::barMoved, this, &AppDelegate::moveBar);
+    connect(operation, &Operation::writeReported, this, [this](const WriteReport &report) {
         if (windowPerformingOperation)
-            windowPerformingOperation->showCheckProgress(percent);
+            windowPerformingOperation->showWriteReport(report);
     });
-    connect(flow, &SheetFlow::operationVerified, this, &AppDelegate::Show_Window_Operation_Verified);
+    connect(operation, &Operation::lastSheet, this, [this](const OperationEnd &end) {
+        if (end.kind == OperationEnd::Failed)
+            Show_Window_Operation_Failed(end.failure);
+        else if (end.kind == OperationEnd::Verified)
+            Show_Window_Operation_Verified();
+        else
+            Show_Window_Operation_Complete();
+    });
+}
+
+void AppDelegate::showSheet(OperationSheet sheet, double maximum)
+{
+    switch (sheet) {
+    case OperationSheet::Working:
+        Show_Window_Performing_Operation();
+        break;
+    case OperationSheet::Transcoding:
+        windowProgress = new Window_Progress(m_window.get());
+        offerCancel(windowProgress);
+        windowProgress->begin();
+        break;
+    case OperationSheet::MeasuringFiles:
+        showUniqueProgress(QStringLiteral("Adding Files"), QStringLiteral("Measuring the files…"), maximum);
+        break;
+    case OperationSheet::MeasuringFolder:
+        showUniqueProgress(QStringLiteral("Adding a Folder"), QStringLiteral("Measuring the folder…"), 0);
+        break;
+    case OperationSheet::Staging:
+        Show_Window_Data_Copy_Folders();
+        break;
+    case OperationSheet::Verifying:
+        Show_Window_Verifying();
+        break;
+    }
+}
+
+void AppDelegate::closeSheet(OperationSheet sheet)
+{
+    switch (sheet) {
+    case OperationSheet::Working:
+    case OperationSheet::Verifying:
+        dropSheet(windowPerformingOperation);
+        break;
+    case OperationSheet::Transcoding:
+        dropSheet(windowProgress);
+        break;
+    case OperationSheet::MeasuringFiles:
+    case OperationSheet::MeasuringFolder:
+        dropSheet(windowUniqueProgress);
+        break;
+    case OperationSheet::Staging:
+        Close_Window_Data_Copy_Folders();
+        break;
+    }
+}
+
+// The bars of the sheet up: the two-bar sheet's upper (File) and lower
+// (Overall) bars, the single bar, and the share of a disc read back.
+void AppDelegate::rangeBar(OperationBar bar, double maximum)
+{
+    if (bar == OperationBar::Overall && windowProgress) {
+        windowProgress->progressOverall->setMinDouble(0);
+        windowProgress->progressOverall->setMaxDouble(maximum);
+        windowProgress->progressOverall->setDoubleValue(0);
+    } else if (bar == OperationBar::File && windowProgress) {
+        windowProgress->progressBar->setMinDouble(0);
+        windowProgress->progressBar->setMaxDouble(maximum);
+    }
+}
+
+void AppDelegate::moveBar(OperationBar bar, double value)
+{
+    if (bar == OperationBar::Overall && windowProgress)
+        windowProgress->progressOverall->setDoubleValue(value);
+    else if (bar == OperationBar::File && windowProgress)
+        windowProgress->progressBar->setDoubleValue(value);
+    else if (bar == OperationBar::Single && windowUniqueProgress)
+        windowUniqueProgress->progressBar->setDoubleValue(value);
+    else if (bar == OperationBar::Check && windowPerformingOperation)
+        windowPerformingOperation->showCheckProgress(value);
 }
 
 // The single-bar sheet: from 0 of `maximum` (0: busy), fed by setUniqueProgress.
@@ -375,12 +443,6 @@ void AppDelegate::showUniqueProgress(const QString &title, const QString &captio
     windowUniqueProgress->progressBar->setDoubleValue(0.0);
     offerCancel(windowUniqueProgress);
     windowUniqueProgress->begin();
-}
-
-void AppDelegate::setUniqueProgress(double value)
-{
-    if (windowUniqueProgress)
-        windowUniqueProgress->progressBar->setDoubleValue(value);
 }
 
 void AppDelegate::setBurnTitle(const QString &title)
@@ -447,19 +509,16 @@ void AppDelegate::chooseKindButton(int tab, qint64 type)
 
 void AppDelegate::OnBtnBurn()
 {
-    static const QStringList titles = {
-        QStringLiteral("Burn Audio CD"),  QStringLiteral("Burn MP3 CD"),    QStringLiteral("Burn MP3 DVD"),
-        QStringLiteral("Burn Video DVD"), QStringLiteral("Burn Video Blu-ray"), QStringLiteral("Burn Data CD"),
-        QStringLiteral("Burn Data DVD"),  QStringLiteral("Burn Data Blu-ray")};
-    static void (AppDelegate::*const operations[])() = {
-        &AppDelegate::Burn_Audio_CD,   &AppDelegate::Burn_Audio_MP3_CD, &AppDelegate::Burn_Audio_MP3_DVD,
-        &AppDelegate::Burn_Video_DVD,  &AppDelegate::Burn_Video_Bluray, &AppDelegate::Burn_Data_CD,
-        &AppDelegate::Burn_Data_DVD,   &AppDelegate::Burn_Data_Bluray};
-    const int i = titles.indexOf(m_window->btnBurn->text());
-    if (i < 0)
+    // The eight burns in kind order (DiscKinds: kind 1 is the audio CD).
+    static void (AppDelegate::*const burns[])() = {
+        &AppDelegate::Burn_Audio_CD,  &AppDelegate::Burn_Audio_MP3_CD, &AppDelegate::Burn_Audio_MP3_DVD,
+        &AppDelegate::Burn_Video_DVD, &AppDelegate::Burn_Video_Bluray, &AppDelegate::Burn_Data_CD,
+        &AppDelegate::Burn_Data_DVD,  &AppDelegate::Burn_Data_Bluray};
+    const DiscKind *kind = DiscKinds::forBurnTitle(m_window->btnBurn->text());
+    if (!kind)
         return;
-    beginOperation(titles.at(i));
-    (this->*operations[i])();
+    beginOperation(kind->burnTitle);
+    (this->*burns[kind->kind - 1])();
 }
 
 void AppDelegate::openPage(const QUrl &page)
@@ -494,73 +553,28 @@ void AppDelegate::OnMenuVerifyAfterWriting()
 
 // ---------------------------------------------------------------- burns
 
-void AppDelegate::burnMedia(int operation)
+void AppDelegate::burnMedia(BurnOperation operation)
 {
     MediaBurnContext c;
-    c.sffmpegPath = sffmpegPath;
-    c.s_Audio_Folder = folders.s_Audio_Folder;
-    c.s_Video_Folder = folders.s_Video_Folder;
-    c.s_Video_Output_Format = s_Video_Output_Format;
-    c.s_Audio_Output_Format = s_Audio_Output_Format;
+    c.ffmpeg = sffmpegPath;
+    c.audioFolder = folders.s_Audio_Folder;
+    c.videoFolder = folders.s_Video_Folder;
+    c.videoFormat = s_Video_Output_Format;
+    c.audioFormat = s_Audio_Output_Format;
     c.currentDrive = currentDrive();
-    c.m_b_Debug_Mode = m_b_Debug_Mode;
+    c.debugMode = m_b_Debug_Mode;
     c.verifyAfterWriting = m_settings.verifyAfterWriting();
-    m_mediaBurn->burn(static_cast<BurnOperation>(operation), arrayMediaFiles->records(), c);
+    m_mediaBurn->burn(operation, arrayMediaFiles->records(), c);
 }
 
-void AppDelegate::Burn_Audio_CD() { burnMedia(int(BurnOperation::AudioCD)); }
-void AppDelegate::Burn_Audio_MP3_CD() { burnMedia(int(BurnOperation::MP3CD)); }
-void AppDelegate::Burn_Audio_MP3_DVD() { burnMedia(int(BurnOperation::MP3DVD)); }
-void AppDelegate::Burn_Video_DVD() { burnMedia(int(BurnOperation::VideoDVD)); }
-void AppDelegate::Burn_Video_Bluray() { burnMedia(int(BurnOperation::VideoBluray)); }
-void AppDelegate::Burn_Data_CD() { m_dataBurn->Burn_Data_CD(arrayDataFolders->records()); }
-void AppDelegate::Burn_Data_DVD() { m_dataBurn->Burn_Data_DVD(arrayDataFolders->records()); }
-void AppDelegate::Burn_Data_Bluray() { m_dataBurn->Burn_Data_Bluray(arrayDataFolders->records()); }
-
-void AppDelegate::beginProgress()
-{
-    windowProgress = new Window_Progress(m_window.get());
-    offerCancel(windowProgress);
-    windowProgress->begin();
-}
-
-void AppDelegate::setOverallRange(double maximum)
-{
-    if (!windowProgress)
-        return;
-    windowProgress->progressOverall->setMinDouble(0);
-    windowProgress->progressOverall->setMaxDouble(maximum);
-    windowProgress->progressOverall->setDoubleValue(0);
-}
-
-void AppDelegate::setOverallValue(double value)
-{
-    if (windowProgress)
-        windowProgress->progressOverall->setDoubleValue(value);
-}
-
-void AppDelegate::setFileRange(double maximum)
-{
-    if (!windowProgress)
-        return;
-    windowProgress->progressBar->setMinDouble(0);
-    windowProgress->progressBar->setMaxDouble(maximum);
-}
-
-void AppDelegate::setFileValue(double value)
-{
-    if (windowProgress)
-        windowProgress->progressBar->setDoubleValue(value);
-}
-
-void AppDelegate::endProgress() { dropSheet(windowProgress); }
-void AppDelegate::endPerformingOperation() { dropSheet(windowPerformingOperation); }
-
-void AppDelegate::showWriteProgress(const WriteReport &report)
-{
-    if (windowPerformingOperation)
-        windowPerformingOperation->showWriteReport(report);
-}
+void AppDelegate::Burn_Audio_CD() { burnMedia(BurnOperation::AudioCD); }
+void AppDelegate::Burn_Audio_MP3_CD() { burnMedia(BurnOperation::MP3CD); }
+void AppDelegate::Burn_Audio_MP3_DVD() { burnMedia(BurnOperation::MP3DVD); }
+void AppDelegate::Burn_Video_DVD() { burnMedia(BurnOperation::VideoDVD); }
+void AppDelegate::Burn_Video_Bluray() { burnMedia(BurnOperation::VideoBluray); }
+void AppDelegate::Burn_Data_CD() { m_dataBurn->burn(ImageMessages::DataDisc::CD, arrayDataFolders->records()); }
+void AppDelegate::Burn_Data_DVD() { m_dataBurn->burn(ImageMessages::DataDisc::DVD, arrayDataFolders->records()); }
+void AppDelegate::Burn_Data_Bluray() { m_dataBurn->burn(ImageMessages::DataDisc::Bluray, arrayDataFolders->records()); }
 
 // ---------------------------------------------------------- status sheets
 
@@ -705,76 +719,20 @@ void AppDelegate::OnToolsFormatRWMedia()
 
 void AppDelegate::erase(bool full)
 {
-    if (m_eraseRun)
+    if (m_erase->isBusy())
         return;
     beginOperation(full ? QStringLiteral("Erase Completely") : QStringLiteral("Erase Quickly"));
-    QPointer<AppDelegate> self(this);
-    m_media->check(MediumNeed::Rewritable, QString(), [self, full](const MediumCheck &check) {
-        if (!self)
-            return;
-        switch (check.result) {
-        case MediumCheck::NoDisc:
-            self->m_context.alerts->close(QStringLiteral("No disc"), EraseNoDiscText);
-            return;
-        case MediumCheck::NoAnswer:
-            self->m_context.alerts->show(ToolMessages::driveDidNotAnswer(check.status.verdict));
-            return;
-        case MediumCheck::Ok:
-            break;
-        default:
-            self->m_context.alerts->close(NotRewritableTitle, NotRewritableText);
-            return;
-        }
-        ToolRun::Options options;
-        options.channels = ToolRun::Channels::Merged;
-        options.purpose = ToolRun::Purpose::Write;
-        options.writeReports = &WriteProgress::parseReports;  // none known of a blanking yet: the sheet stays busy
-        auto *run = new ToolRun(self->m_backend->eraseCommand(self->currentDrive(), full), options, self);
-        self->m_eraseRun = run;
-        self->m_eraseCancelled = false;
-        connect(run, &ToolRun::writeReport, self, &AppDelegate::showWriteProgress);
-        connect(run, &ToolRun::finished, self, [self, run](const ToolVerdict &verdict) {
-            run->deleteLater();
-            if (!self)
-                return;
-            dropSheet(self->windowPerformingOperation);
-            if (verdict.ok())
-                self->Show_Window_Operation_Complete();
-            else if (self->m_eraseCancelled && verdict.outcome == ToolVerdict::Outcome::Stopped)
-                self->Show_Window_Operation_Failed(OperationFailure::cancellation(
-                    ToolMessages::EraseCancelled, ToolMessages::ErasingStopped, &verdict));
-            else if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)
-                self->m_context.alerts->show(ToolMessages::notStarted(verdict));
-            else
-                self->Show_Window_Operation_Failed(
-                    OperationFailure::fromVerdict(QStringLiteral("The disc could not be erased."), verdict));
-        });
-        run->start();
-        self->Show_Window_Performing_Operation();
-    });
+    m_erase->erase(full);
 }
 
 void AppDelegate::cancelOperation()
 {
     m_log->note(QStringLiteral("Cancel pressed."));
-    if (m_adding->isBusy()) {
-        m_adding->cancel();
-        return;
-    }
-    if (m_mediaBurn->isBusy()) {
-        m_mediaBurn->cancel();
-        return;
-    }
-    for (SheetFlow *flow : {static_cast<SheetFlow *>(m_dataBurn), static_cast<SheetFlow *>(m_isoCreation),
-                            static_cast<SheetFlow *>(m_imageBurn), static_cast<SheetFlow *>(m_duplication)}) {
-        if (flow->isBusy()) {
-            flow->cancel();
+    for (Operation *operation : std::as_const(m_operations)) {
+        if (operation->isBusy()) {
+            operation->cancel();
             return;
         }
-    }
-    if (m_eraseRun && m_eraseRun->isRunning()) {
-        m_eraseCancelled = true;
-        m_eraseRun->stop();
     }
 }
 
@@ -784,48 +742,15 @@ void AppDelegate::offerCancel(StatusSheet *sheet)
     connect(sheet, &StatusSheet::cancelRequested, this, &AppDelegate::cancelOperation);
 }
 
-void AppDelegate::OnToolsDiscInfo()
-{
-    QPointer<AppDelegate> self(this);
-    m_media->check(MediumNeed::Disc, QString(), [self](const MediumCheck &check) {
-        if (!self)
-            return;
-        if (check.result == MediumCheck::NoAnswer) {
-            self->m_context.alerts->show(ToolMessages::driveDidNotAnswer(check.status.verdict));
-            return;
-        }
-        if (check.result == MediumCheck::NoDisc) {
-            // A drive the user may not open reads as empty: say why instead.
-            const DriveAccess access = self->m_backend->access().forDrive(self->currentDrive());
-            if (access.denied())
-                self->m_context.alerts->close(access.alertMessage(), access.alertInformative());
-            else
-                self->m_context.alerts->close(QStringLiteral("No disc"), InfoNoDiscText);
-            return;
-        }
-        self->m_backend->queryStatus(self->currentDrive(), [self](const MediaStatus &status) {
-            if (!self)
-                return;
-            if (!status.answered) {
-                self->m_context.alerts->show(ToolMessages::driveDidNotAnswer(status.verdict));
-                return;
-            }
-            AlertRequest r;
-            r.messageText = DiscInfoTitle;
-            r.informativeText = status.text;
-            r.buttons = {QStringLiteral("OK")};
-            self->m_context.alerts->show(r);
-        });
-    });
-}
+void AppDelegate::OnToolsDiscInfo() { m_discInfo->show(); }
 
 // ------------------------------------------------------------ compilation
 
-void AppDelegate::OnActionAudioAddFiles() { m_adding->OnActionAudioAddFiles(); }
-void AppDelegate::OnActionAudioAddFolder() { m_adding->OnActionAudioAddFolder(); }
-void AppDelegate::OnActionVideoAddFiles() { m_adding->OnActionVideoAddFiles(); }
-void AppDelegate::OnActionVideoAddFolder() { m_adding->OnActionVideoAddFolder(); }
-void AppDelegate::OnActionDataAddFolder() { m_adding->OnActionDataAddFolder(); }
+void AppDelegate::OnActionAudioAddFiles() { m_adding->addFiles(CompilationActions::AudioTab); }
+void AppDelegate::OnActionAudioAddFolder() { m_adding->addFolder(CompilationActions::AudioTab); }
+void AppDelegate::OnActionVideoAddFiles() { m_adding->addFiles(CompilationActions::VideoTab); }
+void AppDelegate::OnActionVideoAddFolder() { m_adding->addFolder(CompilationActions::VideoTab); }
+void AppDelegate::OnActionDataAddFolder() { m_adding->addFolder(CompilationActions::DataTab); }
 
 void AppDelegate::OnActionAudioDelete()
 {
@@ -984,17 +909,17 @@ void AppDelegate::Close_Window_Video_Settings()
 void AppDelegate::OnActionISOCreate()
 {
     beginOperation(QStringLiteral("Create ISO"));
-    m_isoCreation->OnActionISOCreate();
+    m_isoCreation->start();
 }
 void AppDelegate::OnActionISOBurn()
 {
     beginOperation(QStringLiteral("Burn Image"));
-    m_imageBurn->OnActionISOBurn();
+    m_imageBurn->start();
 }
 void AppDelegate::DuplicateMedia()
 {
     beginOperation(QStringLiteral("Copy Disc"));
-    m_duplication->DuplicateMedia();
+    m_duplication->start();
 }
 
 void AppDelegate::Show_Window_Data_Copy_Folders()
@@ -1023,23 +948,6 @@ void AppDelegate::applyTableLook(bool okRule)
     arrayDataFolders->setTextColor(look.cellText);
 }
 
-void AppDelegate::scheduleOnce(QPointer<QTimer> &slot, void (AppDelegate::*routine)())
-{
-    if (slot) {
-        slot->stop();
-        slot->deleteLater();
-    }
-    auto *timer = new QTimer(this);
-    timer->setSingleShot(true);
-    timer->setInterval(100);
-    connect(timer, &QTimer::timeout, this, [this, routine, timer] {
-        timer->deleteLater();
-        (this->*routine)();
-    });
-    slot = timer;
-    timer->start();
-}
-
 void AppDelegate::OnToolsColors()
 {
     if (windowColors)
@@ -1064,8 +972,8 @@ void AppDelegate::OK_Window_Colors()
     Cancel_Window_Colors();  // ends the sheet
     ThemeWriting::writeAfterOk(m_settings, theme);
     applyTableLook(true);
-    scheduleOnce(timerSetAlternatingRows, &AppDelegate::TimerSetAlternatingRowsRoutine);
-    scheduleOnce(timerForceColorsAtStartup, &AppDelegate::TimerForceColorsAtStartupRoutine);
+    timerSetAlternatingRows.start([this] { TimerSetAlternatingRowsRoutine(); });
+    timerForceColorsAtStartup.start([this] { TimerForceColorsAtStartupRoutine(); });
 }
 
 void AppDelegate::Cancel_Window_Colors()

@@ -8,7 +8,9 @@
 #include "platform/WorkingFolders.h"
 #include "app/ui/AppContext.h"
 #include "appearance/Theme.h"
-#include "burn/BurnSheets.h"
+#include "burn/BurnMessages.h"
+#include "platform/StepTimer.h"
+#include "toolrun/Operation.h"
 #include "compilation/ListSorting.h"
 #include "drives/DriveSelection.h"
 #include "drives/Object_Optical_Drive.h"
@@ -20,6 +22,8 @@ class DataBurnFlow;
 class DataFolderModel;
 class DriveBackend;
 class DuplicationFlow;
+class EraseFlow;
+class DiscInfoFlow;
 class ImageBurnFlow;
 class IsoCreationFlow;
 class MainWindow;
@@ -46,7 +50,7 @@ class Window_Video_Settings;
 // and turns each command of the main window into a call of the subsystem
 // that does the work. Nothing here blocks: tool runs, status queries, disk
 // walks and media probes all answer later.
-class AppDelegate : public QObject, public BurnSheets {
+class AppDelegate : public QObject {
     Q_OBJECT
 public:
     // Ends of operations longer than this are told to a user who is elsewhere.
@@ -163,21 +167,6 @@ public:
     void OnActionAudioPlay() { play(0); }
     void OnActionVideoPlay() { play(1); }
 
-    // BurnSheets: how the media burns show their progress.
-    void beginProgress() override;
-    void setOverallRange(double maximum) override;
-    void setOverallValue(double value) override;
-    void setFileRange(double maximum) override;
-    void setFileValue(double value) override;
-    void endProgress() override;
-    void showPerformingOperation() override { Show_Window_Performing_Operation(); }
-    void endPerformingOperation() override;
-    void showWriteProgress(const WriteReport &report) override;
-    void showOperationComplete() override { Show_Window_Operation_Complete(); }
-    void showOperationFailed(const OperationFailure &failure) override { Show_Window_Operation_Failed(failure); }
-    void showVerifying() override { Show_Window_Verifying(); }
-    void showOperationVerified() override { Show_Window_Operation_Verified(); }
-
     // State, as the rest of the program knows it
     bool m_b_Debug_Mode = false;
     QString s_Video_Output_Format;
@@ -209,8 +198,8 @@ public:
     QPointer<Window_Colors> windowColors;
     QPointer<AVSPDocument> windowPlayer;
 
-    QPointer<QTimer> timerSetAlternatingRows;
-    QPointer<QTimer> timerForceColorsAtStartup;
+    StepTimer timerSetAlternatingRows{this};
+    StepTimer timerForceColorsAtStartup{this};
 
     // The subsystems, for tests that watch them.
     MediaQuestions *media() const { return m_media; }
@@ -230,12 +219,16 @@ signals:
 
 private:
     void connectWindow();
-    void connectFlow(SheetFlow *flow);
+    // The window side of every operation: its sheets, bars and last sheet.
+    void connectOperation(Operation *operation);
+    void showSheet(OperationSheet sheet, double maximum);
+    void closeSheet(OperationSheet sheet);
+    void rangeBar(OperationBar bar, double maximum);
+    void moveBar(OperationBar bar, double value);
     void selectTabFromMenu(int index);
     void chooseKindButton(int tab, qint64 type);
     void setBurnTitle(const QString &title);
     void showUniqueProgress(const QString &title, const QString &caption, double maximum);
-    void setUniqueProgress(double value);
     void openPage(const QUrl &page);
     void applyDriveMenu();
     void erase(bool full);
@@ -254,9 +247,8 @@ private:
     void offerCancel(StatusSheet *sheet);
     void play(int tab);
     void applyTableLook(bool okRule);
-    void scheduleOnce(QPointer<QTimer> &slot, void (AppDelegate::*routine)());
     void fatal(const QString &text);
-    void burnMedia(int operation);
+    void burnMedia(BurnOperation operation);
     void quitStoppingTools();
     bool systemIsDark() const;
 
@@ -266,9 +258,7 @@ private:
     DriveBackend *m_backend = nullptr;
     MediaQuestions *m_media = nullptr;
     std::unique_ptr<RunLog> m_log;
-    QPointer<ToolRun> m_eraseRun;
     bool m_quitting = false;
-    bool m_eraseCancelled = false;
     QString m_operationTitle;  // the operation under way, empty once told
     qint64 m_operationStartMs = 0;
     std::unique_ptr<Recorder> m_recorder;
@@ -278,5 +268,8 @@ private:
     IsoCreationFlow *m_isoCreation = nullptr;
     ImageBurnFlow *m_imageBurn = nullptr;
     DuplicationFlow *m_duplication = nullptr;
+    EraseFlow *m_erase = nullptr;
+    DiscInfoFlow *m_discInfo = nullptr;
+    QList<Operation *> m_operations;  // every operation, in the order a Cancel looks for the busy one
     DriveMenuState m_driveMenu;
 };
