@@ -40,6 +40,28 @@ std::optional<qint64> RateEstimator::secondsLeft(double whole) const
     return qint64(std::ceil(left));
 }
 
+// A report of one track of several: its figures become the whole run's.
+void WriteReadout::addUpTracks(int track, std::optional<double> &written, std::optional<double> &total,
+                               double &percent)
+{
+    // A new track: the one before is done.
+    if (track != m_track) {
+        if (m_track > 0)
+            m_doneBeforeMB += m_trackTotalMB;
+        m_track = track;
+    }
+    if (total)
+        m_trackTotalMB = *total;
+    if (written)
+        written = m_doneBeforeMB + *written;
+    if (m_runTotalMB && (!written || *written <= *m_runTotalMB))
+        total = m_runTotalMB;
+    else if (total)
+        total = m_doneBeforeMB + *total;
+    if (written && total && *total > 0.0)
+        percent = std::clamp(*written * 100.0 / *total, 0.0, 100.0);
+}
+
 void WriteReadout::add(const WriteReport &report, qint64 ms, const QDateTime &now)
 {
     if (report.runTotal) {
@@ -54,24 +76,8 @@ void WriteReadout::add(const WriteReport &report, qint64 ms, const QDateTime &no
     std::optional<double> total = report.totalMB;
     double percent = *report.percent;
 
-    if (report.track > 0) {
-        // A new track: the one before is done.
-        if (report.track != m_track) {
-            if (m_track > 0)
-                m_doneBeforeMB += m_trackTotalMB;
-            m_track = report.track;
-        }
-        if (total)
-            m_trackTotalMB = *total;
-        if (written)
-            written = m_doneBeforeMB + *written;
-        if (m_runTotalMB && (!written || *written <= *m_runTotalMB))
-            total = m_runTotalMB;
-        else if (total)
-            total = m_doneBeforeMB + *total;
-        if (written && total && *total > 0.0)
-            percent = std::clamp(*written * 100.0 / *total, 0.0, 100.0);
-    }
+    if (report.track > 0)
+        addUpTracks(report.track, written, total, percent);
 
     if (percent >= 100.0) {
         // The end of the write: all of it is written.

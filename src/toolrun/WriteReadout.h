@@ -69,6 +69,7 @@ public:
     static QString timeLeftText(std::optional<qint64> seconds);
 
 private:
+    void addUpTracks(int track, std::optional<double> &written, std::optional<double> &total, double &percent);
     RateEstimator m_rate;
     std::optional<double> m_percent;
     std::optional<double> m_writtenMB;

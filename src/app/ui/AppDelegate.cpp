@@ -22,6 +22,7 @@
 #include "app/HelpPages.h"
 #include "app/StartupFolders.h"
 #include "app/ui/MainWindow.h"
+#include "app/ui/OperationSheets.h"
 #include "appearance/DarkMode.h"
 #include "appearance/ThemeWriting.h"
 #include "appearance/ui/BackgroundViews.h"
@@ -54,20 +55,6 @@
 #include "toolrun/ToolRun.h"
 #include "toolrun/ui/StatusWindows.h"
 
-namespace {
-
-// Ends a sheet and lets its window go.
-template <typename W>
-void dropSheet(QPointer<W> &sheet)
-{
-    if (sheet) {
-        sheet->endSheet();
-        sheet->deleteLater();
-    }
-    sheet = nullptr;
-}
-
-} // namespace
 
 AppDelegate::AppDelegate(const AppContext &context, QObject *parent)
     : QObject(parent), m_context(context), m_settings(*context.settings), m_window(std::make_unique<MainWindow>())
@@ -92,12 +79,18 @@ AppDelegate::AppDelegate(const AppContext &context, QObject *parent)
     RunLog *log = m_log.get();
     ToolRun::setObserver([log](const ToolVerdict &verdict) { log->record(verdict); });
     m_recorder = Recorder::create(m_context.tools);
-    m_mediaBurn = new MediaBurn(*m_recorder, *m_context.alerts, m_media->checker(), this);
-
     arrayMediaFiles = new MediaListModel(this);
     arrayDataFolders = new DataFolderModel(this);
-    m_adding = new CompilationActions(arrayMediaFiles, arrayDataFolders, m_context.filePicker, this);
 
+    createOperations();
+    connectWindow();
+}
+
+// Every operation, each followed by the status sheets.
+void AppDelegate::createOperations()
+{
+    m_mediaBurn = new MediaBurn(*m_recorder, *m_context.alerts, m_media->checker(), this);
+    m_adding = new CompilationActions(arrayMediaFiles, arrayDataFolders, m_context.filePicker, this);
     ImageFlowContext flows;
     flows.tools = m_context.tools;
     flows.homeFolder = QDir::homePath();
@@ -123,11 +116,16 @@ AppDelegate::AppDelegate(const AppContext &context, QObject *parent)
     m_erase = new EraseFlow(tools, this);
     m_discInfo = new DiscInfoFlow(tools, this);
 
+    m_sheets = new OperationSheets(m_window.get(),
+                                   {windowProgress, windowUniqueProgress, windowPerformingOperation,
+                                    windowOperationCompleted, windowDataCopyFolders},
+                                   this);
+    m_sheets->setBeforeLastSheet([this](const QString &verdict) { tellIfAway(verdict); });
+    connect(m_sheets, &OperationSheets::cancelRequested, this, &AppDelegate::cancelOperation);
     m_operations = {m_adding, m_mediaBurn, m_dataBurn, m_isoCreation, m_imageBurn, m_duplication, m_erase, m_discInfo};
     for (Operation *operation : std::as_const(m_operations))
-        connectOperation(operation);
+        m_sheets->follow(operation);
 
-    connectWindow();
 }
 
 AppDelegate::~AppDelegate()
@@ -258,69 +256,58 @@ void AppDelegate::Terminate_App()
 void AppDelegate::connectWindow()
 {
     MainWindow *w = m_window.get();
-    auto on = [this](auto *sender, auto signal, void (AppDelegate::*slot)()) {
-        connect(sender, signal, this, [this, slot] { (this->*slot)(); });
+    auto onClick = [this](QPushButton *button, void (AppDelegate::*slot)()) {
+        connect(button, &QPushButton::clicked, this, [this, slot] { (this->*slot)(); });
     };
     connect(w, &MainWindow::windowWillClose, this, &AppDelegate::Terminate_App);
     connect(w->tabviewMain, &QTabWidget::currentChanged, this, &AppDelegate::tabViewDidSelect);
 
-    on(w->btnAudioCD, &QPushButton::clicked, &AppDelegate::OnActionAudioCD);
-    on(w->btnMP3CD, &QPushButton::clicked, &AppDelegate::OnActionMP3CD);
-    on(w->btnMP3DVD, &QPushButton::clicked, &AppDelegate::OnActionMP3DVD);
-    on(w->btnVideoDVD, &QPushButton::clicked, &AppDelegate::OnActionVideoDVD);
-    on(w->btnVideoBluray, &QPushButton::clicked, &AppDelegate::OnActionVideoBluray);
-    on(w->btnDataCD, &QPushButton::clicked, &AppDelegate::OnActionDataCD);
-    on(w->btnDataDVD, &QPushButton::clicked, &AppDelegate::OnActionDataDVD);
-    on(w->btnDataBluray, &QPushButton::clicked, &AppDelegate::OnActionDataBluray);
-    on(w->btnBurn, &QPushButton::clicked, &AppDelegate::OnBtnBurn);
+    onClick(w->btnAudioCD, &AppDelegate::OnActionAudioCD);
+    onClick(w->btnMP3CD, &AppDelegate::OnActionMP3CD);
+    onClick(w->btnMP3DVD, &AppDelegate::OnActionMP3DVD);
+    onClick(w->btnVideoDVD, &AppDelegate::OnActionVideoDVD);
+    onClick(w->btnVideoBluray, &AppDelegate::OnActionVideoBluray);
+    onClick(w->btnDataCD, &AppDelegate::OnActionDataCD);
+    onClick(w->btnDataDVD, &AppDelegate::OnActionDataDVD);
+    onClick(w->btnDataBluray, &AppDelegate::OnActionDataBluray);
+    onClick(w->btnBurn, &AppDelegate::OnBtnBurn);
 
-    on(w->toolbar_btn_Audio_New_Disc, &QPushButton::clicked, &AppDelegate::ShowNewDiscWindow);
-    on(w->toolbar_btn_Video_New_Disc, &QPushButton::clicked, &AppDelegate::ShowNewDiscWindow);
-    on(w->toolbar_btn_Data_New_Disc, &QPushButton::clicked, &AppDelegate::ShowNewDiscWindow);
-    on(w->menuitemNewDisc, &QAction::triggered, &AppDelegate::ShowNewDiscWindow);
-    on(w->toolbar_btn_Audio_Add_Files, &QPushButton::clicked, &AppDelegate::OnActionAudioAddFiles);
-    on(w->toolbar_btn_Audio_Add_Folder, &QPushButton::clicked, &AppDelegate::OnActionAudioAddFolder);
-    on(w->toolbar_btn_Video_Add_Files, &QPushButton::clicked, &AppDelegate::OnActionVideoAddFiles);
-    on(w->toolbar_btn_Video_Add_Folder, &QPushButton::clicked, &AppDelegate::OnActionVideoAddFolder);
-    on(w->toolbar_btn_Data_Add_Folder, &QPushButton::clicked, &AppDelegate::OnActionDataAddFolder);
-    on(w->toolbar_btn_Audio_Delete, &QPushButton::clicked, &AppDelegate::OnActionAudioDelete);
-    on(w->toolbar_btn_Video_Delete, &QPushButton::clicked, &AppDelegate::OnActionVideoDelete);
-    on(w->toolbar_btn_Data_Delete, &QPushButton::clicked, &AppDelegate::OnActionDataDelete);
-    on(w->toolbar_btn_Audio_Clear, &QPushButton::clicked, &AppDelegate::OnActionAudioClear);
-    on(w->toolbar_btn_Video_Clear, &QPushButton::clicked, &AppDelegate::OnActionVideoClear);
-    on(w->toolbar_btn_Data_Clear, &QPushButton::clicked, &AppDelegate::OnActionDataClear);
-    on(w->toolbar_btn_Audio_Play, &QPushButton::clicked, &AppDelegate::OnActionAudioPlay);
-    on(w->toolbar_btn_Video_Play, &QPushButton::clicked, &AppDelegate::OnActionVideoPlay);
-    on(w->toolbar_btn_Audio_Copy_Disc, &QPushButton::clicked, &AppDelegate::DuplicateMedia);
-    on(w->toolbar_btn_Video_Copy_Disc, &QPushButton::clicked, &AppDelegate::DuplicateMedia);
-    on(w->toolbar_btn_Data_Copy_Disc, &QPushButton::clicked, &AppDelegate::DuplicateMedia);
-    on(w->toolbar_btn_Video_Settings, &QPushButton::clicked, &AppDelegate::OnActionVideoSettings);
-    on(w->toolbar_btn_ISO_Create, &QPushButton::clicked, &AppDelegate::OnActionISOCreate);
-    on(w->toolbar_btn_ISO_Burn, &QPushButton::clicked, &AppDelegate::OnActionISOBurn);
-    on(w->toolbar_btn_Tools_Eject_Disc, &QPushButton::clicked, &AppDelegate::OnToolsEjectDisc);
-    on(w->toolbar_btn_Tools_Load_Disc, &QPushButton::clicked, &AppDelegate::OnToolsLoadDisc);
-    on(w->toolbar_btn_Tools_Erase_Disc, &QPushButton::clicked, &AppDelegate::OnToolsFormatRWMedia);
-    on(w->toolbar_btn_Tools_Disc_Info, &QPushButton::clicked, &AppDelegate::OnToolsDiscInfo);
-    on(w->toolbar_btn_Tools_Colors, &QPushButton::clicked, &AppDelegate::OnToolsColors);
-    on(w->menuitemEraseFull, &QAction::triggered, &AppDelegate::OnToolsFormatFull);
-    on(w->menuitemEraseQuick, &QAction::triggered, &AppDelegate::OnToolsFormatQuick);
+    onClick(w->toolbar_btn_Audio_New_Disc, &AppDelegate::ShowNewDiscWindow);
+    onClick(w->toolbar_btn_Video_New_Disc, &AppDelegate::ShowNewDiscWindow);
+    onClick(w->toolbar_btn_Data_New_Disc, &AppDelegate::ShowNewDiscWindow);
+    onClick(w->toolbar_btn_Audio_Add_Files, &AppDelegate::OnActionAudioAddFiles);
+    onClick(w->toolbar_btn_Audio_Add_Folder, &AppDelegate::OnActionAudioAddFolder);
+    onClick(w->toolbar_btn_Video_Add_Files, &AppDelegate::OnActionVideoAddFiles);
+    onClick(w->toolbar_btn_Video_Add_Folder, &AppDelegate::OnActionVideoAddFolder);
+    onClick(w->toolbar_btn_Data_Add_Folder, &AppDelegate::OnActionDataAddFolder);
+    onClick(w->toolbar_btn_Audio_Delete, &AppDelegate::OnActionAudioDelete);
+    onClick(w->toolbar_btn_Video_Delete, &AppDelegate::OnActionVideoDelete);
+    onClick(w->toolbar_btn_Data_Delete, &AppDelegate::OnActionDataDelete);
+    onClick(w->toolbar_btn_Audio_Clear, &AppDelegate::OnActionAudioClear);
+    onClick(w->toolbar_btn_Video_Clear, &AppDelegate::OnActionVideoClear);
+    onClick(w->toolbar_btn_Data_Clear, &AppDelegate::OnActionDataClear);
+    onClick(w->toolbar_btn_Audio_Play, &AppDelegate::OnActionAudioPlay);
+    onClick(w->toolbar_btn_Video_Play, &AppDelegate::OnActionVideoPlay);
+    onClick(w->toolbar_btn_Audio_Copy_Disc, &AppDelegate::DuplicateMedia);
+    onClick(w->toolbar_btn_Video_Copy_Disc, &AppDelegate::DuplicateMedia);
+    onClick(w->toolbar_btn_Data_Copy_Disc, &AppDelegate::DuplicateMedia);
+    onClick(w->toolbar_btn_Video_Settings, &AppDelegate::OnActionVideoSettings);
+    onClick(w->toolbar_btn_ISO_Create, &AppDelegate::OnActionISOCreate);
+    onClick(w->toolbar_btn_ISO_Burn, &AppDelegate::OnActionISOBurn);
+    onClick(w->toolbar_btn_Tools_Eject_Disc, &AppDelegate::OnToolsEjectDisc);
+    onClick(w->toolbar_btn_Tools_Load_Disc, &AppDelegate::OnToolsLoadDisc);
+    onClick(w->toolbar_btn_Tools_Erase_Disc, &AppDelegate::OnToolsFormatRWMedia);
+    onClick(w->toolbar_btn_Tools_Disc_Info, &AppDelegate::OnToolsDiscInfo);
+    onClick(w->toolbar_btn_Tools_Colors, &AppDelegate::OnToolsColors);
 
-    on(w->submenuItemTabAudio, &QAction::triggered, &AppDelegate::OnMenuTabAudio);
-    on(w->submenuItemTabVideo, &QAction::triggered, &AppDelegate::OnMenuTabVideo);
-    on(w->submenuItemTabData, &QAction::triggered, &AppDelegate::OnMenuTabData);
-    on(w->submenuItemTabISO, &QAction::triggered, &AppDelegate::OnMenuTabISO);
-    on(w->submenuItemTabTools, &QAction::triggered, &AppDelegate::OnMenuTabTools);
-    on(w->menuitemHelpAppHomePage, &QAction::triggered, &AppDelegate::OnMenuHelpAppHomePage);
-    on(w->menuitemHelpCompanyHomePage, &QAction::triggered, &AppDelegate::OnMenuHelpCompanyHomePage);
-    on(w->menuitemHelpSubmitTicket, &QAction::triggered, &AppDelegate::OnMenuHelpSubmitTicket);
-    on(w->menuitemHelpPrivacyPolicy, &QAction::triggered, &AppDelegate::OnMenuHelpPrivacyPolicy);
-    on(w->menuitemQuit, &QAction::triggered, &AppDelegate::OnMenuQuit);
-    on(w->menuitemHelpShowLogs, &QAction::triggered, &AppDelegate::OnMenuHelpShowLogs);
-    on(w->menuitemDebugMode, &QAction::triggered, &AppDelegate::OnMenuDebugMode);
-    on(w->menuitemVerifyAfterWriting, &QAction::triggered, &AppDelegate::OnMenuVerifyAfterWriting);
-    for (int i = 0; i < 6; ++i)
-        connect(w->submenuItemDriveSlot[i], &QAction::triggered, this, [this, i] { OnMenuDriveSlot(i + 1); });
+    connectMenus();
 
+    connectLists();
+}
+
+void AppDelegate::connectLists()
+{
+    MainWindow *w = m_window.get();
     w->tableviewAudioFiles->setModel(arrayMediaFiles);
     w->tableviewVideoFiles->setModel(arrayMediaFiles);
     w->tableviewDataFolders->setModel(arrayDataFolders);
@@ -338,111 +325,30 @@ void AppDelegate::connectWindow()
     });
 }
 
-void AppDelegate::connectOperation(Operation *operation)
+void AppDelegate::connectMenus()
 {
-    connect(operation, &Operation::sheetShown, this, &AppDelegate::showSheet);
-    connect(operation, &Operation::sheetClosed, this, &AppDelegate::closeSheet);
-    connect(operation, &Operation::barRanged, this, &AppDelegate::rangeBar);
-    connect(operation, &Operation::barMoved, this, &AppDelegate::moveBar);
-    connect(operation, &Operation::writeReported, this, [this](const WriteReport &report) {
-        if (windowPerformingOperation)
-            windowPerformingOperation->showWriteReport(report);
-    });
-    connect(operation, &Operation::lastSheet, this, [this](const OperationEnd &end) {
-        if (end.kind == OperationEnd::Failed)
-            Show_Window_Operation_Failed(end.failure);
-        else if (end.kind == OperationEnd::Verified)
-            Show_Window_Operation_Verified();
-        else
-            Show_Window_Operation_Complete();
-    });
-}
-
-void AppDelegate::showSheet(OperationSheet sheet, double maximum)
-{
-    switch (sheet) {
-    case OperationSheet::Working:
-        Show_Window_Performing_Operation();
-        break;
-    case OperationSheet::Transcoding:
-        windowProgress = new Window_Progress(m_window.get());
-        offerCancel(windowProgress);
-        windowProgress->begin();
-        break;
-    case OperationSheet::MeasuringFiles:
-        showUniqueProgress(QStringLiteral("Adding Files"), QStringLiteral("Measuring the files…"), maximum);
-        break;
-    case OperationSheet::MeasuringFolder:
-        showUniqueProgress(QStringLiteral("Adding a Folder"), QStringLiteral("Measuring the folder…"), 0);
-        break;
-    case OperationSheet::Staging:
-        Show_Window_Data_Copy_Folders();
-        break;
-    case OperationSheet::Verifying:
-        Show_Window_Verifying();
-        break;
-    }
-}
-
-void AppDelegate::closeSheet(OperationSheet sheet)
-{
-    switch (sheet) {
-    case OperationSheet::Working:
-    case OperationSheet::Verifying:
-        dropSheet(windowPerformingOperation);
-        break;
-    case OperationSheet::Transcoding:
-        dropSheet(windowProgress);
-        break;
-    case OperationSheet::MeasuringFiles:
-    case OperationSheet::MeasuringFolder:
-        dropSheet(windowUniqueProgress);
-        break;
-    case OperationSheet::Staging:
-        Close_Window_Data_Copy_Folders();
-        break;
-    }
-}
-
-// The bars of the sheet up: the two-bar sheet's upper (File) and lower
-// (Overall) bars, the single bar, and the share of a disc read back.
-void AppDelegate::rangeBar(OperationBar bar, double maximum)
-{
-    if (bar == OperationBar::Overall && windowProgress) {
-        windowProgress->progressOverall->setMinDouble(0);
-        windowProgress->progressOverall->setMaxDouble(maximum);
-        windowProgress->progressOverall->setDoubleValue(0);
-    } else if (bar == OperationBar::File && windowProgress) {
-        windowProgress->progressBar->setMinDouble(0);
-        windowProgress->progressBar->setMaxDouble(maximum);
-    }
-}
-
-void AppDelegate::moveBar(OperationBar bar, double value)
-{
-    if (bar == OperationBar::Overall && windowProgress)
-        windowProgress->progressOverall->setDoubleValue(value);
-    else if (bar == OperationBar::File && windowProgress)
-        windowProgress->progressBar->setDoubleValue(value);
-    else if (bar == OperationBar::Single && windowUniqueProgress)
-        windowUniqueProgress->progressBar->setDoubleValue(value);
-    else if (bar == OperationBar::Check && windowPerformingOperation)
-        windowPerformingOperation->showCheckProgress(value);
-}
-
-// The single-bar sheet: from 0 of `maximum` (0: busy), fed by setUniqueProgress.
-void AppDelegate::showUniqueProgress(const QString &title, const QString &caption, double maximum)
-{
-    dropSheet(windowUniqueProgress);
-    windowUniqueProgress = new Window_Unique_Progress(m_window.get());
-    windowUniqueProgress->setWindowTitle(title);
-    windowUniqueProgress->labelDescription->setText(caption);
-    windowUniqueProgress->labelDescription->setAccessibleName(caption);
-    windowUniqueProgress->progressBar->setMinDouble(0.0);
-    windowUniqueProgress->progressBar->setMaxDouble(maximum);
-    windowUniqueProgress->progressBar->setDoubleValue(0.0);
-    offerCancel(windowUniqueProgress);
-    windowUniqueProgress->begin();
+    MainWindow *w = m_window.get();
+    auto on = [this](QAction *item, void (AppDelegate::*slot)()) {
+        connect(item, &QAction::triggered, this, [this, slot] { (this->*slot)(); });
+    };
+    on(w->menuitemNewDisc, &AppDelegate::ShowNewDiscWindow);
+    on(w->menuitemEraseFull, &AppDelegate::OnToolsFormatFull);
+    on(w->menuitemEraseQuick, &AppDelegate::OnToolsFormatQuick);
+    on(w->submenuItemTabAudio, &AppDelegate::OnMenuTabAudio);
+    on(w->submenuItemTabVideo, &AppDelegate::OnMenuTabVideo);
+    on(w->submenuItemTabData, &AppDelegate::OnMenuTabData);
+    on(w->submenuItemTabISO, &AppDelegate::OnMenuTabISO);
+    on(w->submenuItemTabTools, &AppDelegate::OnMenuTabTools);
+    on(w->menuitemHelpAppHomePage, &AppDelegate::OnMenuHelpAppHomePage);
+    on(w->menuitemHelpCompanyHomePage, &AppDelegate::OnMenuHelpCompanyHomePage);
+    on(w->menuitemHelpSubmitTicket, &AppDelegate::OnMenuHelpSubmitTicket);
+    on(w->menuitemHelpPrivacyPolicy, &AppDelegate::OnMenuHelpPrivacyPolicy);
+    on(w->menuitemQuit, &AppDelegate::OnMenuQuit);
+    on(w->menuitemHelpShowLogs, &AppDelegate::OnMenuHelpShowLogs);
+    on(w->menuitemDebugMode, &AppDelegate::OnMenuDebugMode);
+    on(w->menuitemVerifyAfterWriting, &AppDelegate::OnMenuVerifyAfterWriting);
+    for (int i = 0; i < 6; ++i)
+        connect(w->submenuItemDriveSlot[i], &QAction::triggered, this, [this, i] { OnMenuDriveSlot(i + 1); });
 }
 
 void AppDelegate::setBurnTitle(const QString &title)
@@ -578,12 +484,14 @@ void AppDelegate::Burn_Data_Bluray() { m_dataBurn->burn(ImageMessages::DataDisc:
 
 // ---------------------------------------------------------- status sheets
 
-void AppDelegate::Show_Window_Performing_Operation()
-{
-    windowPerformingOperation = new Window_Performing_Operation(m_window.get());
-    offerCancel(windowPerformingOperation);
-    windowPerformingOperation->begin();
-}
+void AppDelegate::Show_Window_Performing_Operation() { m_sheets->showWorking(); }
+void AppDelegate::Show_Window_Operation_Complete() { m_sheets->showCompletion(QString()); }
+void AppDelegate::Close_Window_Operation_Complete() { m_sheets->closeCompletion(); }
+void AppDelegate::Show_Window_Verifying() { m_sheets->showVerifying(); }
+void AppDelegate::Show_Window_Operation_Verified() { m_sheets->showCompletion(DiscVerify::VerifiedMessage); }
+void AppDelegate::Show_Window_Operation_Failed(const OperationFailure &failure) { m_sheets->showFailure(failure); }
+void AppDelegate::Show_Window_Data_Copy_Folders() { m_sheets->showStaging(); }
+void AppDelegate::Close_Window_Data_Copy_Folders() { m_sheets->closeStaging(); }
 
 void AppDelegate::beginOperation(const QString &title)
 {
@@ -605,55 +513,6 @@ void AppDelegate::tellIfAway(const QString &verdict)
         focus && main && (focus == main || focus->transientParent() == main))
         return;
     m_context.notifier->notify(QStringLiteral("Tamblo — %1").arg(title), verdict);
-}
-
-void AppDelegate::Show_Window_Operation_Complete()
-{
-    showCompletion(QString());
-}
-
-void AppDelegate::showCompletion(const QString &message)
-{
-    windowOperationCompleted = new Window_Operation_Terminated(m_window.get());
-    if (!message.isEmpty()) {
-        windowOperationCompleted->labelMessage->setText(message);
-        windowOperationCompleted->labelMessage->setAccessibleName(message);
-    }
-    connect(windowOperationCompleted, &Window_Operation_Terminated::OnOK, this,
-            &AppDelegate::Close_Window_Operation_Complete);
-    tellIfAway(windowOperationCompleted->labelMessage->text());  // before the sheet takes the focus
-    windowOperationCompleted->begin();
-}
-
-void AppDelegate::Close_Window_Operation_Complete() { dropSheet(windowOperationCompleted); }
-
-void AppDelegate::Show_Window_Verifying()
-{
-    const QString caption = DiscVerify::VerifyingCaption;
-    // The sheet that showed the writing goes on, saying what it does now.
-    if (!windowPerformingOperation)
-        Show_Window_Performing_Operation();
-    windowPerformingOperation->beginCheck();
-    windowPerformingOperation->setWindowTitle(DiscVerify::VerifyingTitle);
-    windowPerformingOperation->labelDescription->setText(caption);
-    windowPerformingOperation->labelDescription->setAccessibleName(caption);
-}
-
-void AppDelegate::Show_Window_Operation_Verified()
-{
-    showCompletion(DiscVerify::VerifiedMessage);
-}
-
-void AppDelegate::Show_Window_Operation_Failed(const OperationFailure &failure)
-{
-    dropSheet(windowUniqueProgress);
-    dropSheet(windowPerformingOperation);
-    windowOperationCompleted = new Window_Operation_Terminated(m_window.get());
-    windowOperationCompleted->showFailure(failure);
-    connect(windowOperationCompleted, &Window_Operation_Terminated::OnOK, this,
-            &AppDelegate::Close_Window_Operation_Complete);
-    tellIfAway(failure.message);  // before the sheet takes the focus
-    windowOperationCompleted->begin();
 }
 
 // ------------------------------------------------------------------ drives
@@ -734,12 +593,6 @@ void AppDelegate::cancelOperation()
             return;
         }
     }
-}
-
-void AppDelegate::offerCancel(StatusSheet *sheet)
-{
-    sheet->addCancelButton();
-    connect(sheet, &StatusSheet::cancelRequested, this, &AppDelegate::cancelOperation);
 }
 
 void AppDelegate::OnToolsDiscInfo() { m_discInfo->show(); }
@@ -921,15 +774,6 @@ void AppDelegate::DuplicateMedia()
     beginOperation(QStringLiteral("Copy Disc"));
     m_duplication->start();
 }
-
-void AppDelegate::Show_Window_Data_Copy_Folders()
-{
-    windowDataCopyFolders = new Window_Data_Copy_Folders(m_window.get());
-    offerCancel(windowDataCopyFolders);
-    windowDataCopyFolders->begin();
-}
-
-void AppDelegate::Close_Window_Data_Copy_Folders() { dropSheet(windowDataCopyFolders); }
 
 // ----------------------------------------------------------------- colours
 

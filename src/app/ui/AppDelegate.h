@@ -27,6 +27,7 @@ class DiscInfoFlow;
 class ImageBurnFlow;
 class IsoCreationFlow;
 class MainWindow;
+class OperationSheets;
 class MediaBurn;
 class MediaListModel;
 class MediaQuestions;
@@ -219,16 +220,12 @@ signals:
 
 private:
     void connectWindow();
-    // The window side of every operation: its sheets, bars and last sheet.
-    void connectOperation(Operation *operation);
-    void showSheet(OperationSheet sheet, double maximum);
-    void closeSheet(OperationSheet sheet);
-    void rangeBar(OperationBar bar, double maximum);
-    void moveBar(OperationBar bar, double value);
+    void connectMenus();
+    void connectLists();
+    void createOperations();
     void selectTabFromMenu(int index);
     void chooseKindButton(int tab, qint64 type);
     void setBurnTitle(const QString &title);
-    void showUniqueProgress(const QString &title, const QString &caption, double maximum);
     void openPage(const QUrl &page);
     void applyDriveMenu();
     void erase(bool full);
@@ -241,10 +238,6 @@ private:
     // An operation that ran longer than NotifyAfterMs and ends while the
     // window is not the active one: the desktop shows its verdict.
     void tellIfAway(const QString &verdict);
-    // The completion sheet, with its own message when one is given.
-    void showCompletion(const QString &message);
-    // Gives a long sheet its Cancel button, wired to cancelOperation.
-    void offerCancel(StatusSheet *sheet);
     void play(int tab);
     void applyTableLook(bool okRule);
     void fatal(const QString &text);
@@ -270,6 +263,7 @@ private:
     DuplicationFlow *m_duplication = nullptr;
     EraseFlow *m_erase = nullptr;
     DiscInfoFlow *m_discInfo = nullptr;
+    OperationSheets *m_sheets = nullptr;
     QList<Operation *> m_operations;  // every operation, in the order a Cancel looks for the busy one
     DriveMenuState m_driveMenu;
 };
