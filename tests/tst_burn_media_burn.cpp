@@ -13,6 +13,7 @@
 #include "burn/Recorder.h"
 #include "burn/MediaBurn.h"
 #include "support/FakeAlerts.h"
+#include "support/Files.h"
 #include "support/TestMain.h"
 #include "support/WorkingSheet.h"
 #include "toolrun/ui/StatusWindows.h"
@@ -168,8 +169,8 @@ public:
 private:
     ToolCommand command() const
     {
-        return {QStringLiteral(TAMBLO_FAKES_DIR "/burn-chunked-tool"),
-                {QStringLiteral(TAMBLO_FIXTURES_DIR "/") + m_fixture, QStringLiteral("48"), QStringLiteral("out")}};
+        return {fake("burn-chunked-tool"),
+                {fixture(m_fixture), QStringLiteral("48"), QStringLiteral("out")}};
     }
     QString m_fixture;
 };
@@ -236,13 +237,6 @@ private:
         return QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     }
 
-    static void put(const QString &path)
-    {
-        QFile f(path);
-        f.open(QIODevice::WriteOnly);
-        f.write("stale");
-    }
-
     static QStringList names(const QString &folder) { return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot); }
 
     QList<NodeMediaFile> audioList() const
@@ -299,9 +293,9 @@ private slots:
     void audioCDFromStartToEnd()
     {
         qputenv("TAMBLO_FAKE_BURN_SLEEP", "0.3");
-        put(m_ctx.s_Audio_Folder + "/left over.wav");
+        writeFile(m_ctx.s_Audio_Folder + "/left over.wav", "stale");
         QDir().mkpath(m_ctx.s_Audio_Folder + "/old folder");
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        DrutilRecorder recorder(fake("burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
@@ -351,9 +345,9 @@ private slots:
     {
         QFETCH(int, op);
         QFETCH(QString, family);
-        put(m_ctx.s_Audio_Folder + "/left over.mp3");
-        put(m_ctx.s_Video_Folder + "/keep.mpg");
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        writeFile(m_ctx.s_Audio_Folder + "/left over.mp3", "stale");
+        writeFile(m_ctx.s_Video_Folder + "/keep.mpg", "stale");
+        DrutilRecorder recorder(fake("burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
@@ -384,9 +378,9 @@ private slots:
     {
         QFETCH(int, op);
         QFETCH(QString, family);
-        put(m_ctx.s_Video_Folder + "/left over.mpg");
-        put(m_ctx.s_Audio_Folder + "/keep.wav");
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        writeFile(m_ctx.s_Video_Folder + "/left over.mpg", "stale");
+        writeFile(m_ctx.s_Audio_Folder + "/keep.wav", "stale");
+        DrutilRecorder recorder(fake("burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
@@ -450,9 +444,9 @@ private slots:
         QFETCH(bool, noDisc);
         QFETCH(QString, family);
         QFETCH(QStringList, texts);
-        put(m_ctx.s_Audio_Folder + "/keep.wav");
-        put(m_ctx.s_Video_Folder + "/keep.mpg");
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        writeFile(m_ctx.s_Audio_Folder + "/keep.wav", "stale");
+        writeFile(m_ctx.s_Video_Folder + "/keep.mpg", "stale");
+        DrutilRecorder recorder(fake("burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
@@ -491,7 +485,7 @@ private slots:
 
     void failedRecordingEndsInTheFailureSheet()
     {
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        DrutilRecorder recorder(fake("burn-drutil"));
         qputenv("TAMBLO_FAKE_BURN_EXIT", "1");
         qputenv("TAMBLO_FAKE_BURN_SAY", "Burn failed: Medium write error (0x80020022).");
         RecordingSheets sheets;
@@ -534,7 +528,7 @@ private slots:
 
     void failedTranscodeStopsTheBurnBeforeRecording()
     {
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        DrutilRecorder recorder(fake("burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
@@ -561,7 +555,7 @@ private slots:
 
     void aSecondBurnWhileBusyIsIgnored()
     {
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        DrutilRecorder recorder(fake("burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
         Medium medium;
@@ -610,7 +604,7 @@ private slots:
     {
         // The upper bar's maximum is the file's seconds while it is fed the
         // percentage: a 2 s file ends at 100 on a bar of maximum 2.
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        DrutilRecorder recorder(fake("burn-drutil"));
         WindowSheets sheets;
         sheets.main.show();
         FakeAlerts alerts;
