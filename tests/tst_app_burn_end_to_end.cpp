@@ -38,6 +38,7 @@
 #include "imagestest/ImagesTestKit.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
+#include "support/Files.h"
 #include "support/TestMain.h"
 #include "support/WorkingSheet.h"
 #include "drives/XorrisoBackend.h"
@@ -134,32 +135,6 @@ public:
 private:
     QList<QByteArray> m_names;
 };
-
-// Extracted discs carry read-only folders; open them up so the temporary
-// folder can go.
-void makeWritable(const QString &root)
-{
-    if (root.isEmpty() || !QFileInfo::exists(root))
-        return;
-    QDirIterator it(root, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                    QDirIterator::Subdirectories);
-    QFile::setPermissions(root, QFile::permissions(root) | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
-    while (it.hasNext()) {
-        const QString p = it.next();
-        const QFileInfo fi(p);
-        if (fi.isSymLink())
-            continue;
-        QFileDevice::Permissions perms = QFile::permissions(p) | QFileDevice::WriteOwner | QFileDevice::ReadOwner;
-        if (fi.isDir())
-            perms |= QFileDevice::ExeOwner;
-        QFile::setPermissions(p, perms);
-    }
-}
-
-QStringList entries(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-}
 
 // One controller on its own Documents, settings file and pseudo-drive, all
 // inside the test's temporary HOME.
@@ -517,7 +492,7 @@ private slots:
         QVERIFY(rig.start(linuxTools(), true));
         rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
-        ImagesTestKit::writeFile(rig.audioFolder() + "/left-over.wav", "mine");
+        writeFile(rig.audioFolder() + "/left-over.wav", "mine");
         QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Audio CD"));
         QCOMPARE(rig.app->arrayMediaFiles->count(), 0);
 
@@ -612,12 +587,12 @@ private slots:
 
         const QString a = rig.root.filePath("sources/first place/Photos");
         const QString b = rig.root.filePath("sources/second/Photos");
-        ImagesTestKit::writeFile(a + "/beach day.jpg", ImagesTestKit::pseudoRandom(200000, 1));
-        ImagesTestKit::writeFile(a + "/Ünïcødé 写真 ñ.txt", "unicode name\n");
-        ImagesTestKit::writeFile(a + "/2024/summer/sea.jpg", ImagesTestKit::pseudoRandom(70000, 2));
-        ImagesTestKit::writeFile(b + "/beach day.jpg", ImagesTestKit::pseudoRandom(150000, 3));  // same name, other bytes
-        ImagesTestKit::writeFile(b + "/notes.txt", "second folder\n");
-        ImagesTestKit::writeFile(rig.dataFolder() + "/stale.bin", "old");
+        writeFile(a + "/beach day.jpg", pseudoRandom(200000, 1));
+        writeFile(a + "/Ünïcødé 写真 ñ.txt", "unicode name\n");
+        writeFile(a + "/2024/summer/sea.jpg", pseudoRandom(70000, 2));
+        writeFile(b + "/beach day.jpg", pseudoRandom(150000, 3));  // same name, other bytes
+        writeFile(b + "/notes.txt", "second folder\n");
+        writeFile(rig.dataFolder() + "/stale.bin", "old");
 
         w->tabviewMain->setCurrentIndex(2);
         QCOMPARE(w->selectedTabIdentifier(), QStringLiteral("3"));
@@ -649,10 +624,10 @@ private slots:
         const QString out = rig.root.filePath("readback");
         QString log;
         QVERIFY2(extractAll(rig.disc, out, &log), qPrintable(log));
-        QMap<QString, QString> expected = ImagesTestKit::under("Photos", ImagesTestKit::tree(a));
-        expected.insert(ImagesTestKit::under("Photos 1/Photos", ImagesTestKit::tree(b)));
+        QMap<QString, QString> expected = under("Photos", tree(a));
+        expected.insert(under("Photos 1/Photos", tree(b)));
         expected.insert("Photos 1", "dir");
-        const QMap<QString, QString> got = ImagesTestKit::tree(out);
+        const QMap<QString, QString> got = tree(out);
         QCOMPARE(got.keys(), expected.keys());
         QCOMPARE(got, expected);
         QVERIFY(got.contains("Photos/Ünïcødé 写真 ñ.txt"));
@@ -674,12 +649,12 @@ private slots:
     {
         Rig rig;
         ToolPaths tools = linuxTools();
-        tools.xorriso = QStringLiteral(TAMBLO_FAKES_DIR "/xorriso-slow");
+        tools.xorriso = fake("xorriso-slow");
         QVERIFY(rig.start(tools, true));
         rig.drive->medium = FakeDrive::blank(QStringLiteral("DVD"));
         MainWindow *w = rig.window();
         const QString folder = rig.root.filePath("sources/Big");
-        ImagesTestKit::writeFile(folder + "/a.bin", ImagesTestKit::pseudoRandom(16 * 1024 * 1024, 11));
+        writeFile(folder + "/a.bin", pseudoRandom(16 * 1024 * 1024, 11));
         w->tabviewMain->setCurrentIndex(2);
         QVERIFY(rig.addDataFolder(folder));
         QTest::mouseClick(w->btnDataDVD, Qt::LeftButton);
@@ -763,21 +738,21 @@ private slots:
         const QString snapshot = rig.root.filePath("handed-to-drutil");
         EnvGuard env;
         env.set("TAMBLO_FAKE_DRUTIL_LOG", drutilLog);
-        env.set("TAMBLO_FAKE_DRUTIL_LIST", ImagesTestKit::fixture("drutil-list-one-drive.txt"));
-        env.set("TAMBLO_FAKE_DRUTIL_STATUS", ImagesTestKit::fixture("synthetic-drutil-status-blank-cdr.txt"));
+        env.set("TAMBLO_FAKE_DRUTIL_LIST", fixture("drutil-list-one-drive.txt"));
+        env.set("TAMBLO_FAKE_DRUTIL_STATUS", fixture("synthetic-drutil-status-blank-cdr.txt"));
         env.set("TAMBLO_E2E_SNAPSHOT_DIR", snapshot);
 
         ToolPaths tools;
         tools.backend = ToolPaths::Backend::MacOS;
         tools.ffmpeg = m_ffmpeg;
-        tools.drutil = ImagesTestKit::fake("e2e-drutil-snapshot");  // copies the folder, then runs ./drutil
-        tools.hdiutil = ImagesTestKit::fake("hdiutil");
+        tools.drutil = fake("e2e-drutil-snapshot");  // copies the folder, then runs ./drutil
+        tools.hdiutil = fake("hdiutil");
         QVERIFY(QFileInfo(tools.drutil).isExecutable());
         QVERIFY(rig.start(tools, false));
         MainWindow *w = rig.window();
         QCOMPARE(rig.app->array_Optical_Media_Drives.size(), 1);
         QCOMPARE(rig.app->currentDrive().s_Drive_Number, QStringLiteral("1"));
-        QCOMPARE(ImagesTestKit::readLines(drutilLog), QStringList{"list"});
+        QCOMPARE(readLines(drutilLog), QStringList{"list"});
 
         QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
         QTest::mouseClick(w->btnAudioCD, Qt::LeftButton);
@@ -789,7 +764,7 @@ private slots:
         QCOMPARE(watch.events, (QStringList{"two-bar", "-two-bar", "working", "-working", "complete"}));
         QVERIFY2(watch.notShown.isEmpty(), qPrintable(watch.notShown.join(", ")));
         QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
-        const QStringList log = ImagesTestKit::readLines(drutilLog);
+        const QStringList log = readLines(drutilLog);
         // Three medium questions, then the room ("Space Free:").
         QCOMPARE(int(log.count("status|-drive|1")), 4);
         QCOMPARE(log, (QStringList{"list", "status|-drive|1", "status|-drive|1", "status|-drive|1", "status|-drive|1",
@@ -821,10 +796,10 @@ private slots:
         MainWindow *w = rig.window();
 
         const QString volume = rig.root.filePath("Volumes/HOLIDAY 2024");
-        ImagesTestKit::writeFile(volume + "/README.txt", "readme\n");
-        ImagesTestKit::writeFile(volume + "/photos/beach day.jpg", ImagesTestKit::pseudoRandom(180000, 7));
-        ImagesTestKit::writeFile(volume + "/Ünïcødé/ñ.txt", "n\n");
-        ImagesTestKit::writeFile(rig.dataFolder() + "/stale.bin", "old");
+        writeFile(volume + "/README.txt", "readme\n");
+        writeFile(volume + "/photos/beach day.jpg", pseudoRandom(180000, 7));
+        writeFile(volume + "/Ünïcødé/ñ.txt", "n\n");
+        writeFile(rig.dataFolder() + "/stale.bin", "old");
         QStringList copies;
         rig.drive->onEject = [&] {
             // Out comes the disc in the drive; in goes a blank one.
@@ -883,7 +858,7 @@ private slots:
             const QString out = copy + QStringLiteral(".tree");
             QString log;
             QVERIFY2(extractAll(copy, out, &log), qPrintable(log));
-            QCOMPARE(ImagesTestKit::tree(out), ImagesTestKit::tree(volume));
+            QCOMPARE(tree(out), tree(volume));
             QCOMPARE(ImagesTestKit::volumeId(copy), QStringLiteral("HOLIDAY 2024"));
         }
         QCOMPARE(entries(rig.dataFolder()), QStringList());  // the image is gone after the last copy
@@ -901,7 +876,7 @@ private slots:
         rig.drive->medium = FakeDrive::finished(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         const QString volume = rig.root.filePath("Volumes/OLD DISC");
-        ImagesTestKit::writeFile(volume + "/a.txt", "a\n");
+        writeFile(volume + "/a.txt", "a\n");
         rig.drive->onEject = [&] {
             QFile::remove(rig.disc);
             rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
@@ -955,10 +930,7 @@ private slots:
     void unreadableOnlyFileRecordsNothing()
     {
         const QString bad = m_media.filePath("not really.mp3");
-        QFile f(bad);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray(8192, 'x'));
-        f.close();
+        QVERIFY(writeFile(bad, QByteArray(8192, 'x')));
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
         rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
@@ -1016,7 +988,7 @@ private slots:
         QVERIFY(rig.start(linuxTools(), true));
         rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
         const QString folder = rig.root.filePath("Stuff");
-        ImagesTestKit::writeFile(folder + "/big.bin", ImagesTestKit::pseudoRandom(1024 * 1024, 9));
+        writeFile(folder + "/big.bin", pseudoRandom(1024 * 1024, 9));
         rig.app->OnMenuTabData();
         QVERIFY(rig.addDataFolder(folder));
         SheetWatch watch(rig.app.get());
@@ -1049,7 +1021,7 @@ private slots:
     void aHungDriveIsNotNoDisc()
     {
         Rig rig;
-        rig.backend = new XorrisoBackend(QStringLiteral(TAMBLO_FAKES_DIR "/xorriso-hangs-on-status"), m_eject, nullptr,
+        rig.backend = new XorrisoBackend(fake("xorriso-hangs-on-status"), m_eject, nullptr,
                                          5000, 300);
         QVERIFY(rig.start(linuxTools(), false));
         rig.backend->setParent(rig.app.get());
@@ -1125,12 +1097,12 @@ private slots:
         env.set("TAMBLO_DAMAGE_FILE", QStringLiteral("/Stuff/big.bin"));
         Rig rig;
         ToolPaths tools = linuxTools();
-        tools.xorriso = ImagesTestKit::fake("xorriso-damaging");
+        tools.xorriso = fake("xorriso-damaging");
         QVERIFY(rig.start(tools, true));
         rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
         const QString folder = rig.root.filePath("Stuff");
-        ImagesTestKit::writeFile(folder + "/big.bin", ImagesTestKit::pseudoRandom(300000, 21));
-        ImagesTestKit::writeFile(folder + "/small.txt", "small\n");
+        writeFile(folder + "/big.bin", pseudoRandom(300000, 21));
+        writeFile(folder + "/small.txt", "small\n");
         rig.app->OnMenuTabData();
         QVERIFY(rig.addDataFolder(folder));
         QString caption;
@@ -1178,7 +1150,7 @@ private slots:
         QVERIFY(rig.start(linuxTools(), true));
         rig.drive->medium = FakeDrive::blank(QStringLiteral("DVD"));
         const QString image = rig.root.filePath("raw.img");
-        ImagesTestKit::writeFile(image, ImagesTestKit::pseudoRandom(4 * 1024 * 1024, 22));
+        writeFile(image, pseudoRandom(4 * 1024 * 1024, 22));
         rig.picker.answers.enqueue({image});
         QString caption;
         QList<double> checked;
@@ -1238,7 +1210,7 @@ private slots:
         QCOMPARE(rig.settings->value(SettingsKeys::VerifyAfterWriting).toString(), QStringLiteral("0"));
 
         const QString folder = rig.root.filePath("Stuff");
-        ImagesTestKit::writeFile(folder + "/a.bin", ImagesTestKit::pseudoRandom(20000, 23));
+        writeFile(folder + "/a.bin", pseudoRandom(20000, 23));
         rig.app->OnMenuTabData();
         QVERIFY(rig.addDataFolder(folder));
         int verifying = 0;

@@ -20,14 +20,15 @@
 #include "images/DataBurnFlow.h"
 #include "images/DuplicationFlow.h"
 #include "support/AppHarness.h"
+#include "support/Files.h"
 #include "support/TestMain.h"
 #include "toolrun/ToolMessages.h"
 #include "toolrun/ToolRun.h"
 
 namespace {
 
-const QString HangTool = QStringLiteral(TAMBLO_FAKES_DIR "/hang-tool");
-const QString WritesOutput = QStringLiteral(TAMBLO_FAKES_DIR "/transcoder-writes-output");
+const QString HangTool = fake("hang-tool");
+const QString WritesOutput = fake("transcoder-writes-output");
 const QString StopQuestion = QStringLiteral("Stop writing? A write-once disc will be unusable.");
 
 NodeMediaFile mediaRecord(const QString &path, qint64 seconds)
@@ -40,11 +41,6 @@ NodeMediaFile mediaRecord(const QString &path, qint64 seconds)
     n.i_Duration_in_Seconds = seconds;
     n.s_File_Size = QStringLiteral("1.00 KB");
     return n;
-}
-
-QStringList entries(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
 }
 
 // One controller whose tools hang until stopped, each noting its process id.
@@ -289,7 +285,7 @@ private slots:
     {
         CancelRig r;
         QTemporaryDir photos;
-        QVERIFY(QFile(photos.filePath("a.txt")).open(QIODevice::WriteOnly));
+        QVERIFY(writeFile(photos.filePath("a.txt"), QByteArray()));
         r.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
         QVERIFY(r.start());
         NodeDataFolder f;
@@ -311,11 +307,7 @@ private slots:
     {
         CancelRig r(ToolPaths::Backend::MacOS);
         QTemporaryDir photos;
-        {
-            QFile a(photos.filePath("a.txt"));
-            QVERIFY(a.open(QIODevice::WriteOnly));
-            a.write(QByteArray(4096, 'a'));
-        }
+        QVERIFY(writeFile(photos.filePath("a.txt"), QByteArray(4096, 'a')));
         r.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
         QVERIFY(r.start());
         NodeDataFolder f;
@@ -364,7 +356,7 @@ private slots:
         CancelRig r;
         QTemporaryDir dir;
         const QString image = dir.filePath("disc.iso");
-        QVERIFY(QFile(image).open(QIODevice::WriteOnly));
+        QVERIFY(writeFile(image, QByteArray()));
         r.drive->status = FakeDriveBackend::medium(false, true, false, "DVD");
         QVERIFY(r.start());
         r.picker.answers.enqueue({image});
@@ -400,7 +392,7 @@ private slots:
     void verificationCancelled()
     {
         CancelRig r;
-        QVERIFY(r.burnOneMp3(QStringLiteral(TAMBLO_FAKES_DIR "/xorriso-hangs-on-check")));
+        QVERIFY(r.burnOneMp3(fake("xorriso-hangs-on-check")));
         QTRY_COMPARE(r.started().size(), 1);  // the check hangs
         QTRY_VERIFY(r.app->windowPerformingOperation);
         QCOMPARE(r.app->windowPerformingOperation->labelDescription->text(), QString("Verifying the disc…"));

@@ -9,6 +9,7 @@
 #include "compilation/ExtensionLists.h"
 #include "images/IsoCreation.h"
 #include "support/TestMain.h"
+#include "support/Files.h"
 
 // The open panels: titled after what they are for, their filter readable,
 // and a file offered whatever the letter case of its extension.
@@ -78,10 +79,8 @@ private slots:
     void thePanelMatchesAnyLetterCase()
     {
         QTemporaryDir dir;
-        for (const char *name : {"a.mp3", "Song.MP3", "Mixed.Mp3", "voice.WAV", "notes.txt", "clip.mp4"}) {
-            QFile f(dir.filePath(QString::fromLatin1(name)));
-            QVERIFY(f.open(QIODevice::WriteOnly));
-        }
+        for (const char *name : {"a.mp3", "Song.MP3", "Mixed.Mp3", "voice.WAV", "notes.txt", "clip.mp4"})
+            QVERIFY(writeFile(dir.filePath(QString::fromLatin1(name)), QByteArray()));
         QFileDialog dialog;
         PickRequest r = ExtensionLists::audioAddFilesRequest();
         r.startFolder = dir.path();

@@ -1,3 +1,4 @@
+#include "support/Files.h"
 #include "support/TestMain.h"
 
 #include "platform/AppSettings.h"
@@ -11,24 +12,6 @@
 
 class TestAppFolders : public QObject {
     Q_OBJECT
-
-    static void touch(const QString &path, const QByteArray &bytes = "x")
-    {
-        QDir().mkpath(QFileInfo(path).path());
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(bytes);
-    }
-    static QStringList everything(const QString &path)
-    {
-        QStringList out;
-        QDirIterator it(path, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                        QDirIterator::Subdirectories);
-        while (it.hasNext())
-            out << QDir(path).relativeFilePath(it.next());
-        out.sort();
-        return out;
-    }
 
 private slots:
     void foldersAreSiblingsInsideDocuments()
@@ -47,7 +30,7 @@ private slots:
         QCOMPARE(FolderOps::ensureFolder(p), FolderOps::Presence::Created);
         QVERIFY(QFileInfo(p).isDir());
         QCOMPARE(FolderOps::ensureFolder(p), FolderOps::Presence::Existed);
-        touch(tmp.filePath("file"));
+        writeFile(tmp.filePath("file"), "x");
         QCOMPARE(FolderOps::ensureFolder(tmp.filePath("file")), FolderOps::Presence::Existed);
         QCOMPARE(FolderOps::ensureFolder(tmp.filePath("file/sub")), FolderOps::Presence::Failed);
     }
@@ -56,10 +39,10 @@ private slots:
     {
         QTemporaryDir tmp;
         const QString w = tmp.filePath("TambloData");
-        touch(w + "/a.wav");
-        touch(w + "/.hidden");
-        touch(w + "/Photos 1/Photos/deep/x.jpg");
-        touch(w + "/name with spaces/ü ñ.txt");
+        writeFile(w + "/a.wav", "x");
+        writeFile(w + "/.hidden", "x");
+        writeFile(w + "/Photos 1/Photos/deep/x.jpg", "x");
+        writeFile(w + "/name with spaces/ü ñ.txt", "x");
         QDir().mkpath(w + "/empty");
         FolderOps::RemoveAllContentInFolder(w);
         QVERIFY(QFileInfo(w).isDir());
@@ -74,7 +57,7 @@ private slots:
         QTemporaryDir tmp;
         const QString w = tmp.filePath("TambloData");
         for (int i = 0; i < 200; ++i)
-            touch(w + QStringLiteral("/Photos %1/deep/x.jpg").arg(i));
+            writeFile(w + QStringLiteral("/Photos %1/deep/x.jpg").arg(i), "x");
         QObject receiver;
         QStringList seenWhenCalled{"not called"};
         int calls = 0;
@@ -87,7 +70,7 @@ private slots:
         QCOMPARE(seenWhenCalled, QStringList());
         QVERIFY(QFileInfo(w).isDir());
 
-        touch(w + "/again.wav");
+        writeFile(w + "/again.wav", "x");
         bool heard = false;
         {
             QObject gone;
@@ -102,7 +85,7 @@ private slots:
     {
         QTemporaryDir tmp;
         const QString user = tmp.filePath("UserPhotos");
-        touch(user + "/precious.jpg", "keep me");
+        writeFile(user + "/precious.jpg", "keep me");
         const QString w = tmp.filePath("TambloData");
         QDir().mkpath(w);
         QVERIFY(QFile::link(user, w + "/link-to-folder"));
@@ -123,8 +106,8 @@ private slots:
     {
         QTemporaryDir tmp;
         const QString w = tmp.filePath("Tamblo");
-        touch(w + "/stuck.txt");
-        touch(w + "/goes.txt");
+        writeFile(w + "/stuck.txt", "x");
+        writeFile(w + "/goes.txt", "x");
         const QString stuck = w + "/stuck.txt";
         // An immutable file cannot be removed, not even by root.
         QCOMPARE(QProcess::execute("chattr", {"+i", stuck}), 0);

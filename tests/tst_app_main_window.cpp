@@ -17,6 +17,7 @@
 #include "drives/XorrisoBackend.h"
 #include "support/AppHarness.h"
 #include "support/BurnDispatchProbe.h"
+#include "support/Files.h"
 #include "support/TestMain.h"
 #include "toolrun/ui/StatusWindows.h"
 
@@ -368,7 +369,7 @@ private slots:
         // The real Linux backend on a tool that takes its time: start-up does not wait.
         AppHarness<> h;
         AppContext c = h.context();
-        c.driveBackend = new XorrisoBackend(QStringLiteral(TAMBLO_FAKES_DIR) + "/xorriso-slow-list", "/bin/true");
+        c.driveBackend = new XorrisoBackend(fake("xorriso-slow-list"), "/bin/true");
         h.app = std::make_unique<AppDelegate>(c);
         c.driveBackend->setParent(h.app.get());
         QSignalSpy listed(h.app.get(), &AppDelegate::drivesListed);
@@ -480,7 +481,7 @@ private slots:
     void linuxDriveWithoutPermissionNamesTheFix()
     {
         AppHarness<> h;
-        QVERIFY(startOnXorriso(h, TAMBLO_FAKES_DIR "/xorriso-permission-denied", [] { return QStringList{"/dev/sr0"}; }));
+        QVERIFY(startOnXorriso(h, fake("xorriso-permission-denied"), [] { return QStringList{"/dev/sr0"}; }));
         QVERIFY(h.app->array_Optical_Media_Drives.isEmpty());
         QAction *item = h.app->mainWindow()->submenuItemDriveSlot[0];
         QVERIFY(item->isVisible());
@@ -503,13 +504,9 @@ private slots:
     {
         AppHarness<> h;
         const QString script = h.root.filePath("xorriso-listed-then-denied");
-        QFile f(script);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("#!/bin/sh\n"
-                "[ \"$1\" = -devices ] && exec cat '" TAMBLO_FIXTURES_DIR "/xorriso-devices-one-drive-1.4.2.txt'\n"
-                "exec '" TAMBLO_FAKES_DIR "/xorriso-permission-denied' \"$@\"\n");
-        f.close();
-        f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
+        QVERIFY(writeScript(script, "#!/bin/sh\n"
+                                    "[ \"$1\" = -devices ] && exec cat '" TAMBLO_FIXTURES_DIR "/xorriso-devices-one-drive-1.4.2.txt'\n"
+                                    "exec '" TAMBLO_FAKES_DIR "/xorriso-permission-denied' \"$@\"\n"));
         QVERIFY(startOnXorriso(h, script, [] { return QStringList{"/dev/sr0"}; }));
         QCOMPARE(h.app->mainWindow()->submenuItemDriveSlot[0]->text(), QString("TSSTcorp - DVD+-RW TS-L633J"));
         QVERIFY(!h.app->mainWindow()->submenuItemDriveSlot[1]->isVisible());
@@ -666,10 +663,7 @@ private slots:
         AppHarness<> h;
         QVERIFY(h.start());
         QTemporaryDir tree;
-        QFile f(tree.filePath("a.bin"));
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray(2048, 'x'));
-        f.close();
+        QVERIFY(writeFile(tree.filePath("a.bin"), QByteArray(2048, 'x')));
         h.app->OnMenuTabData();
         h.picker.answers.enqueue({tree.path()});
         h.app->mainWindow()->toolbar_btn_Data_Add_Folder->click();

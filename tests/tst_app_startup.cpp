@@ -8,6 +8,7 @@
 #include "app/ui/MainWindow.h"
 #include "compilation/ui/CompilationTable.h"
 #include "support/AppHarness.h"
+#include "support/Files.h"
 #include "support/TestMain.h"
 #include "toolrun/ToolRun.h"
 #include "toolrun/ui/StatusWindows.h"
@@ -15,22 +16,6 @@
 class TestAppStartup : public QObject {
     Q_OBJECT
 
-    static void touch(const QString &path)
-    {
-        QDir().mkpath(QFileInfo(path).path());
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("leftover");
-    }
-    static QStringList everything(const QString &path)
-    {
-        QStringList out;
-        QDirIterator it(path, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                        QDirIterator::Subdirectories);
-        while (it.hasNext())
-            out << it.next();
-        return out;
-    }
     static const QStringList &folderNames()
     {
         static const QStringList names = {"Tamblo", "TambloAudio", "TambloVideo", "TambloData"};
@@ -83,9 +68,9 @@ private slots:
     {
         AppHarness<> h;
         for (const QString &n : folderNames()) {
-            touch(h.documents + "/" + n + "/a.wav");
-            touch(h.documents + "/" + n + "/sub/deeper/b.mp3");
-            touch(h.documents + "/" + n + "/.hidden");
+            writeFile(h.documents + "/" + n + "/a.wav", "leftover");
+            writeFile(h.documents + "/" + n + "/sub/deeper/b.mp3", "leftover");
+            writeFile(h.documents + "/" + n + "/.hidden", "leftover");
         }
         h.settings->setValue("ZendrovaVideoFormat18", "1");
         h.settings->setValue("ZendrovaAudioFormat18", "1");
@@ -111,7 +96,7 @@ private slots:
     void plainFileNamedTambloCountsAsPresent()
     {
         AppHarness<> h;
-        touch(h.documents + "/Tamblo");
+        writeFile(h.documents + "/Tamblo", "leftover");
         QVERIFY(h.start());
         QVERIFY(QFileInfo(h.documents + "/Tamblo").isFile());
         QVERIFY(!h.settings->contains("ZendrovaVideoFormat18"));
@@ -274,7 +259,7 @@ private slots:
     void mainFolderThatCannotBeMadeIsFatal()
     {
         QTemporaryDir tmp;
-        touch(tmp.filePath("notafolder"));
+        writeFile(tmp.filePath("notafolder"), "leftover");
         AppHarness<> h(tmp.filePath("notafolder/Documents"));
         QVERIFY(!h.start());
         QCOMPARE(h.alerts.texts(), QStringList{"Error / Error #0008. Application will exit."});
@@ -299,7 +284,7 @@ private slots:
         AppHarness<> h;
         QDir().mkpath(h.documents);
         // A link that leads under a plain file: nothing is there, and no folder can be made.
-        touch(h.root.filePath("plain"));
+        writeFile(h.root.filePath("plain"), "leftover");
         QVERIFY(QFile::link(h.root.filePath("plain/below"), h.documents + "/" + blocked));
         QVERIFY(!h.start());
         QCOMPARE(h.alerts.texts(), QStringList{"Error / " + text});

@@ -10,6 +10,7 @@
 #include "burn/VideoSettings.h"
 #include "burn/XorrisoRecorder.h"
 #include "support/FakeAlerts.h"
+#include "support/Files.h"
 #include "support/TestMain.h"
 
 using namespace TranscodeArguments;
@@ -145,10 +146,8 @@ private slots:
         QCOMPARE(audioTracks(folder, sources, false),
                  (QStringList{folder + "/zeta.wav", folder + "/alpha.wav", folder + "/zeta 1.wav", folder + "/mid.wav"}));
         // Only what the transcoder produced.
-        for (const char *n : {"zeta.wav", "mid.wav"}) {
-            QFile f(folder + "/" + n);
-            QVERIFY(f.open(QIODevice::WriteOnly));
-        }
+        for (const char *n : {"zeta.wav", "mid.wav"})
+            QVERIFY(writeFile(folder + "/" + n, QByteArray()));
         QCOMPARE(audioTracks(folder, sources, true), (QStringList{folder + "/zeta.wav", folder + "/mid.wav"}));
     }
 

@@ -12,6 +12,7 @@
 #include "burn/Recorder.h"
 #include "burn/MediaBurn.h"
 #include "support/FakeAlerts.h"
+#include "support/Files.h"
 #include "support/SheetLog.h"
 #include "support/TestMain.h"
 #include "support/WorkingSheet.h"
@@ -160,8 +161,8 @@ public:
 private:
     ToolCommand command() const
     {
-        return {QStringLiteral(TAMBLO_FAKES_DIR "/burn-chunked-tool"),
-                {QStringLiteral(TAMBLO_FIXTURES_DIR "/") + m_fixture, QStringLiteral("48"), QStringLiteral("out")}};
+        return {fake("burn-chunked-tool"),
+                {fixture(m_fixture), QStringLiteral("48"), QStringLiteral("out")}};
     }
     QString m_fixture;
 };
@@ -228,13 +229,6 @@ private:
         return QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     }
 
-    static void put(const QString &path)
-    {
-        QFile f(path);
-        f.open(QIODevice::WriteOnly);
-        f.write("stale");
-    }
-
     static QStringList names(const QString &folder) { return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot); }
 
     QList<NodeMediaFile> audioList() const
@@ -292,9 +286,9 @@ private slots:
     void audioCDFromStartToEnd()
     {
         qputenv("TAMBLO_FAKE_BURN_SLEEP", "0.3");
-        put(m_ctx.audioFolder + "/left over.wav");
+        writeFile(m_ctx.audioFolder + "/left over.wav", "stale");
         QDir().mkpath(m_ctx.audioFolder + "/old folder");
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
         Medium medium;
         MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
@@ -344,9 +338,9 @@ private slots:
     {
         QFETCH(int, op);
         QFETCH(QString, family);
-        put(m_ctx.audioFolder + "/left over.mp3");
-        put(m_ctx.videoFolder + "/keep.mpg");
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        writeFile(m_ctx.audioFolder + "/left over.mp3", "stale");
+        writeFile(m_ctx.videoFolder + "/keep.mpg", "stale");
+        DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
         Medium medium;
         medium.family = family;
@@ -377,9 +371,9 @@ private slots:
     {
         QFETCH(int, op);
         QFETCH(QString, family);
-        put(m_ctx.videoFolder + "/left over.mpg");
-        put(m_ctx.audioFolder + "/keep.wav");
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        writeFile(m_ctx.videoFolder + "/left over.mpg", "stale");
+        writeFile(m_ctx.audioFolder + "/keep.wav", "stale");
+        DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
         Medium medium;
         medium.family = family;
@@ -443,9 +437,9 @@ private slots:
         QFETCH(bool, noDisc);
         QFETCH(QString, family);
         QFETCH(QStringList, texts);
-        put(m_ctx.audioFolder + "/keep.wav");
-        put(m_ctx.videoFolder + "/keep.mpg");
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        writeFile(m_ctx.audioFolder + "/keep.wav", "stale");
+        writeFile(m_ctx.videoFolder + "/keep.mpg", "stale");
+        DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
         Medium medium;
         medium.empty = noDisc;
@@ -484,7 +478,7 @@ private slots:
 
     void failedRecordingEndsInTheFailureSheet()
     {
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        DrutilRecorder recorder(fake("burn-drutil"));
         qputenv("TAMBLO_FAKE_BURN_EXIT", "1");
         qputenv("TAMBLO_FAKE_BURN_SAY", "Burn failed: Medium write error (0x80020022).");
         FakeAlerts alerts;
@@ -528,7 +522,7 @@ private slots:
 
     void failedTranscodeStopsTheBurnBeforeRecording()
     {
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
         Medium medium;
         MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
@@ -555,7 +549,7 @@ private slots:
 
     void aSecondBurnWhileBusyIsIgnored()
     {
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
         Medium medium;
         MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
@@ -604,7 +598,7 @@ private slots:
     {
         // The upper bar's maximum is the file's seconds while it is fed the
         // percentage: a 2 s file ends at 100 on a bar of maximum 2.
-        DrutilRecorder recorder(QStringLiteral(TAMBLO_FAKES_DIR "/burn-drutil"));
+        DrutilRecorder recorder(fake("burn-drutil"));
         WindowSheets sheets;
         sheets.main.show();
         FakeAlerts alerts;

@@ -12,6 +12,7 @@
 #include "toolrun/ToolRun.h"
 #include "toolrun/ToolVerdict.h"
 #include "support/TestMain.h"
+#include "support/Files.h"
 
 // What ffprobe says about a file.
 struct Probe {
@@ -113,7 +114,7 @@ private:
     {
         const QString output = m_out.filePath(name);
         return TranscodeSequence::Step{
-            ToolCommand{QStringLiteral(TAMBLO_FAKES_DIR "/gated-transcoder"), QStringList{output, status} + times},
+            ToolCommand{fake("gated-transcoder"), QStringList{output, status} + times},
             duration, output};
     }
     bool ready(const QString &name) const { return QFileInfo::exists(m_out.filePath(name) + ".ready"); }
@@ -313,10 +314,7 @@ private slots:
     void corruptSourceFailsWithTheTranscodersWords()
     {
         const QString bad = m_media.filePath("corrupt.mp3");
-        QFile f(bad);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray(4096, 'x'));
-        f.close();
+        QVERIFY(writeFile(bad, QByteArray(4096, 'x')));
         TranscodeSequence seq;
         const QString out = m_out.filePath("corrupt.wav");
         QSignalSpy failed(&seq, &TranscodeSequence::failed);

@@ -13,6 +13,7 @@
 #include "imagestest/ImagesTestKit.h"
 #include "support/SheetLog.h"
 #include "support/FakeAlerts.h"
+#include "support/Files.h"
 #include "support/TestMain.h"
 
 
@@ -181,10 +182,7 @@ private slots:
 
             // The check tells the two apart: the same name written without
             // Joliet is not found.
-            QDir().mkpath(drives.filePath("plain"));
-            QFile plain(drives.filePath("plain/" + c.discName));
-            QVERIFY(plain.open(QIODevice::WriteOnly));
-            plain.close();
+            QVERIFY(writeFile(drives.filePath("plain/" + c.discName), QByteArray()));
             const QString control = drives.filePath("control.iso");
             run(m_xorriso, {"-outdev", "stdio:" + control, "-map", drives.filePath("plain"), "/", "-commit"});
             QVERIFY(QFileInfo(control).size() > 0);
@@ -231,7 +229,7 @@ private slots:
             QFile::remove(log);
             MediaBurnContext ctx = m_ctx;
             ctx.currentDrive.s_Device_Path = device;
-            XorrisoRecorder recorder(m_xorriso, QStringLiteral(TAMBLO_FAKES_DIR "/burn-args-logger"));
+            XorrisoRecorder recorder(m_xorriso, fake("burn-args-logger"));
             FakeAlerts alerts;
             MediaBurn burn(recorder, alerts, asCheck(blankDisc("CD")));
             SheetLog sheets(&burn);

@@ -25,6 +25,7 @@
 #include "compilation/MediaProbeJob.h"
 #include "toolrun/ToolRun.h"
 #include "support/FakeFilePicker.h"
+#include "support/Files.h"
 
 namespace {
 
@@ -85,14 +86,6 @@ quint64 treeBytes(const QString &folder)
             total += quint64(s);
     }
     return total;
-}
-
-bool writeText(const QString &path, const QByteArray &bytes)
-{
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly))
-        return false;
-    return f.write(bytes) == bytes.size();
 }
 
 } // namespace
@@ -252,7 +245,7 @@ private slots:
         const QString dir = newFolder("exact");
         QVERIFY(copyAs(path("base2.mp3"), dir + "/a.mp3"));
         QVERIFY(copyAs(path("base2.mp3"), dir + "/b.MP3"));
-        QVERIFY(writeText(dir + "/c.txt", "text"));
+        QVERIFY(writeFile(dir + "/c.txt", "text"));
         rig.picker.answers.enqueue({dir});
 
         QVERIFY(rig.actions.addFolder(CompilationActions::AudioTab));
@@ -297,7 +290,7 @@ private slots:
         Rig rig(m_ffmpeg);
         QSignalSpy busy(&rig.actions, &CompilationActions::busyChanged);
         const QString dir = newFolder("nomatch");
-        QVERIFY(writeText(dir + "/c.txt", "text"));
+        QVERIFY(writeFile(dir + "/c.txt", "text"));
         QVERIFY(copyAs(path("base2.mp3"), dir + "/d.MP3"));
         QVERIFY(QDir().mkpath(dir + "/sub"));
         QVERIFY(copyAs(path("base2.mp3"), dir + "/sub/e.mp3"));
@@ -411,9 +404,9 @@ private slots:
         Rig rig(m_ffmpeg);
         const QString dir = newFolder("data");
         QVERIFY(QDir().mkpath(dir + "/sub/deeper"));
-        QVERIFY(writeText(dir + "/big.bin", QByteArray(300 * 1024 + 17, 'b')));
-        QVERIFY(writeText(dir + "/sub/mid.bin", QByteArray(70 * 1024, 'm')));
-        QVERIFY(writeText(dir + "/sub/deeper/.hidden", QByteArray(5000, 'h')));
+        QVERIFY(writeFile(dir + "/big.bin", QByteArray(300 * 1024 + 17, 'b')));
+        QVERIFY(writeFile(dir + "/sub/mid.bin", QByteArray(70 * 1024, 'm')));
+        QVERIFY(writeFile(dir + "/sub/deeper/.hidden", QByteArray(5000, 'h')));
         const quint64 bytes = treeBytes(dir);
         QVERIFY(bytes > 375 * 1024);
 
@@ -461,7 +454,7 @@ private slots:
         QByteArray text;
         for (int i = 0; i < 200; ++i)
             text += "this is not audio at all, line " + QByteArray::number(i) + "\n";
-        QVERIFY(writeText(bad, text));
+        QVERIFY(writeFile(bad, text));
         const QString good = dir + "/good.mp3";
         QVERIFY(copyAs(path("base2.mp3"), good));
 
@@ -519,7 +512,7 @@ private slots:
             const QString sub = QStringLiteral("%1/d%2/e%2").arg(dir).arg(d);
             QVERIFY(QDir().mkpath(sub));
             for (int f = 0; f < 100; ++f)
-                QVERIFY(writeText(QStringLiteral("%1/f%2.bin").arg(sub).arg(f),
+                QVERIFY(writeFile(QStringLiteral("%1/f%2.bin").arg(sub).arg(f),
                                   QByteArray(100 + f, 'z')));
         }
         const quint64 before = treeBytes(dir);
@@ -540,7 +533,7 @@ private slots:
 
         // The actions take a new add afterwards.
         const QString again = newFolder("after");
-        QVERIFY(writeText(again + "/one.bin", QByteArray(4096, 'a')));
+        QVERIFY(writeFile(again + "/one.bin", QByteArray(4096, 'a')));
         rig.rec.events.clear();
         QVERIFY(rig.actions.addDataFolder(again));
         waitForRefresh(rig);
@@ -615,7 +608,7 @@ private slots:
         const QString dir = newFolder("batches");
         QVERIFY(ffmpeg({"-f", "lavfi", "-i", "testsrc=d=2:s=160x120:r=25", "-c:v", "libx264", "-f", "h264",
                         dir + "/raw.h264"}));
-        QVERIFY(writeText(dir + "/garbage.mp3", QByteArray(5000, '\x7f')));
+        QVERIFY(writeFile(dir + "/garbage.mp3", QByteArray(5000, '\x7f')));
         QVERIFY(QDir().mkpath(dir + "/folder.mp3"));
         struct Entry {
             QString name;

@@ -1,5 +1,6 @@
 // Records and measurements: size text, duration text and seconds, folder
 // totals, and probes of real media made here with ffmpeg.
+#include "support/Files.h"
 #include "support/TestMain.h"
 
 #include <QDir>
@@ -17,23 +18,6 @@
 #include "compilation/Measurements.h"
 
 using namespace Measurements;
-
-static bool writeBytes(const QString &path, qint64 n, char fill = 'x')
-{
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly))
-        return false;
-    f.write(QByteArray(int(n), fill));
-    return f.error() == QFile::NoError;
-}
-
-static QString fixture(const QString &name)
-{
-    QFile f(QStringLiteral(TAMBLO_FIXTURES_DIR "/") + name);
-    if (!f.open(QIODevice::ReadOnly))
-        return QString();
-    return QString::fromUtf8(f.readAll());
-}
 
 class TestCompilationMeasurements : public QObject {
     Q_OBJECT
@@ -66,7 +50,7 @@ private slots:
                            "-c:v", "libx264", "-pix_fmt", "yuv420p", media("clip.mp4")}));
         QVERIFY(runFfmpeg({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25",
                            "-c:v", "libx264", "-f", "h264", media("raw.h264")}));
-        QVERIFY(writeBytes(media("garbage.mp3"), 5000, '\x7f'));
+        QVERIFY(writeFile(media("garbage.mp3"), QByteArray(5000, '\x7f')));
     }
 
     // Size text ------------------------------------------------------------
@@ -186,7 +170,7 @@ private slots:
         QFETCH(QString, name);
         QFETCH(QString, text);
         QFETCH(qint64, seconds);
-        const QString report = fixture(file);
+        const QString report = fixtureText(file);
         QVERIFY2(!report.isEmpty(), qPrintable(file));
         QCOMPARE(durationTextsFromBatchReport(report, {name}), QStringList{text});
         QCOMPARE(Return_Seconds_From_Duration_Str(text), seconds);
@@ -196,7 +180,7 @@ private slots:
 
     void batchOfFourFromFixture()
     {
-        const QString report = fixture("ffmpeg-probe-batch-four-inputs.txt");
+        const QString report = fixtureText("ffmpeg-probe-batch-four-inputs.txt");
         QVERIFY(!report.isEmpty());
         const QStringList got = durationTextsFromBatchReport(report, {"a.mp3", "clip.mp4", "raw.h264", "t.wav"});
         QCOMPARE(got, QStringList({" 00:00:02.0", " 00:00:03.0", " N/A, bitra", " 00:00:04.0"}));
@@ -222,7 +206,7 @@ private slots:
     void batchStopsAtTheUnreadableInput()
     {
         QFETCH(QString, file);
-        const QString report = fixture(file);
+        const QString report = fixtureText(file);
         QVERIFY(!report.isEmpty());
         const QString second = QString(QTest::currentDataTag()) + ".mp3";
         QCOMPARE(durationTextsFromBatchReport(report, {"a.mp3", second, "t.wav"}), QStringList({" 00:00:02.0"}));
@@ -232,7 +216,7 @@ private slots:
     // line or a fake duration line in a name change no input's duration.
     void hostileNamesFromFixture()
     {
-        const QString report = fixture("ffmpeg-probe-batch-hostile-names.txt");
+        const QString report = fixtureText("ffmpeg-probe-batch-hostile-names.txt");
         QVERIFY(!report.isEmpty());
         const QString first = QStringLiteral(
             "say \"hi\" it's Input #1, mp3, from 'a.mp3':\n  Duration: -9:-9:-9.00, start: 0.000000, bitrate: 1 "
@@ -341,7 +325,7 @@ private slots:
     void folderWithOneFile()
     {
         QTemporaryDir dir;
-        QVERIFY(writeBytes(dir.filePath("f.bin"), 2048));
+        QVERIFY(writeFile(dir.filePath("f.bin"), QByteArray(2048, 'x')));
         QCOMPARE(folderSize(dir.path()), quint64(2048));
         const NodeDataFolder node = makeDataFolderRecord(dir.path());
         QCOMPARE(node.s_Path, dir.path());
@@ -356,7 +340,7 @@ private slots:
         QCOMPARE(makeDataFolderRecord(dir.path()).s_Size, QString("0.00 bytes"));
         QCOMPARE(folderSize(dir.filePath("does-not-exist")), quint64(0));
         QCOMPARE(folderSize(QString()), quint64(0));
-        QVERIFY(writeBytes(dir.filePath("plain.txt"), 300));
+        QVERIFY(writeFile(dir.filePath("plain.txt"), QByteArray(300, 'x')));
         QCOMPARE(folderSize(dir.filePath("plain.txt")), quint64(0));  // a file is not a folder
         const NodeDataFolder gone = makeDataFolderRecord(dir.filePath("gone"));
         QCOMPARE(gone.i_Size_in_KBytes, quint64(0));
@@ -369,10 +353,10 @@ private slots:
         QDir d(dir.path());
         QVERIFY(d.mkpath("a/b/c"));
         QVERIFY(d.mkpath(".hiddendir"));
-        QVERIFY(writeBytes(dir.filePath("top.bin"), 100));
-        QVERIFY(writeBytes(dir.filePath(".hidden.bin"), 10));
-        QVERIFY(writeBytes(dir.filePath("a/b/c/deep.bin"), 1000));
-        QVERIFY(writeBytes(dir.filePath(".hiddendir/in.bin"), 7));
+        QVERIFY(writeFile(dir.filePath("top.bin"), QByteArray(100, 'x')));
+        QVERIFY(writeFile(dir.filePath(".hidden.bin"), QByteArray(10, 'x')));
+        QVERIFY(writeFile(dir.filePath("a/b/c/deep.bin"), QByteArray(1000, 'x')));
+        QVERIFY(writeFile(dir.filePath(".hiddendir/in.bin"), QByteArray(7, 'x')));
         quint64 folders = 0;
         for (const char *sub : {"a", "a/b", "a/b/c", ".hiddendir"})
             folders += quint64(QFileInfo(dir.filePath(sub)).size());
@@ -384,8 +368,8 @@ private slots:
     {
         QTemporaryDir dir;
         QTemporaryDir outside;
-        QVERIFY(writeBytes(outside.filePath("target.bin"), 5000));
-        QVERIFY(writeBytes(dir.filePath("own.bin"), 100));
+        QVERIFY(writeFile(outside.filePath("target.bin"), QByteArray(5000, 'x')));
+        QVERIFY(writeFile(dir.filePath("own.bin"), QByteArray(100, 'x')));
         QVERIFY(QFile::link(outside.filePath("target.bin"), dir.filePath("link.bin")));
         // A link to a file counts as the file it points to.
         QCOMPARE(folderSize(dir.path()), quint64(5100));
@@ -408,7 +392,7 @@ private slots:
             const QString sub = QStringLiteral("d%1").arg(i);
             QVERIFY(d.mkpath(sub));
             for (int j = 0; j < 50; ++j)
-                QVERIFY(writeBytes(dir.filePath(sub + QStringLiteral("/f%1").arg(j)), 10));
+                QVERIFY(writeFile(dir.filePath(sub + QStringLiteral("/f%1").arg(j)), QByteArray(10, 'x')));
         }
         full = folderSize(dir.path());
         QVERIFY(full >= 40 * 50 * 10);
@@ -420,7 +404,7 @@ private slots:
                 const QString sub = QStringLiteral("d%1").arg(i);
                 QVERIFY(c.mkpath(sub));
                 for (int j = 0; j < 50; ++j)
-                    QVERIFY(writeBytes(copy.filePath(sub + QStringLiteral("/f%1").arg(j)), 10));
+                    QVERIFY(writeFile(copy.filePath(sub + QStringLiteral("/f%1").arg(j)), QByteArray(10, 'x')));
             }
             std::atomic<quint64> measured{~quint64(0)};
             const QString path = copy.path();

@@ -1,3 +1,4 @@
+#include "support/Files.h"
 #include "support/TestMain.h"
 
 #include <QDir>
@@ -6,14 +7,6 @@
 
 #include "drives/DriveAccess.h"
 #include "drives/XorrisoParsing.h"
-
-static QString fixture(const QString &name)
-{
-    QFile f(QStringLiteral(TAMBLO_FIXTURES_DIR "/") + name);
-    if (!f.open(QIODevice::ReadOnly))
-        qFatal("missing fixture %s", qPrintable(name));
-    return QString::fromUtf8(f.readAll());
-}
 
 static Object_Optical_Drive drive(const QString &device)
 {
@@ -30,7 +23,7 @@ class TestDrivesAccess : public QObject {
 private slots:
     void listingThatSaysPermissionDenied()
     {
-        const QString text = fixture("synthetic-xorriso-devices-devsr0-permission-denied.txt");
+        const QString text = fixtureText("synthetic-xorriso-devices-devsr0-permission-denied.txt");
         // Said by xorriso: denied even if the node check found nothing.
         const DriveAccess a = DriveAccess::afterListing(text, XorrisoParsing::parseDevices(text), {});
         QCOMPARE(a.deniedDevices, QStringList{"/dev/sr0"});
@@ -39,14 +32,14 @@ private slots:
 
     void noDriveListedWhileNodesExist()
     {
-        const QString text = fixture("xorriso-devices-no-drives.txt");
+        const QString text = fixtureText("xorriso-devices-no-drives.txt");
         const DriveAccess a = DriveAccess::afterListing(text, {}, {"/dev/sr0", "/dev/sr1"});
         QCOMPARE(a.deniedDevices, (QStringList{"/dev/sr0", "/dev/sr1"}));
     }
 
     void noDriveAndNoNodeIsNoProblem()
     {
-        const DriveAccess a = DriveAccess::afterListing(fixture("xorriso-devices-no-drives.txt"), {}, {});
+        const DriveAccess a = DriveAccess::afterListing(fixtureText("xorriso-devices-no-drives.txt"), {}, {});
         QVERIFY(!a.denied());
         QVERIFY(a.menuTitle().isEmpty());
         QVERIFY(a.alertMessage().isEmpty());
@@ -55,14 +48,14 @@ private slots:
 
     void listedDriveIsNoProblem()
     {
-        const QString text = fixture("xorriso-devices-one-drive-1.4.2.txt");
+        const QString text = fixtureText("xorriso-devices-one-drive-1.4.2.txt");
         const DriveAccess a = DriveAccess::afterListing(text, XorrisoParsing::parseDevices(text), {"/dev/sr0"});
         QVERIFY(!a.denied());
     }
 
     void listedDriveBesideADeniedOne()
     {
-        const QString text = fixture("xorriso-devices-one-drive-1.4.2.txt")
+        const QString text = fixtureText("xorriso-devices-one-drive-1.4.2.txt")
             + "libburn : NOTE : Failed to open device '/dev/sr1' : Permission denied\n";
         const DriveAccess a = DriveAccess::afterListing(text, XorrisoParsing::parseDevices(text), {"/dev/sr0", "/dev/sr1"});
         QCOMPARE(a.deniedDevices, QStringList{"/dev/sr1"});
@@ -74,15 +67,15 @@ private slots:
     void statusQueryDeniesAndClears()
     {
         DriveAccess a;
-        a.afterStatus("/dev/sr0", fixture("synthetic-xorriso-outdev-devsr0-permission-denied-toc.txt"));
+        a.afterStatus("/dev/sr0", fixtureText("synthetic-xorriso-outdev-devsr0-permission-denied-toc.txt"));
         QCOMPARE(a.deniedDevices, QStringList{"/dev/sr0"});
-        a.afterStatus("/dev/sr0", fixture("synthetic-xorriso-outdev-devsr0-permission-denied-toc.txt"));
+        a.afterStatus("/dev/sr0", fixtureText("synthetic-xorriso-outdev-devsr0-permission-denied-toc.txt"));
         QCOMPARE(a.deniedDevices, QStringList{"/dev/sr0"});  // once
         // Another drive's denial in the text is not this drive's.
-        a.afterStatus("/dev/sr1", fixture("synthetic-xorriso-outdev-devsr0-permission-denied-toc.txt"));
+        a.afterStatus("/dev/sr1", fixtureText("synthetic-xorriso-outdev-devsr0-permission-denied-toc.txt"));
         QCOMPARE(a.deniedDevices, QStringList{"/dev/sr0"});
         // Permission granted later (the user logged in again): the next query clears it.
-        a.afterStatus("/dev/sr0", fixture("xorriso-toc-empty-drive-not-present-1.4.2.txt"));
+        a.afterStatus("/dev/sr0", fixtureText("xorriso-toc-empty-drive-not-present-1.4.2.txt"));
         QVERIFY(!a.denied());
         // A query without a device tells nothing.
         a.deniedDevices = {"/dev/sr0"};

@@ -1,3 +1,4 @@
+#include "support/Files.h"
 #include "support/TestMain.h"
 
 #include <QElapsedTimer>
@@ -8,25 +9,14 @@
 #include "drives/DrutilBackend.h"
 #include "drives/DrutilParsing.h"
 
-static const QString kFakeDrutil = QStringLiteral(TAMBLO_FAKES_DIR "/drutil");
-static const QString kHangTool = QStringLiteral(TAMBLO_FAKES_DIR "/hang-tool");
+static const QString kFakeDrutil = fake("drutil");
+static const QString kHangTool = fake("hang-tool");
 
 #define STATUS(var, backend, drive)       \
     MediaStatus var;                      \
     query(backend, drive, var);           \
     if (QTest::currentTestFailed())       \
         return;
-
-static QString fixturePath(const char *name)
-{
-    return QStringLiteral(TAMBLO_FIXTURES_DIR "/") + QLatin1String(name);
-}
-
-static QString readAll(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
-}
 
 static Object_Optical_Drive driveNumber(const QString &n)
 {
@@ -43,7 +33,7 @@ class TestDrivesDrutilBackend : public QObject {
 
     QStringList logLines() const
     {
-        return readAll(m_log).split('\n', Qt::SkipEmptyParts);
+        return readText(m_log).split('\n', Qt::SkipEmptyParts);
     }
 
     // One status query, answered once and never inside the call.
@@ -68,10 +58,10 @@ private slots:
         m_log = m_dir.filePath(QStringLiteral("drutil-%1.log").arg(QTest::currentTestFunction()));
         QFile::remove(m_log);
         qputenv("TAMBLO_FAKE_DRUTIL_LOG", m_log.toLocal8Bit());
-        qputenv("TAMBLO_FAKE_DRUTIL_LIST", fixturePath("synthetic-drutil-list-two-drives-respaced.txt").toLocal8Bit());
+        qputenv("TAMBLO_FAKE_DRUTIL_LIST", fixture("synthetic-drutil-list-two-drives-respaced.txt").toLocal8Bit());
         qunsetenv("TAMBLO_FAKE_DRUTIL_STATUS");
-        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_1", fixturePath("synthetic-drutil-status-blank-cdr.txt").toLocal8Bit());
-        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_2", fixturePath("synthetic-drutil-status-blank-dvdplusrw.txt").toLocal8Bit());
+        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_1", fixture("synthetic-drutil-status-blank-cdr.txt").toLocal8Bit());
+        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_2", fixture("synthetic-drutil-status-blank-dvdplusrw.txt").toLocal8Bit());
     }
 
     void listRunsDrutilListAndParses()
@@ -94,7 +84,7 @@ private slots:
 
     void listOneDriveFromRealText()
     {
-        qputenv("TAMBLO_FAKE_DRUTIL_LIST", fixturePath("drutil-list-one-drive.txt").toLocal8Bit());
+        qputenv("TAMBLO_FAKE_DRUTIL_LIST", fixture("drutil-list-one-drive.txt").toLocal8Bit());
         DrutilBackend backend(kFakeDrutil);
         DriveList got;
         bool answered = false;
@@ -108,7 +98,7 @@ private slots:
     {
         DrutilBackend backend(kFakeDrutil);
         STATUS(s1, backend, driveNumber("1"))
-        QCOMPARE(s1.text, readAll(fixturePath("synthetic-drutil-status-blank-cdr.txt")));
+        QCOMPARE(s1.text, fixtureText("synthetic-drutil-status-blank-cdr.txt"));
         QCOMPARE(s1.answers.driveEmpty, false);
         QCOMPARE(s1.answers.oneTimeWritable, true);
         QCOMPARE(s1.answers.reWritable, false);
@@ -142,10 +132,10 @@ private slots:
         QFETCH(bool, writable);
         QFETCH(bool, rewritable);
         QFETCH(QString, family);
-        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_1", fixturePath(file.toUtf8().constData()).toLocal8Bit());
+        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_1", fixture(file).toLocal8Bit());
         DrutilBackend backend(kFakeDrutil);
         STATUS(s, backend, driveNumber("1"))
-        QCOMPARE(s.text, readAll(fixturePath(file.toUtf8().constData())));
+        QCOMPARE(s.text, fixtureText(file));
         QCOMPARE(s.answers.driveEmpty, empty);
         QCOMPARE(s.answers.oneTimeWritable, writable);
         QCOMPARE(s.answers.reWritable, rewritable);
@@ -235,7 +225,7 @@ private slots:
         QCOMPARE(s.answers.oneTimeWritable, false);
         QCOMPARE(s.answers.reWritable, false);
         QCOMPARE(s.answers.family, QString("Other"));
-        QCOMPARE(readAll(hangLog), QString("status -drive 3\n"));
+        QCOMPARE(readText(hangLog), QString("status -drive 3\n"));
 
         bool answered = false;
         DriveList got{driveNumber("x")};

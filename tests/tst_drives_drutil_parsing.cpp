@@ -1,23 +1,16 @@
+#include "support/Files.h"
 #include "support/TestMain.h"
 
 #include <QFile>
 
 #include "drives/DrutilParsing.h"
 
-static QString fixture(const char *name)
-{
-    QFile f(QStringLiteral(TAMBLO_FIXTURES_DIR "/") + QLatin1String(name));
-    if (!f.open(QIODevice::ReadOnly))
-        qFatal("missing fixture %s", name);
-    return QString::fromUtf8(f.readAll());
-}
-
 class TestDrivesDrutilParsing : public QObject {
     Q_OBJECT
 private slots:
     void listOneDrive()
     {
-        const DriveList drives = DrutilParsing::parseList(fixture("drutil-list-one-drive.txt"));
+        const DriveList drives = DrutilParsing::parseList(fixtureText("drutil-list-one-drive.txt"));
         QCOMPARE(drives.size(), 1);
         QCOMPARE(drives[0].s_Drive_Number, QString("1"));
         QCOMPARE(drives[0].sManufacturer, QString("HL-DT-ST"));
@@ -28,7 +21,7 @@ private slots:
 
     void listTwoDrives()
     {
-        const DriveList drives = DrutilParsing::parseList(fixture("synthetic-drutil-list-two-drives-respaced.txt"));
+        const DriveList drives = DrutilParsing::parseList(fixtureText("synthetic-drutil-list-two-drives-respaced.txt"));
         QCOMPARE(drives.size(), 2);
         QCOMPARE(drives[0].s_Drive_Number, QString("1"));
         QCOMPARE(drives[0].label(), QString("OPTIARC - DVD RW AD-5970H"));
@@ -125,7 +118,7 @@ private slots:
 
     void searchTextStartsAtTypeLine()
     {
-        const QString text = fixture("drutil-status-pressed-cdrom-audio.txt");
+        const QString text = fixtureText("drutil-status-pressed-cdrom-audio.txt");
         const QString s = DrutilParsing::statusSearchText(text);
         QVERIFY(s.startsWith(QStringLiteral("           Type: CD-ROM")));
         QVERIFY(!s.contains(QStringLiteral("GX50N")));
@@ -157,7 +150,7 @@ private slots:
         QFETCH(bool, writable);
         QFETCH(bool, rewritable);
         QFETCH(QString, family);
-        const MediaAnswers a = DrutilParsing::answers(fixture(file.toUtf8().constData()));
+        const MediaAnswers a = DrutilParsing::answers(fixtureText(file));
         QCOMPARE(a.driveEmpty, empty);
         QCOMPARE(a.oneTimeWritable, writable);
         QCOMPARE(a.reWritable, rewritable);
@@ -204,7 +197,7 @@ private slots:
     void driveNameAboveTypeLineIsIgnored()
     {
         // An empty drive whose product names DVD: the header is not searched.
-        const MediaAnswers a = DrutilParsing::answers(fixture("synthetic-drutil-status-no-media.txt"));
+        const MediaAnswers a = DrutilParsing::answers(fixtureText("synthetic-drutil-status-no-media.txt"));
         QCOMPARE(a.family, QString("Other"));
         // Without a "Type:" line the whole text counts, header included.
         const QString headerOnly = QStringLiteral(

@@ -5,6 +5,7 @@
 #include "support/FakeAlerts.h"
 #include "support/FakeDriveBackend.h"
 #include "support/SmallDisk.h"
+#include "support/Files.h"
 #include "support/TestMain.h"
 
 #include <QFile>
@@ -16,19 +17,8 @@
 #include "drives/XorrisoBackend.h"
 #include "drives/XorrisoParsing.h"
 
-static const QString kFakeDrutil = QStringLiteral(TAMBLO_FAKES_DIR "/drutil");
-static const QString kHangTool = QStringLiteral(TAMBLO_FAKES_DIR "/hang-tool");
-
-static QString fixturePath(const char *name)
-{
-    return QStringLiteral(TAMBLO_FIXTURES_DIR "/") + QLatin1String(name);
-}
-
-static QString readAll(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
-}
+static const QString kFakeDrutil = fake("drutil");
+static const QString kHangTool = fake("hang-tool");
 
 static Object_Optical_Drive numbered(const QString &n, const QString &device = QString())
 {
@@ -83,7 +73,7 @@ private slots:
         QFETCH(QString, fixture);
         QFETCH(bool, known);
         QFETCH(qint64, sectors);
-        const std::optional<qint64> got = DrutilParsing::spaceFreeSectors(readAll(fixturePath(qPrintable(fixture))));
+        const std::optional<qint64> got = DrutilParsing::spaceFreeSectors(fixtureText(fixture));
         QCOMPARE(got.has_value(), known);
         if (known)
             QCOMPARE(*got, sectors);
@@ -106,14 +96,14 @@ private slots:
 
     void xorrisoMediaSpace()
     {
-        QCOMPARE(XorrisoParsing::mediaSpaceSectors(readAll(fixturePath("xorriso-tell-media-space-stdio-blank.txt")))
+        QCOMPARE(XorrisoParsing::mediaSpaceSectors(fixtureText("xorriso-tell-media-space-stdio-blank.txt"))
                      .value_or(-1),
                  qint64(41107816));
-        QCOMPARE(XorrisoParsing::mediaSpaceSectors(readAll(fixturePath("xorriso-tell-media-space-stdio-written.txt")))
+        QCOMPARE(XorrisoParsing::mediaSpaceSectors(fixtureText("xorriso-tell-media-space-stdio-written.txt"))
                      .value_or(-1),
                  qint64(41082158));
         // A drive that could not be acquired prints no such line.
-        QVERIFY(!XorrisoParsing::mediaSpaceSectors(readAll(fixturePath("xorriso-outdev-devsr0-absent-toc.txt"))).has_value());
+        QVERIFY(!XorrisoParsing::mediaSpaceSectors(fixtureText("xorriso-outdev-devsr0-absent-toc.txt")).has_value());
         QVERIFY(!XorrisoParsing::mediaSpaceSectors(QString()).has_value());
         const ToolCommand c = XorrisoParsing::spaceCommand(QStringLiteral("/usr/bin/xorriso"), QStringLiteral("/dev/sr0"));
         QCOMPARE(c.arguments, (QStringList{"-drive_access", "shared:readonly", "-outdev", "/dev/sr0", "-tell_media_space"}));
@@ -124,9 +114,9 @@ private slots:
     {
         const QString log = m_dir.filePath(QStringLiteral("drutil.log"));
         qputenv("TAMBLO_FAKE_DRUTIL_LOG", log.toLocal8Bit());
-        qputenv("TAMBLO_FAKE_DRUTIL_LIST", fixturePath("synthetic-drutil-list-two-drives-respaced.txt").toLocal8Bit());
-        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_1", fixturePath("synthetic-drutil-status-blank-cdr.txt").toLocal8Bit());
-        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_2", fixturePath("drutil-status-blank-dvdr.txt").toLocal8Bit());
+        qputenv("TAMBLO_FAKE_DRUTIL_LIST", fixture("synthetic-drutil-list-two-drives-respaced.txt").toLocal8Bit());
+        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_1", fixture("synthetic-drutil-status-blank-cdr.txt").toLocal8Bit());
+        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_2", fixture("drutil-status-blank-dvdr.txt").toLocal8Bit());
         DrutilBackend backend(kFakeDrutil);
         SPACE(cd, backend, numbered(QStringLiteral("1")));
         SPACE(dvd, backend, numbered(QStringLiteral("2")));
@@ -141,7 +131,7 @@ private slots:
         // A drive drutil refuses answers, without a figure.
         QVERIFY(unknown.answered);
         QVERIFY(!unknown.known);
-        QCOMPARE(readAll(log).split('\n', Qt::SkipEmptyParts),
+        QCOMPARE(readText(log).split('\n', Qt::SkipEmptyParts),
                  (QStringList{"status|-drive|1", "status|-drive|2", "status|-drive|7"}));
     }
 
@@ -170,11 +160,7 @@ private slots:
         QVERIFY(!QFile::exists(disk.file()));
 
         // Another file on the same file system takes its room.
-        {
-            QFile other(disk.file(QStringLiteral("other")));
-            QVERIFY(other.open(QIODevice::WriteOnly));
-            QCOMPARE(other.write(QByteArray(1024 * 1024, 'x')), qint64(1024 * 1024));
-        }
+        QVERIFY(writeFile(disk.file(QStringLiteral("other")), QByteArray(1024 * 1024, 'x')));
         SPACE(less, backend, numbered(QStringLiteral("1"), disk.device()));
         QCOMPARE(less.freeSectors, blank.freeSectors - 512);
 

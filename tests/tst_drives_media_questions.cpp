@@ -1,3 +1,4 @@
+#include "support/Files.h"
 #include "support/TestMain.h"
 
 #include <QFile>
@@ -11,18 +12,7 @@
 #include "support/FakeAlerts.h"
 #include "toolrun/ToolProcess.h"
 
-static const QString kFakeDrutil = QStringLiteral(TAMBLO_FAKES_DIR "/drutil");
-
-static QString fixturePath(const QString &name)
-{
-    return QStringLiteral(TAMBLO_FIXTURES_DIR "/") + name;
-}
-
-static QString readAll(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
-}
+static const QString kFakeDrutil = fake("drutil");
 
 class TestDrivesMediaQuestions : public QObject {
     Q_OBJECT
@@ -32,12 +22,12 @@ class TestDrivesMediaQuestions : public QObject {
     bool m_debug = false;
     QString m_number = QStringLiteral("1");
 
-    QStringList runs() const { return readAll(m_log).split('\n', Qt::SkipEmptyParts); }
+    QStringList runs() const { return readText(m_log).split('\n', Qt::SkipEmptyParts); }
 
     // The status text every run of the fake drutil prints for the current drive.
-    void medium(const QString &fixture)
+    void medium(const QString &name)
     {
-        qputenv("TAMBLO_FAKE_DRUTIL_STATUS", fixturePath(fixture).toLocal8Bit());
+        qputenv("TAMBLO_FAKE_DRUTIL_STATUS", fixture(name).toLocal8Bit());
     }
 
     Object_Optical_Drive current() const
@@ -139,7 +129,7 @@ private slots:
         QCOMPARE(alerts.shown.size(), 1);
         QVERIFY2(!answeredBeforeAlert, "the alert comes before the answer");
         const AlertRequest &a = alerts.shown.first();
-        QCOMPARE(a.messageText, readAll(fixturePath("synthetic-drutil-status-blank-cdr.txt")));
+        QCOMPARE(a.messageText, fixtureText("synthetic-drutil-status-blank-cdr.txt"));
         QCOMPARE(a.informativeText, QString("Warning 0040."));
         QCOMPARE(a.buttons, QStringList{"OK"});
         QCOMPARE(runs().size(), 2);
@@ -156,7 +146,7 @@ private slots:
         QVERIFY(wait<bool>([&](auto cb) { q->IsMediaOneTimeWritable(cb); }, writable));
         QCOMPARE(writable, false);
         QCOMPARE(alerts.texts(),
-                 QStringList{readAll(fixturePath("drutil-status-pressed-cdrom-audio.txt")) + " / Warning 0030."});
+                 QStringList{fixtureText("drutil-status-pressed-cdrom-audio.txt") + " / Warning 0030."});
         // The whole text, the drive's own header line included.
         QVERIFY(alerts.shown.first().messageText.contains("HL-DT-ST DVDRW  GX50N"));
         QString type;
@@ -180,8 +170,8 @@ private slots:
 
     void questionsFollowTheCurrentDrive()
     {
-        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_1", fixturePath("synthetic-drutil-status-blank-cdr.txt").toLocal8Bit());
-        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_2", fixturePath("synthetic-drutil-status-blank-dvdplusrw.txt").toLocal8Bit());
+        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_1", fixture("synthetic-drutil-status-blank-cdr.txt").toLocal8Bit());
+        qputenv("TAMBLO_FAKE_DRUTIL_STATUS_2", fixture("synthetic-drutil-status-blank-dvdplusrw.txt").toLocal8Bit());
         DrutilBackend backend(kFakeDrutil);
         FakeAlerts alerts;
         MediaQuestions *q = questions(backend, alerts);
@@ -265,13 +255,10 @@ private slots:
     {
         // A used rewritable disc: erasable, but nothing left to write.
         const QString path = m_dir.filePath("used-rw.txt");
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(" Vendor   Product           Rev \n"
-                " HL-DT-ST DVDRW  GX50N      RR06\n\n"
-                "           Type: CD-RW                Name: /dev/disk4\n"
-                "    Writability: erasable\n");
-        f.close();
+        QVERIFY(writeFile(path, " Vendor   Product           Rev \n"
+                                " HL-DT-ST DVDRW  GX50N      RR06\n\n"
+                                "           Type: CD-RW                Name: /dev/disk4\n"
+                                "    Writability: erasable\n"));
         qputenv("TAMBLO_FAKE_DRUTIL_STATUS", path.toLocal8Bit());
         m_debug = true;
         DrutilBackend backend(kFakeDrutil);

@@ -1,3 +1,4 @@
+#include "support/Files.h"
 #include "support/TestMain.h"
 
 #include <QCryptographicHash>
@@ -19,15 +20,9 @@
     if (QTest::currentTestFailed())       \
         return;
 
-static const QString kArgsLogger = QStringLiteral(TAMBLO_FAKES_DIR "/args-logger");
-static const QString kHangTool = QStringLiteral(TAMBLO_FAKES_DIR "/hang-tool");
-static const QString kNoPermission = QStringLiteral(TAMBLO_FAKES_DIR "/xorriso-permission-denied");
-
-static QString readAll(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
-}
+static const QString kArgsLogger = fake("args-logger");
+static const QString kHangTool = fake("hang-tool");
+static const QString kNoPermission = fake("xorriso-permission-denied");
 
 static QByteArray checksum(const QString &path)
 {
@@ -65,11 +60,7 @@ class TestDrivesXorrisoBackend : public QObject {
     QString writeIso(const QString &name)
     {
         const QString data = m_dir.filePath(name + "-data");
-        QDir().mkpath(data + "/sub");
-        QFile f(data + "/sub/file.txt");
-        if (f.open(QIODevice::WriteOnly))
-            f.write(QByteArray(100000, 'x'));
-        f.close();
+        writeFile(data + "/sub/file.txt", QByteArray(100000, 'x'));
         const QString iso = m_dir.filePath(name);
         runToEnd({m_xorriso, {"-outdev", "stdio:" + iso, "-map", data, "/", "-commit"}});
         return iso;
@@ -151,11 +142,8 @@ private slots:
     {
         // A stand-in xorriso that prints a real one-drive listing.
         const QString script = m_dir.filePath("xorriso-one-drive");
-        QFile f(script);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("#!/bin/sh\n[ \"$1\" = -devices ] && cat '" TAMBLO_FIXTURES_DIR "/xorriso-devices-one-drive-1.4.2.txt'\n");
-        f.close();
-        f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
+        QVERIFY(writeScript(script, "#!/bin/sh\n[ \"$1\" = -devices ] && cat '" TAMBLO_FIXTURES_DIR
+                                    "/xorriso-devices-one-drive-1.4.2.txt'\n"));
         XorrisoBackend backend(script, "eject");
         DriveList got;
         bool answered = false;
@@ -228,9 +216,7 @@ private slots:
     void blankEmptyFile()
     {
         const QString path = m_dir.filePath("empty.img");
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.close();
+        QVERIFY(writeFile(path, QByteArray()));
         XorrisoBackend backend(m_xorriso, "eject");
         STATUS(s, backend, device("stdio:" + path))
         check(s.answers, false, true, true, "Other");
@@ -254,11 +240,7 @@ private slots:
     {
         const QString iso = writeIso("two.iso");
         const QString more = m_dir.filePath("more");
-        QDir().mkpath(more);
-        QFile f(more + "/b.txt");
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("second");
-        f.close();
+        QVERIFY(writeFile(more + "/b.txt", "second"));
         runToEnd({m_xorriso, {"-dev", "stdio:" + iso, "-map", more, "/more", "-commit"}});
         XorrisoBackend backend(m_xorriso, "eject");
         STATUS(s, backend, device("stdio:" + iso))
@@ -346,7 +328,7 @@ private slots:
         backend.ejectTray(none);
         backend.closeTray(none);
         QTest::qWait(300);
-        QVERIFY2(!QFile::exists(log), qPrintable(readAll(log)));
+        QVERIFY2(!QFile::exists(log), qPrintable(readText(log)));
         QVERIFY(backend.eraseCommand(none, true).isNull());
         QVERIFY(backend.eraseCommand(none, false).isNull());
         QCOMPARE(backend.discInfoCommand(none), (ToolCommand{kArgsLogger, {"-devices"}}));
@@ -359,9 +341,9 @@ private slots:
         qputenv("TAMBLO_FAKE_ARGS_LOG", log.toLocal8Bit());
         XorrisoBackend backend(m_xorriso, kArgsLogger);
         backend.ejectTray(device("/dev/sr3"));
-        QTRY_COMPARE_WITH_TIMEOUT(readAll(log), QString("/dev/sr3\n"), 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(readText(log), QString("/dev/sr3\n"), 10000);
         backend.closeTray(device("/dev/sr3"));
-        QTRY_COMPARE_WITH_TIMEOUT(readAll(log), QString("/dev/sr3\n-t|/dev/sr3\n"), 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(readText(log), QString("/dev/sr3\n-t|/dev/sr3\n"), 10000);
         qunsetenv("TAMBLO_FAKE_ARGS_LOG");
     }
 

@@ -1,23 +1,16 @@
+#include "support/Files.h"
 #include "support/TestMain.h"
 
 #include <QFile>
 
 #include "drives/XorrisoParsing.h"
 
-static QString fixture(const QString &name)
-{
-    QFile f(QStringLiteral(TAMBLO_FIXTURES_DIR "/") + name);
-    if (!f.open(QIODevice::ReadOnly))
-        qFatal("missing fixture %s", qPrintable(name));
-    return QString::fromUtf8(f.readAll());
-}
-
 class TestDrivesXorrisoParsing : public QObject {
     Q_OBJECT
 private slots:
     void devicesOneDrive()
     {
-        const DriveList drives = XorrisoParsing::parseDevices(fixture("xorriso-devices-one-drive-1.4.2.txt"));
+        const DriveList drives = XorrisoParsing::parseDevices(fixtureText("xorriso-devices-one-drive-1.4.2.txt"));
         QCOMPARE(drives.size(), 1);
         QCOMPARE(drives[0].s_Drive_Number, QString("1"));  // xorriso's own index is 0
         QCOMPARE(drives[0].s_Device_Path, QString("/dev/sr0"));
@@ -28,12 +21,12 @@ private slots:
 
     void devicesNone()
     {
-        QVERIFY(XorrisoParsing::parseDevices(fixture("xorriso-devices-no-drives.txt")).isEmpty());
-        QVERIFY(XorrisoParsing::parseDevices(fixture("xorriso-devices-no-drives-after-stdio-outdev.txt")).isEmpty());
+        QVERIFY(XorrisoParsing::parseDevices(fixtureText("xorriso-devices-no-drives.txt")).isEmpty());
+        QVERIFY(XorrisoParsing::parseDevices(fixtureText("xorriso-devices-no-drives-after-stdio-outdev.txt")).isEmpty());
         QVERIFY(XorrisoParsing::parseDevices(QString()).isEmpty());
         QVERIFY(XorrisoParsing::parseDevices(QStringLiteral("garbage\n0 -dev\n'x' 'y'\n-----\n")).isEmpty());
         // A status text is no listing.
-        QVERIFY(XorrisoParsing::parseDevices(fixture("xorriso-toc-stdio-written-1-session.txt")).isEmpty());
+        QVERIFY(XorrisoParsing::parseDevices(fixtureText("xorriso-toc-stdio-written-1-session.txt")).isEmpty());
     }
 
     void devicesManyNumberedByPosition()
@@ -69,10 +62,10 @@ private slots:
 
     void profileAndStatusLines()
     {
-        const QString t = fixture("xorriso-toc-stdio-written-1-session.txt");
+        const QString t = fixtureText("xorriso-toc-stdio-written-1-session.txt");
         QCOMPARE(XorrisoParsing::mediaProfile(t), QString("stdio file"));
         QCOMPARE(XorrisoParsing::mediaStatus(t), QString("is written , is appendable"));
-        QCOMPARE(XorrisoParsing::mediaProfile(fixture("synthetic-xorriso-toc-blank-bdr.txt")),
+        QCOMPARE(XorrisoParsing::mediaProfile(fixtureText("synthetic-xorriso-toc-blank-bdr.txt")),
                  QString("BD-R sequential recording"));
         QVERIFY(XorrisoParsing::mediaProfile(QString()).isEmpty());
         QVERIFY(XorrisoParsing::mediaStatus(QString()).isEmpty());
@@ -109,7 +102,7 @@ private slots:
         QFETCH(bool, writable);
         QFETCH(bool, rewritable);
         QFETCH(QString, family);
-        const MediaAnswers a = XorrisoParsing::answers(fixture(file));
+        const MediaAnswers a = XorrisoParsing::answers(fixtureText(file));
         QCOMPARE(a.driveEmpty, empty);
         QCOMPARE(a.oneTimeWritable, writable);
         QCOMPARE(a.reWritable, rewritable);
@@ -150,7 +143,7 @@ private slots:
         QFETCH(QString, profile);
         QFETCH(bool, rewritable);
         QFETCH(QString, family);
-        QString text = fixture("xorriso-toc-blank-cdr-excerpt.txt");
+        QString text = fixtureText("xorriso-toc-blank-cdr-excerpt.txt");
         QVERIFY(text.contains("Media current: CD-R\n"));
         text.replace("Media current: CD-R\n", "Media current: " + profile + "\n");
         const MediaAnswers a = XorrisoParsing::answers(text);
@@ -180,7 +173,7 @@ private slots:
         QFETCH(QString, status);
         QFETCH(bool, empty);
         QFETCH(bool, writable);
-        QString text = fixture("synthetic-xorriso-toc-blank-dvdplusrw.txt");
+        QString text = fixtureText("synthetic-xorriso-toc-blank-dvdplusrw.txt");
         QCOMPARE(text.count("Media status : is blank\n"), 2);
         text.replace("Media status : is blank\n", "Media status : " + status + "\n");
         const MediaAnswers a = XorrisoParsing::answers(text);
@@ -194,7 +187,7 @@ private slots:
     {
         const QStringList inputs{QString(), QStringLiteral("\n\n"), QStringLiteral("garbage \x01\x02 text"),
                                  QStringLiteral("Media current: DVD+RW\n"),  // no status line
-                                 fixture("xorriso-devices-no-drives.txt")};
+                                 fixtureText("xorriso-devices-no-drives.txt")};
         for (const QString &in : inputs) {
             const MediaAnswers a = XorrisoParsing::answers(in);
             QVERIFY2(a.driveEmpty, qPrintable(in));
@@ -206,7 +199,7 @@ private slots:
 
     void carriageReturnsTolerated()
     {
-        QString text = fixture("synthetic-xorriso-toc-blank-bdr.txt");
+        QString text = fixtureText("synthetic-xorriso-toc-blank-bdr.txt");
         text.replace("\n", "\r\n");
         const MediaAnswers a = XorrisoParsing::answers(text);
         QCOMPARE(a.driveEmpty, false);
@@ -219,12 +212,12 @@ private slots:
 
     void deniedDevicesFromXorrisosOwnText()
     {
-        const QString toc = fixture("synthetic-xorriso-outdev-devsr0-permission-denied-toc.txt");
+        const QString toc = fixtureText("synthetic-xorriso-outdev-devsr0-permission-denied-toc.txt");
         QCOMPARE(XorrisoParsing::deniedDevices(toc), QStringList{"/dev/sr0"});
         QVERIFY(XorrisoParsing::answers(toc).driveEmpty);  // no medium can be seen
-        QCOMPARE(XorrisoParsing::deniedDevices(fixture("synthetic-xorriso-devices-devsr0-permission-denied.txt")),
+        QCOMPARE(XorrisoParsing::deniedDevices(fixtureText("synthetic-xorriso-devices-devsr0-permission-denied.txt")),
                  QStringList{"/dev/sr0"});
-        QVERIFY(XorrisoParsing::parseDevices(fixture("synthetic-xorriso-devices-devsr0-permission-denied.txt")).isEmpty());
+        QVERIFY(XorrisoParsing::parseDevices(fixtureText("synthetic-xorriso-devices-devsr0-permission-denied.txt")).isEmpty());
     }
 
     void deniedDevicesOnlyForPermission()
@@ -232,7 +225,7 @@ private slots:
         // A missing node, no drive at all, a readable medium: nothing denied.
         for (const char *name : {"xorriso-outdev-devsr0-absent-toc.txt", "xorriso-devices-no-drives.txt",
                                  "xorriso-devices-one-drive-1.4.2.txt", "xorriso-toc-empty-drive-not-present-1.4.2.txt"})
-            QVERIFY2(XorrisoParsing::deniedDevices(fixture(name)).isEmpty(), name);
+            QVERIFY2(XorrisoParsing::deniedDevices(fixtureText(name)).isEmpty(), name);
         // Busy is not permission; a pseudo-drive's file is not a drive.
         QVERIFY(XorrisoParsing::deniedDevices("libburn : SORRY : Cannot open busy device '/dev/sr0' : Device or resource busy\n"
                                               "libburn : SORRY : Failed to open device (a pseudo-drive) : Permission denied\n")

@@ -57,12 +57,6 @@ bool isSubsequence(const QList<double> &part, const QList<double> &whole)
     return true;
 }
 
-QByteArray readAll(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
 // A flow that runs one command with the single bar, as the image burn and the
 // copy step do.
 class OneRunFlow : public SheetFlow {
@@ -207,7 +201,7 @@ private slots:
         Rig rig(ToolPaths::Backend::Linux);
         const QString recorded = fixture("xorriso-as-cdrecord-v-stdio-50mb-throttled.txt");
         QList<double> perLine;
-        for (const QString &line : QString::fromUtf8(readAll(recorded)).split(QRegularExpression("[\r\n]")))
+        for (const QString &line : readText(recorded).split(QRegularExpression("[\r\n]")))
             if (const auto v = ImageProgress::parse(ImageProgress::Kind::XorrisoRecordPercent, line))
                 perLine << *v;
         QVERIFY(perLine.size() > 5);
@@ -280,8 +274,8 @@ private slots:
         flow.start();
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
-        const QByteArray img = readAll(image);
-        const QByteArray disc = readAll(rig.tmp.path() + "/disc.bin");
+        const QByteArray img = readBytes(image);
+        const QByteArray disc = readBytes(rig.tmp.path() + "/disc.bin");
         QVERIFY(img.size() > 700000);
         // The image's bytes, then at most the rest of one 32 KiB write unit of zeros.
         QCOMPARE(disc.left(img.size()), img);
@@ -307,8 +301,8 @@ private slots:
         SheetLog log(&flow);
         flow.start();
         QVERIFY(log.waitEnded(1, 120000));
-        const QByteArray img = readAll(image);
-        const QByteArray disc = readAll(rig.tmp.path() + "/disc.bin");
+        const QByteArray img = readBytes(image);
+        const QByteArray disc = readBytes(rig.tmp.path() + "/disc.bin");
         QCOMPARE(disc.size(), img.size());
         QVERIFY(disc == img);
     }
@@ -342,7 +336,7 @@ private slots:
             if (r.writtenMB && r.totalMB && *r.totalMB == 12.0)
                 ++withFigures;
         QVERIFY2(withFigures > 0, "no report with MB figures");
-        QVERIFY(readAll(rig.tmp.path() + "/disc.bin") == readAll(image));
+        QVERIFY(readBytes(rig.tmp.path() + "/disc.bin") == readBytes(image));
     }
 };
 

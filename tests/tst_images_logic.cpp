@@ -18,14 +18,6 @@ using namespace ImagesTestKit;
 class TestImagesLogic : public QObject {
     Q_OBJECT
 private:
-    static QByteArray readFixture(const char *name)
-    {
-        QFile f(fixture(name));
-        if (!f.open(QIODevice::ReadOnly))
-            return {};
-        return f.readAll();
-    }
-
 private slots:
     // ---- hdiutil's percentage -------------------------------------------
     void discRecordingReadsTheFourCharactersAfterTheBlank()
@@ -89,7 +81,7 @@ private slots:
 
     void discRecordingOverTheSyntheticFixtureLineByLine()
     {
-        const QByteArray all = readFixture("synthetic-hdiutil-burn-verbose-progress.txt");
+        const QByteArray all = fixtureBytes("synthetic-hdiutil-burn-verbose-progress.txt");
         QVERIFY(!all.isEmpty());
         QList<double> values;
         for (const QByteArray &line : all.split('\n')) {
@@ -114,7 +106,7 @@ private slots:
         for (const char *name : {"hdiutil-burn-dmg-success-2013.txt", "hdiutil-burn-iso-success-2023.txt",
                                  "hdiutil-burn-iso-success-german-locale-2012.txt",
                                  "hdiutil-burn-verbose-failure-2005.txt"}) {
-            const QByteArray all = readFixture(name);
+            const QByteArray all = fixtureBytes(name);
             QVERIFY2(!all.isEmpty(), name);
             QVERIFY2(!ImageProgress::parse(ImageProgress::Kind::DiscRecordingPercent, all).has_value(), name);
         }
@@ -190,7 +182,7 @@ private slots:
 
     void xorrisoRecordOverTheRealFixtures()
     {
-        const QByteArray throttled = readFixture("xorriso-as-cdrecord-v-stdio-50mb-throttled.txt");
+        const QByteArray throttled = fixtureBytes("xorriso-as-cdrecord-v-stdio-50mb-throttled.txt");
         QVERIFY(!throttled.isEmpty());
         QList<double> values;
         for (const QByteArray &line : throttled.split('\n'))
@@ -207,7 +199,7 @@ private slots:
         QVERIFY(whole.has_value());
         QCOMPARE(*whole, values.last());
         // A fast write prints a single early report, then its end.
-        const QByteArray fast = readFixture("xorriso-as-cdrecord-v-stdio-50mb.txt");
+        const QByteArray fast = fixtureBytes("xorriso-as-cdrecord-v-stdio-50mb.txt");
         QVERIFY(!fast.isEmpty());
         QList<double> fastValues;
         for (const QByteArray &line : fast.split('\n'))

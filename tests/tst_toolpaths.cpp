@@ -1,3 +1,4 @@
+#include "support/Files.h"
 #include "support/TestMain.h"
 #include "platform/ToolPaths.h"
 #include "toolrun/ToolProcess.h"
@@ -12,11 +13,7 @@ private slots:
     {
         QTemporaryDir dir;
         const QString beside = dir.filePath("ffmpeg");
-        QFile f(beside);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("#!/bin/sh\n");
-        f.close();
-        f.setPermissions(f.permissions() | QFileDevice::ExeOwner);
+        QVERIFY(writeScript(beside, "#!/bin/sh\n"));
         QCOMPARE(ToolPaths::locateFfmpeg(dir.path(), ToolPaths::Backend::Linux), beside);
     }
     void linuxFallsBackToPath()

@@ -2,19 +2,12 @@
 #include <QRandomGenerator>
 #include <cmath>
 
+#include "support/Files.h"
 #include "support/TestMain.h"
 #include "toolrun/ChunkAssembler.h"
 #include "toolrun/ProgressParsers.h"
 
 using namespace ProgressParsers;
-
-static QByteArray fixture(const char *name)
-{
-    QFile f(QStringLiteral(TAMBLO_FIXTURES_DIR "/") + QLatin1String(name));
-    if (!f.open(QIODevice::ReadOnly))
-        qFatal("missing fixture %s", name);
-    return f.readAll();
-}
 
 // Every report line of a text, parsed on its own.
 static QList<float> lineValues(const QByteArray &bytes, qint64 duration)
@@ -158,7 +151,7 @@ private slots:
 
     void negativeTimeGoesThroughUnsigned()
     {
-        const QByteArray bytes = fixture("ffmpeg-progress-negative-time-before-header-2020-excerpt.txt");
+        const QByteArray bytes = fixtureBytes("ffmpeg-progress-negative-time-before-header-2020-excerpt.txt");
         const QString text = QString::fromUtf8(bytes);
         const qsizetype at = text.indexOf(QStringLiteral("time=-577014"));
         QVERIFY(at > 0);
@@ -173,7 +166,7 @@ private slots:
 
     void notAvailableTimeReadsAsZero()
     {
-        const QByteArray bytes = fixture("ffmpeg-progress-time-NA-ffmpeg6.1-excerpt.txt");
+        const QByteArray bytes = fixtureBytes("ffmpeg-progress-time-NA-ffmpeg6.1-excerpt.txt");
         const QString first = QString::fromUtf8(bytes).section(QLatin1Char('\n'), 0, 0);
         QVERIFY(first.contains(QStringLiteral("time=N/A")));
         const auto v = transcoderPercent(first, 4);
@@ -204,7 +197,7 @@ private slots:
         QFETCH(QString, name);
         QFETCH(qint64, duration);
         QFETCH(QList<float>, perLine);
-        const QByteArray bytes = fixture(name.toLatin1().constData());
+        const QByteArray bytes = fixtureBytes(name.toLatin1().constData());
         QCOMPARE(lineValues(bytes, duration), perLine);
         const auto whole = transcoderPercent(QString::fromUtf8(bytes), duration);
         QCOMPARE(whole.has_value(), !perLine.isEmpty());
@@ -225,7 +218,7 @@ private slots:
     {
         QFETCH(QString, name);
         QFETCH(qint64, duration);
-        const QByteArray bytes = fixture(name.toLatin1().constData());
+        const QByteArray bytes = fixtureBytes(name.toLatin1().constData());
         const QList<float> lines = lineValues(bytes, duration);
         QVERIFY(!lines.isEmpty());
         for (qsizetype k = 0; k <= bytes.size(); ++k) {
@@ -239,7 +232,7 @@ private slots:
 
     void byteByByte()
     {
-        const QByteArray bytes = fixture("ffmpeg-transcode-mp3-10min-to-wav.txt");
+        const QByteArray bytes = fixtureBytes("ffmpeg-transcode-mp3-10min-to-wav.txt");
         QList<QByteArray> pieces;
         for (char c : bytes)
             pieces << QByteArray(1, c);
@@ -249,7 +242,7 @@ private slots:
 
     void randomThreeWaySplits()
     {
-        const QByteArray bytes = fixture("ffmpeg-transcode-mp4-to-pal-dvd.txt");
+        const QByteArray bytes = fixtureBytes("ffmpeg-transcode-mp4-to-pal-dvd.txt");
         const QList<float> lines = lineValues(bytes, 60);
         QRandomGenerator rng(20240611);
         for (int round = 0; round < 300; ++round) {
@@ -266,7 +259,7 @@ private slots:
     void withoutAssemblingACutReportIsLost()
     {
         // What the assembler is for: a read ending inside the last report.
-        const QByteArray bytes = fixture("ffmpeg-transcode-mp3-10min-to-wav.txt");
+        const QByteArray bytes = fixtureBytes("ffmpeg-transcode-mp3-10min-to-wav.txt");
         const qsizetype cut = bytes.lastIndexOf("time=00:10:0") + int(strlen("time=00:10:0"));
         const auto first = transcoderPercent(QString::fromUtf8(bytes.left(cut)), 600);
         const auto second = transcoderPercent(QString::fromUtf8(bytes.mid(cut)), 600);
@@ -367,7 +360,7 @@ private slots:
 
     void recorderFixtureLineByLine()
     {
-        const QString text = QString::fromUtf8(fixture("synthetic-hdiutil-burn-verbose-progress.txt"));
+        const QString text = QString::fromUtf8(fixtureBytes("synthetic-hdiutil-burn-verbose-progress.txt"));
         QList<double> got;
         QStringList logged;
         const QStringList lines = text.split(QLatin1Char('\n'));
@@ -393,7 +386,7 @@ private slots:
 
     void xorrisoNative()
     {
-        const QByteArray bytes = fixture("xorriso-commit-stdio-50mb-throttled-speed4d.txt");
+        const QByteArray bytes = fixtureBytes("xorriso-commit-stdio-50mb-throttled-speed4d.txt");
         QList<double> perLine;
         for (const QString &line : QString::fromUtf8(bytes).split(QLatin1Char('\n')))
             if (const auto v = linuxRecorderPercent(line))
@@ -406,9 +399,9 @@ private slots:
 
     void xorrisoAsCdrecordAndCdrskin()
     {
-        QCOMPARE(*linuxRecorderPercent(QString::fromUtf8(fixture("xorriso-as-cdrecord-v-stdio-50mb-throttled.txt"))),
+        QCOMPARE(*linuxRecorderPercent(QString::fromUtf8(fixtureBytes("xorriso-as-cdrecord-v-stdio-50mb-throttled.txt"))),
                  48.0 * 100.0 / 50.0);
-        const QByteArray cdrskin = fixture("cdrskin-v-stdio-50mb-throttled-speed4-sync1m.stdout.txt");
+        const QByteArray cdrskin = fixtureBytes("cdrskin-v-stdio-50mb-throttled-speed4-sync1m.stdout.txt");
         QCOMPARE(*linuxRecorderPercent(QString::fromUtf8(cdrskin)), 100.0);
         // Fed in pieces, '\r' separated: rising figures only.
         ChunkAssembler a;
@@ -424,7 +417,7 @@ private slots:
 
     void xorrisoAsMkisofs()
     {
-        QCOMPARE(*linuxRecorderPercent(QString::fromUtf8(fixture("xorriso-as-mkisofs-JR-50mb-throttled.txt"))), 97.30);
+        QCOMPARE(*linuxRecorderPercent(QString::fromUtf8(fixtureBytes("xorriso-as-mkisofs-JR-50mb-throttled.txt"))), 97.30);
         QCOMPARE(*linuxRecorderPercent(QStringLiteral("xorriso : UPDATE :  23.83% done, estimate finish")), 23.83);
     }
 
@@ -472,7 +465,7 @@ private slots:
 
     void linuxCutAtEveryPositionEndsAtTheWholeValue()
     {
-        const QByteArray bytes = fixture("cdrskin-v-stdio-50mb-throttled-speed4-sync1m.stdout.txt");
+        const QByteArray bytes = fixtureBytes("cdrskin-v-stdio-50mb-throttled-speed4-sync1m.stdout.txt");
         const auto whole = linuxRecorderPercent(ChunkAssembler().take(bytes));
         QVERIFY(whole.has_value());
         for (qsizetype k = 0; k <= bytes.size(); ++k) {

@@ -6,27 +6,12 @@
 #include <QTemporaryDir>
 
 #include "drives/DriveQuery.h"
+#include "support/Files.h"
 #include "support/TestMain.h"
 #include "toolrun/ProgressParsers.h"
 #include "toolrun/RunLog.h"
 #include "toolrun/ToolMessages.h"
 #include "toolrun/ToolRun.h"
-
-static QString fake(const char *name)
-{
-    return QStringLiteral(TAMBLO_FAKES_DIR "/") + QLatin1String(name);
-}
-
-static QString fixture(const char *name)
-{
-    return QStringLiteral(TAMBLO_FIXTURES_DIR "/") + QLatin1String(name);
-}
-
-static QString readFixture(const char *name)
-{
-    QFile f(fixture(name));
-    return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
-}
 
 static ToolCommand sh(const QString &script)
 {
@@ -113,7 +98,7 @@ private slots:
         for (double v : r.progress)
             QVERIFY2(reports.contains(v), qPrintable(QString::number(v)));
         QCOMPARE(r.progress.last(), 100.0);
-        QCOMPARE(r.verdict.output, readFixture("ffmpeg-transcode-mp3-10min-to-wav.txt"));
+        QCOMPARE(r.verdict.output, fixtureText("ffmpeg-transcode-mp3-10min-to-wav.txt"));
     }
 
     void standardOutputIsNotTheProgressChannel()
@@ -147,10 +132,7 @@ private slots:
         // An existing output and no terminal: ffmpeg gives up at once, exit 1.
         QTemporaryDir dir;
         const QString out = dir.filePath("o.wav");
-        QFile f(out);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("old");
-        f.close();
+        QVERIFY(writeFile(out, "old"));
         const Ran r = runToVerdict({m_ffmpeg, {"-f", "lavfi", "-i", "sine=duration=1", out}}, {});
         QCOMPARE(r.verdict.outcome, ToolVerdict::Outcome::Failed);
         QCOMPARE(r.verdict.exitCode, 1);
@@ -288,7 +270,7 @@ private slots:
         ToolVerdict v;
         v.command.program = "/usr/bin/xorriso";
         v.exitCode = 32;
-        v.output = readFixture("xorriso-toc-dvdplusr-damaged-toc-failure-excerpt.txt");
+        v.output = fixtureText("xorriso-toc-dvdplusr-damaged-toc-failure-excerpt.txt");
         ToolVerdicts::judge(v);
         QCOMPARE(v.outcome, ToolVerdict::Outcome::Failed);
         QCOMPARE(v.errorLines, QStringList{"xorriso : SORRY : Cannot obtain Table Of Content"});
@@ -312,7 +294,7 @@ private slots:
         ToolVerdict v;
         v.command.program = "cdrskin";
         v.exitCode = 1;
-        v.output = readFixture("cdrskin-audio-stdio-refused.txt");
+        v.output = fixtureText("cdrskin-audio-stdio-refused.txt");
         ToolVerdicts::judge(v);
         QCOMPARE(v.outcome, ToolVerdict::Outcome::Failed);
         QCOMPARE(v.errorLines, (QStringList{"cdrskin: SORRY : Drive offers no suitable write mode with this job",
@@ -325,14 +307,14 @@ private slots:
         ToolVerdict v;
         v.command.program = "/usr/bin/hdiutil";
         v.exitCode = 0;
-        v.output = readFixture("hdiutil-burn-verbose-failure-2005.txt");
+        v.output = fixtureText("hdiutil-burn-verbose-failure-2005.txt");
         ToolVerdicts::judge(v);
         QCOMPARE(v.outcome, ToolVerdict::Outcome::Failed);
         QVERIFY2(v.errorLines.last().startsWith("*** malloc"), qPrintable(v.errorLines.join('\n')));
         // A successful burn is a success.
         ToolVerdict ok;
         ok.command.program = "/usr/bin/hdiutil";
-        ok.output = readFixture("hdiutil-burn-iso-success-2023.txt");
+        ok.output = fixtureText("hdiutil-burn-iso-success-2023.txt");
         ToolVerdicts::judge(ok);
         QCOMPARE(ok.outcome, ToolVerdict::Outcome::Succeeded);
     }
@@ -342,7 +324,7 @@ private slots:
         ToolVerdict v;
         v.command.program = "ffmpeg";
         v.exitCode = 1;
-        v.output = readFixture("ffmpeg-transcode-output-exists-no-stdin.txt");
+        v.output = fixtureText("ffmpeg-transcode-output-exists-no-stdin.txt");
         ToolVerdicts::judge(v);
         QVERIFY(v.errorLines.join('\n').contains("Not overwriting - exiting"));
     }

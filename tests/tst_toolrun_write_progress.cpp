@@ -5,20 +5,13 @@
 #include <cmath>
 
 #include "images/ImageProgress.h"
+#include "support/Files.h"
 #include "support/TestMain.h"
 #include "toolrun/ChunkAssembler.h"
 #include "toolrun/WriteProgress.h"
 #include "toolrun/WriteReadout.h"
 
 using namespace WriteProgress;
-
-static QByteArray fixture(const QString &name)
-{
-    QFile f(QStringLiteral(TAMBLO_FIXTURES_DIR "/") + name);
-    if (!f.open(QIODevice::ReadOnly))
-        qFatal("missing fixture %s", qPrintable(name));
-    return f.readAll();
-}
 
 // The reports of a whole output, read at once.
 static QList<WriteReport> wholeReports(const QByteArray &bytes)
@@ -201,23 +194,23 @@ private slots:
 
     void xorrisoCommitThrottled()
     {
-        const QList<WriteReport> r = wholeReports(fixture("xorriso-commit-stdio-50mb-throttled-speed4d.txt"));
+        const QList<WriteReport> r = wholeReports(fixtureBytes("xorriso-commit-stdio-50mb-throttled-speed4d.txt"));
         QCOMPARE(percents(r), (QList<double>{31.8, 31.8, 31.8, 31.8, 63.5, 63.5, 63.5, 95.3, 95.3, 95.3, 100.0}));
         QCOMPARE(written(r), (QList<double>{16, 16, 16, 16, 32, 32, 32, 48, 48, 48}));
         QVERIFY(!r.first().speed);
         QCOMPARE(*r.at(1).speed, 0.0);
         QCOMPARE(*r.at(4).speed, 12.1);
         QCOMPARE(r.last(), report(100.0));
-        const QList<WriteReport> synced = wholeReports(fixture("xorriso-commit-stdio-50mb-throttled-speed4d-sync1m.txt"));
+        const QList<WriteReport> synced = wholeReports(fixtureBytes("xorriso-commit-stdio-50mb-throttled-speed4d-sync1m.txt"));
         QVERIFY(synced.size() > 5);
         QCOMPARE(*synced.last().percent, 100.0);
         // An unthrottled write into a file is over before the first look.
-        QCOMPARE(percents(wholeReports(fixture("xorriso-commit-stdio-50mb.txt"))), QList<double>{100.0});
+        QCOMPARE(percents(wholeReports(fixtureBytes("xorriso-commit-stdio-50mb.txt"))), QList<double>{100.0});
     }
 
     void xorrisoAsCdrecordThrottled()
     {
-        const QList<WriteReport> r = wholeReports(fixture("xorriso-as-cdrecord-v-stdio-50mb-throttled.txt"));
+        const QList<WriteReport> r = wholeReports(fixtureBytes("xorriso-as-cdrecord-v-stdio-50mb-throttled.txt"));
         QCOMPARE(written(r), (QList<double>{0, 5, 11, 16, 21, 27, 32, 37, 42, 48}));
         QCOMPARE(r.at(0), report(0.0, 0.0, 50.0));
         QCOMPARE(r.at(1), report(10.0, 5.0, 50.0, 4.2));
@@ -228,25 +221,25 @@ private slots:
 
     void cdrskinOutputs()
     {
-        const QList<WriteReport> r = wholeReports(fixture("cdrskin-v-stdio-50mb-throttled-speed4-sync1m.stdout.txt"));
+        const QList<WriteReport> r = wholeReports(fixtureBytes("cdrskin-v-stdio-50mb-throttled-speed4-sync1m.stdout.txt"));
         QCOMPARE(r.size(), 51);
         QCOMPARE(r.first(), runTotal(50.0));
         QCOMPARE(r.at(1), report(2.0, 1.0, 50.0, 36.3, 1));
         QCOMPARE(r.at(2), report(4.0, 2.0, 50.0, 4.2, 1));
         QCOMPARE(r.last(), report(100.0, 50.0, 50.0, 4.2, 1));
         // Both channels in one pipe (another run of the same burn): the same MB figures.
-        const QList<WriteReport> merged = wholeReports(fixture("cdrskin-v-stdio-50mb-throttled-speed4-sync1m.txt"));
+        const QList<WriteReport> merged = wholeReports(fixtureBytes("cdrskin-v-stdio-50mb-throttled-speed4-sync1m.txt"));
         QCOMPARE(merged.size(), r.size());
         QCOMPARE(written(merged), written(r));
-        QCOMPARE(written(wholeReports(fixture("cdrskin-v-stdio-50mb.stdout.txt"))),
+        QCOMPARE(written(wholeReports(fixtureBytes("cdrskin-v-stdio-50mb.stdout.txt"))),
                  (QList<double>{5, 9, 15, 18, 23, 29, 32, 38, 43, 48}));
-        const QList<WriteReport> bd = wholeReports(fixture("cdrskin-v-burn-bdr-terminal-copy-1.5.6.txt"));
+        const QList<WriteReport> bd = wholeReports(fixtureBytes("cdrskin-v-burn-bdr-terminal-copy-1.5.6.txt"));
         QCOMPARE(bd, (QList<WriteReport>{runTotal(22514), report(100.0, 22514, 22514, 0.1, 1)}));
     }
 
     void mkisofsOutputs()
     {
-        const QList<WriteReport> r = wholeReports(fixture("xorriso-as-mkisofs-JR-50mb-throttled.txt"));
+        const QList<WriteReport> r = wholeReports(fixtureBytes("xorriso-as-mkisofs-JR-50mb-throttled.txt"));
         QCOMPARE(percents(r),
                  (QList<double>{1.99, 11.91, 23.83, 33.76, 43.69, 53.61, 65.53, 75.46, 85.39, 97.30, 100.0}));
         int estimates = 0;
@@ -254,7 +247,7 @@ private slots:
             estimates += one.finishAt ? 1 : 0;
         QCOMPARE(estimates, 7);
         QCOMPARE(*r.at(2).finishAt, QDateTime(QDate(2026, 11, 22), QTime(14, 48, 11)));
-        QCOMPARE(wholeReports(fixture("xorriso-as-mkisofs-JR-4gb-unthrottled.txt")).size(), 20);
+        QCOMPARE(wholeReports(fixtureBytes("xorriso-as-mkisofs-JR-4gb-unthrottled.txt")).size(), 20);
     }
 
     void blankingReportsNothing()
@@ -263,20 +256,20 @@ private slots:
                                  "xorriso-blank-as_needed-stdio-written.txt",
                                  "xorriso-blank-as_needed-stdio-nonISO-closed.txt",
                                  "xorriso-blank-fast-stdio-already-blank.txt"})
-            QVERIFY2(wholeReports(fixture(QLatin1String(name))).isEmpty(), name);
+            QVERIFY2(wholeReports(fixtureBytes(QLatin1String(name))).isEmpty(), name);
     }
 
     void hdiutilOutputs()
     {
-        const QList<WriteReport> r = wholeReports(fixture("synthetic-hdiutil-burn-verbose-progress.txt"));
+        const QList<WriteReport> r = wholeReports(fixtureBytes("synthetic-hdiutil-burn-verbose-progress.txt"));
         QCOMPARE(percents(r), (QList<double>{0, 5, 12.35, 50, 99.99, 100, 25, 100}));  // "-1" is none
         for (const char *name : {"hdiutil-burn-dmg-success-2013.txt", "hdiutil-burn-iso-success-2023.txt",
                                  "hdiutil-burn-iso-success-german-locale-2012.txt",
                                  "hdiutil-burn-verbose-failure-2005.txt"})
-            QVERIFY2(wholeReports(fixture(QLatin1String(name))).isEmpty(), name);
+            QVERIFY2(wholeReports(fixtureBytes(QLatin1String(name))).isEmpty(), name);
         // The image burn's kind reads the same lines.
         QCOMPARE(ImageProgress::reports(ImageProgress::Kind::DiscRecordingPercent,
-                                        QString::fromUtf8(fixture("synthetic-hdiutil-burn-verbose-progress.txt"))),
+                                        QString::fromUtf8(fixtureBytes("synthetic-hdiutil-burn-verbose-progress.txt"))),
                  r);
     }
 
@@ -297,7 +290,7 @@ private slots:
     void cutAtEveryPositionGivesTheSameReports()
     {
         QFETCH(QString, name);
-        const QByteArray bytes = fixture(name);
+        const QByteArray bytes = fixtureBytes(name);
         const QList<WriteReport> whole = wholeReports(bytes);
         for (qsizetype at = 0; at <= bytes.size(); ++at) {
             const QList<WriteReport> cut = cutReports(bytes, at);
@@ -310,7 +303,7 @@ private slots:
     {
         // The single-bar value of a chunk and the Linux recorders' reading
         // come from the same parsers.
-        const QString cdrecord = QString::fromUtf8(fixture("xorriso-as-cdrecord-v-stdio-50mb-throttled.txt"));
+        const QString cdrecord = QString::fromUtf8(fixtureBytes("xorriso-as-cdrecord-v-stdio-50mb-throttled.txt"));
         QCOMPARE(*ImageProgress::parse(ImageProgress::Kind::XorrisoRecordPercent, cdrecord), 100.0);
         QCOMPARE(*ProgressParsers::linuxRecorderPercent(cdrecord), 96.0);
         QCOMPARE(ImageProgress::reports(ImageProgress::Kind::XorrisoRecordPercent, cdrecord), parseReports(cdrecord));
@@ -421,7 +414,7 @@ private slots:
     {
         WriteReadout r;
         const QDateTime now(QDate(2026, 1, 1), QTime(12, 0));
-        const QList<WriteReport> native = wholeReports(fixture("xorriso-commit-stdio-50mb-throttled-speed4d.txt"));
+        const QList<WriteReport> native = wholeReports(fixtureBytes("xorriso-commit-stdio-50mb-throttled-speed4d.txt"));
         r.add(native.at(0), 0, now);
         QCOMPARE(r.texts().amount, QStringLiteral("16 MB of 50 MB written"));
         QCOMPARE(r.texts().speed, QString());  // the first report has no speed, and no rate is known
@@ -455,7 +448,7 @@ private slots:
     void theToolsOwnEstimateComesFirst()
     {
         WriteReadout r;
-        const QList<WriteReport> m = wholeReports(fixture("xorriso-as-mkisofs-JR-50mb-throttled.txt"));
+        const QList<WriteReport> m = wholeReports(fixtureBytes("xorriso-as-mkisofs-JR-50mb-throttled.txt"));
         const QDateTime now(QDate(2026, 11, 22), QTime(14, 48, 0));
         r.add(m.at(0), 0, now);
         QCOMPARE(r.texts().timeLeft, QStringLiteral("Estimating the time left…"));

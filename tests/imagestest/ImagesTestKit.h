@@ -23,6 +23,7 @@
 #include "drives/DriveBackend.h"
 #include "images/SheetFlow.h"
 #include "toolrun/ToolRun.h"
+#include "support/Files.h"
 
 namespace ImagesTestKit {
 
@@ -200,69 +201,6 @@ private:
 };
 
 
-inline void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile f(path);
-    QVERIFY2(f.open(QIODevice::WriteOnly), qPrintable(path));
-    QCOMPARE(f.write(bytes), qint64(bytes.size()));
-}
-
-inline QByteArray pseudoRandom(int size, quint32 salt)
-{
-    QByteArray b(size, Qt::Uninitialized);
-    quint32 x = salt * 2654435761u + 1;
-    for (int i = 0; i < size; ++i) {
-        x ^= x << 13;
-        x ^= x >> 17;
-        x ^= x << 5;
-        b[i] = char(x & 0xff);
-    }
-    return b;
-}
-
-// Every entry below `root`: relative path -> "dir", "link:<target>" or
-// "file:<sha1>".
-inline QMap<QString, QString> tree(const QString &root)
-{
-    QMap<QString, QString> out;
-    QDirIterator it(root, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                    QDirIterator::Subdirectories);
-    const QDir base(root);
-    while (it.hasNext()) {
-        const QString path = it.next();
-        const QFileInfo fi(path);
-        const QString rel = base.relativeFilePath(path);
-        if (fi.isSymLink()) {
-            QByteArray target(4096, '\0');
-            const auto len = ::readlink(QFile::encodeName(path).constData(), target.data(), size_t(target.size()));
-            out.insert(rel, QStringLiteral("link:") + QFile::decodeName(target.left(len < 0 ? 0 : int(len))));
-        } else if (fi.isDir()) {
-            out.insert(rel, QStringLiteral("dir"));
-        } else {
-            QFile f(path);
-            QByteArray hash = "unreadable";
-            if (f.open(QIODevice::ReadOnly)) {
-                QCryptographicHash h(QCryptographicHash::Sha1);
-                h.addData(&f);
-                hash = h.result().toHex();
-            }
-            out.insert(rel, QStringLiteral("file:") + QString::fromLatin1(hash));
-        }
-    }
-    return out;
-}
-
-// The same tree with every path put under `prefix`.
-inline QMap<QString, QString> under(const QString &prefix, const QMap<QString, QString> &t)
-{
-    QMap<QString, QString> out;
-    out.insert(prefix, QStringLiteral("dir"));
-    for (auto it = t.begin(); it != t.end(); ++it)
-        out.insert(prefix + QLatin1Char('/') + it.key(), it.value());
-    return out;
-}
-
 inline QString xorrisoPath()
 {
     return QStandardPaths::findExecutable(QStringLiteral("xorriso"));
@@ -316,27 +254,6 @@ inline bool jolietHolds(const QString &image, const QString &name)
         ucs2.append(char(c.unicode() & 0xff));
     }
     return f.readAll().contains(ucs2);
-}
-
-inline QString fake(const char *name)
-{
-    return QStringLiteral(TAMBLO_FAKES_DIR "/") + QString::fromLatin1(name);
-}
-
-inline QString fixture(const char *name)
-{
-    return QStringLiteral(TAMBLO_FIXTURES_DIR "/") + QString::fromLatin1(name);
-}
-
-inline QStringList readLines(const QString &path)
-{
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return {};
-    QStringList out = QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'));
-    while (!out.isEmpty() && out.last().isEmpty())
-        out.removeLast();
-    return out;
 }
 
 // While it lives, every file this process and its children write may hold
