@@ -5,7 +5,6 @@
 #include <QTemporaryDir>
 #include <cmath>
 
-#include "support/MediumAnswers.h"
 #include "burn/BurnSheets.h"
 #include "toolrun/ToolMessages.h"
 #include "toolrun/ToolRun.h"
@@ -13,6 +12,7 @@
 #include "burn/Recorder.h"
 #include "burn/MediaBurn.h"
 #include "support/FakeAlerts.h"
+#include "support/FakeDriveBackend.h"
 #include "support/Files.h"
 #include "support/TestMain.h"
 #include "support/WorkingSheet.h"
@@ -175,34 +175,6 @@ private:
     QString m_fixture;
 };
 
-struct Medium {
-    bool empty = false;
-    bool oneTime = true;
-    QString family = QStringLiteral("CD");
-    QStringList asked;
-    MediumProbe probe()
-    {
-        MediumProbe p;
-        p.IsDriveEmpty = [this](std::function<void(bool)> d) {
-            asked << QStringLiteral("empty");
-            d(empty);
-        };
-        p.IsMediaOneTimeWritable = [this](std::function<void(bool)> d) {
-            asked << QStringLiteral("writable");
-            d(oneTime);
-        };
-        p.IsMediaReWritable = [this](std::function<void(bool)> d) {
-            asked << QStringLiteral("rewritable");
-            d(false);
-        };
-        p.TypeOfMediaInTheDrive = [this](std::function<void(QString)> d) {
-            asked << QStringLiteral("family");
-            d(family);
-        };
-        return p;
-    }
-};
-
 static NodeMediaFile media(const QString &path, qint64 seconds)
 {
     NodeMediaFile f;
@@ -253,8 +225,8 @@ private:
         WindowSheets sheets;
         sheets.main.show();
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy completed(&burn, &MediaBurn::completed);
         burn.Burn_Audio_MP3_CD({media(m_media.filePath("b song.mp3"), 2)}, m_ctx);
         if (!completed.wait(60000) || !sheets.windowOperationCompleted)
@@ -298,8 +270,8 @@ private slots:
         DrutilRecorder recorder(fake("burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy completed(&burn, &MediaBurn::completed);
         QSignalSpy recording(&burn, &MediaBurn::recordingStarted);
         qint64 recordingAt = -1;
@@ -312,7 +284,7 @@ private slots:
         QVERIFY(!burn.isBusy());
 
         QVERIFY(alerts.shown.isEmpty());
-        QCOMPARE(medium.asked, (QStringList{"empty", "writable", "family"}));
+        QCOMPARE(drive.calls, (QStringList{"IsDriveEmpty", "IsMediaOneTimeWritable", "TypeOfMediaInTheDrive"}));
         // The two files transcode side by side: the lower bar counts them as
         // they end; the upper bar shows the first until it ends, then the
         // second if that one is still going.
@@ -350,9 +322,8 @@ private slots:
         DrutilRecorder recorder(fake("burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
-        Medium medium;
-        medium.family = family;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(family));
+        MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy completed(&burn, &MediaBurn::completed);
         if (BurnOperation(op) == BurnOperation::MP3CD)
             burn.Burn_Audio_MP3_CD(audioList(), m_ctx);
@@ -383,9 +354,8 @@ private slots:
         DrutilRecorder recorder(fake("burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
-        Medium medium;
-        medium.family = family;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(family));
+        MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy completed(&burn, &MediaBurn::completed);
         MediaBurnContext ctx = m_ctx;
         ctx.s_Video_Output_Format = QStringLiteral("1");
@@ -449,10 +419,8 @@ private slots:
         DrutilRecorder recorder(fake("burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
-        Medium medium;
-        medium.empty = noDisc;
-        medium.family = family;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(noDisc ? FakeDriveBackend::noDisc() : FakeDriveBackend::blank(family));
+        MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy refused(&burn, &MediaBurn::refused);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         MediaBurnContext ctx = m_ctx;
@@ -464,7 +432,7 @@ private slots:
         QVERIFY(!burn.isBusy());
         QCOMPARE(alerts.texts(), texts);
         if (emptyList)
-            QVERIFY(medium.asked.isEmpty());
+            QVERIFY(drive.calls.isEmpty());
         QTest::qWait(300);
         QVERIFY(sheets.events.isEmpty());
         QCOMPARE(completed.count(), 0);
@@ -475,10 +443,8 @@ private slots:
 
         // Out of debug mode the second alert is not shown.
         FakeAlerts quiet;
-        Medium again;
-        again.empty = noDisc;
-        again.family = family;
-        MediaBurn burn2(recorder, sheets, quiet, asCheck(again.probe()));
+        FakeDriveBackend again(noDisc ? FakeDriveBackend::noDisc() : FakeDriveBackend::blank(family));
+        MediaBurn burn2(recorder, sheets, quiet, again.check());
         burn2.burn(BurnOperation(op), list, m_ctx);
         QCOMPARE(quiet.texts(), texts.mid(0, 1));
     }
@@ -490,8 +456,8 @@ private slots:
         qputenv("TAMBLO_FAKE_BURN_SAY", "Burn failed: Medium write error (0x80020022).");
         RecordingSheets sheets;
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy completed(&burn, &MediaBurn::completed);
         QSignalSpy failed(&burn, &MediaBurn::failed);
         burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
@@ -513,8 +479,8 @@ private slots:
         DrutilRecorder recorder(QStringLiteral("/nonexistent/drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy failed(&burn, &MediaBurn::failed);
         burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
         QVERIFY(failed.wait(30000));
@@ -531,8 +497,8 @@ private slots:
         DrutilRecorder recorder(fake("burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy failed(&burn, &MediaBurn::failed);
         QSignalSpy started(&burn, &MediaBurn::recordingStarted);
         const QString missing = m_media.filePath("missing.mp3");
@@ -558,15 +524,15 @@ private slots:
         DrutilRecorder recorder(fake("burn-drutil"));
         RecordingSheets sheets;
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy completed(&burn, &MediaBurn::completed);
         burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
         burn.Burn_Video_DVD({media(m_media.filePath("clip.mov"), 1)}, m_ctx);
         QVERIFY(completed.wait(30000));
         QTest::qWait(300);
         QCOMPARE(completed.count(), 1);
-        QCOMPARE(medium.asked.count(QStringLiteral("empty")), 1);
+        QCOMPARE(drive.calls.count(QStringLiteral("IsDriveEmpty")), 1);
         QCOMPARE(sheets.events.count(QStringLiteral("begin")), 1);
         QCOMPARE(logLines().size(), 2);
     }
@@ -608,8 +574,8 @@ private slots:
         WindowSheets sheets;
         sheets.main.show();
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy completed(&burn, &MediaBurn::completed);
         bool progressShownDuringTranscode = false;
         connect(&burn, &MediaBurn::transcodesFinished, this, [&] {});

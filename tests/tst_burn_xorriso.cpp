@@ -6,7 +6,6 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
-#include "support/MediumAnswers.h"
 #include "toolrun/ToolMessages.h"
 #include "burn/BurnSheets.h"
 #include "burn/MediaBurn.h"
@@ -14,20 +13,11 @@
 #include "imagestest/ImagesTestKit.h"
 #include "support/BurnSheetEvents.h"
 #include "support/FakeAlerts.h"
+#include "support/FakeDriveBackend.h"
 #include "support/Files.h"
 #include "support/TestMain.h"
 
 using QuietSheets = BurnSheetEvents;
-
-static MediumProbe blankDisc(const QString &family)
-{
-    MediumProbe p;
-    p.IsDriveEmpty = [](std::function<void(bool)> d) { d(false); };
-    p.IsMediaOneTimeWritable = [](std::function<void(bool)> d) { d(true); };
-    p.IsMediaReWritable = [](std::function<void(bool)> d) { d(false); };
-    p.TypeOfMediaInTheDrive = [family](std::function<void(QString)> d) { d(family); };
-    return p;
-}
 
 static NodeMediaFile media(const QString &path, qint64 seconds)
 {
@@ -131,7 +121,7 @@ private slots:
         XorrisoRecorder recorder(m_xorriso, m_cdrskin);
         QuietSheets sheets;
         FakeAlerts alerts;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc("CD")));
+        MediaBurn burn(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("CD")));
         QSignalSpy started(&burn, &MediaBurn::recordingStarted);
         burnAndWait(burn, BurnOperation::MP3CD,
                     {media(m_media.filePath("zulu.mp3"), 2), media(m_media.filePath("alpha song.flac"), 1)}, ctx);
@@ -173,7 +163,7 @@ private slots:
             ctx.currentDrive.s_Device_Path = "stdio:" + image;
             QuietSheets sheets;
             FakeAlerts alerts;
-            MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc(c.family)));
+            MediaBurn burn(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(c.family)));
             QSignalSpy started(&burn, &MediaBurn::recordingStarted);
             burnAndWait(burn, c.op, {media(c.source, 1)}, ctx);
             QCOMPARE(started.size(), 1);
@@ -201,7 +191,7 @@ private slots:
         XorrisoRecorder recorder(m_xorriso, m_cdrskin);
         QuietSheets sheets;
         FakeAlerts alerts;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc("DVD")));
+        MediaBurn burn(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("DVD")));
         burnAndWait(burn, BurnOperation::VideoDVD, {media(m_media.filePath("clip.mov"), 1)}, ctx);
         QCOMPARE(filesOn(image), QStringList{"'/clip.mpg'"});
         const QJsonObject v = firstStream(extract(image, "/clip.mpg", "back.mpg"), "video");
@@ -214,7 +204,7 @@ private slots:
 
         // The same disc, now written and appendable: an MP3 DVD adds a session
         // and nothing of the first one is lost.
-        MediaBurn second(recorder, sheets, alerts, asCheck(blankDisc("DVD")));
+        MediaBurn second(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("DVD")));
         burnAndWait(second, BurnOperation::MP3DVD, {media(m_media.filePath("zulu.mp3"), 2)}, ctx);
         QCOMPARE(filesOn(image), (QStringList{"'/clip.mpg'", "'/zulu.mp3'"}));
         const QString toc = run(m_xorriso, {"-indev", "stdio:" + image, "-toc"});
@@ -234,7 +224,7 @@ private slots:
             XorrisoRecorder recorder(m_xorriso, fake("burn-args-logger"));
             QuietSheets sheets;
             FakeAlerts alerts;
-            MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc("CD")));
+            MediaBurn burn(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("CD")));
             // zulu before alpha: the list's order, not the folder's.
             burnAndWait(burn, BurnOperation::AudioCD,
                         {media(m_media.filePath("zulu.mp3"), 2), media(m_media.filePath("alpha song.flac"), 1),
@@ -265,7 +255,7 @@ private slots:
         XorrisoRecorder recorder(m_xorriso, m_cdrskin);
         QuietSheets sheets;
         FakeAlerts alerts;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc("CD")));
+        MediaBurn burn(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("CD")));
         QSignalSpy failed(&burn, &MediaBurn::failed);
         burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("alpha song.flac"), 1)}, ctx);
         QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, 60000);

@@ -28,8 +28,8 @@
 #include "imagestest/ImagesTestKit.h"
 #include "support/BurnSheetEvents.h"
 #include "support/FakeAlerts.h"
+#include "support/FakeDriveBackend.h"
 #include "support/FakeFilePicker.h"
-#include "support/MediumAnswers.h"
 #include "support/TestMain.h"
 
 using namespace ImagesTestKit;
@@ -40,16 +40,6 @@ const QString Verified = QStringLiteral("The disc was written and verified.");
 const QString Differences = QStringLiteral("The disc was written, but verifying it found differences.");
 
 using Sheets = BurnSheetEvents;
-
-MediumProbe blankDisc(const QString &family)
-{
-    MediumProbe p;
-    p.IsDriveEmpty = [](std::function<void(bool)> d) { d(false); };
-    p.IsMediaOneTimeWritable = [](std::function<void(bool)> d) { d(true); };
-    p.IsMediaReWritable = [](std::function<void(bool)> d) { d(false); };
-    p.TypeOfMediaInTheDrive = [family](std::function<void(QString)> d) { d(family); };
-    return p;
-}
 
 NodeMediaFile media(const QString &path, qint64 seconds)
 {
@@ -105,7 +95,7 @@ private:
 // The flows' context on a pseudo-drive file, verifying or not.
 struct Rig {
     QTemporaryDir tmp;
-    FakeDrive drive;
+    FakeDriveBackend drive;
     FakeAlerts alerts;
     FakeFilePicker picker;
     Object_Optical_Drive current;
@@ -120,7 +110,7 @@ struct Rig {
         current.s_Drive_Number = QStringLiteral("1");
         current.s_Device_Path = QStringLiteral("stdio:") + disc;
         media = std::make_unique<MediaQuestions>(drive, alerts, [] { return false; }, [this] { return current; });
-        drive.medium = FakeDrive::blank(QStringLiteral("DVD"));
+        drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         ctx.tools.backend = backend;
         ctx.tools.xorriso = fake("xorriso-damaging");
         ctx.tools.drutil = fake("burn-drutil");
@@ -486,7 +476,7 @@ private slots:
         Rig rig(ToolPaths::Backend::Linux);
         const QString volume = rig.tmp.path() + "/Volumes/MY DISC";
         writeFile(volume + "/data/blob.bin", bytes(200000, 9));
-        rig.drive.medium = FakeDrive::finished(QStringLiteral("CD"));
+        rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));
         int copies = 0;
         QList<bool> readBackBeforeEject;
         bool verifiedSinceLastEject = false;
@@ -496,7 +486,7 @@ private slots:
                 QFile::rename(rig.disc, rig.tmp.path() + QStringLiteral("/copy%1.bin").arg(++copies));
             }
             verifiedSinceLastEject = false;
-            rig.drive.medium = FakeDrive::blank(QStringLiteral("CD"));
+            rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
         };
         rig.picker.answers.enqueue({volume});
         AlertAnswer count;
@@ -522,8 +512,8 @@ private slots:
         env.set("TAMBLO_DAMAGE_OFFSET", QStringLiteral("100000"));
         const QString volume = rig.tmp.path() + "/Volumes/MY DISC";
         writeFile(volume + "/data/blob.bin", bytes(200000, 9));
-        rig.drive.medium = FakeDrive::finished(QStringLiteral("CD"));
-        rig.ctx.ejectDisc = [&] { rig.drive.medium = FakeDrive::blank(QStringLiteral("CD")); };
+        rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));
+        rig.ctx.ejectDisc = [&] { rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD")); };
         rig.picker.answers.enqueue({volume});
         AlertAnswer count;
         count.button = 0;
@@ -556,7 +546,7 @@ private slots:
             XorrisoRecorder recorder(fake("xorriso-damaging"), QStringLiteral("cdrskin"));
             Sheets sheets;
             FakeAlerts alerts;
-            MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc(QStringLiteral("CD"))));
+            MediaBurn burn(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(QStringLiteral("CD"))));
             QList<ToolCommand> recordings;
             connect(&burn, &MediaBurn::recordingStarted, this, [&](const ToolCommand &c) { recordings << c; });
             burn.Burn_Audio_MP3_CD({media(m_tone, 1)}, ctx);
@@ -588,7 +578,7 @@ private slots:
         DrutilRecorder recorder(fake("burn-drutil"));
         Sheets sheets;
         FakeAlerts alerts;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc(QStringLiteral("CD"))));
+        MediaBurn burn(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(QStringLiteral("CD"))));
         LogCatcher runs;
         burn.Burn_Audio_CD({media(m_tone, 1)}, ctx);
         QVERIFY(QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000));
@@ -612,7 +602,7 @@ private slots:
         DrutilRecorder recorder(fake("burn-drutil"));
         Sheets sheets;
         FakeAlerts alerts;
-        MediaBurn burn(recorder, sheets, alerts, asCheck(blankDisc(QStringLiteral("DVD"))));
+        MediaBurn burn(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(QStringLiteral("DVD"))));
         burn.Burn_Audio_MP3_DVD({media(m_tone, 1)}, ctx);
         QVERIFY(QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000));
         QCOMPARE(readLines(burnLog).first(), "burn|" + ctx.s_Audio_Folder + "|-drive|1");

@@ -1,6 +1,5 @@
 #pragma once
-// Shared helpers of the tst_images_* tests: a drive backend that answers
-// from a settable medium, a log catcher, a recorder of the sheet signals and
+// Shared helpers of the tst_images_* tests: a log catcher, a recorder of the sheet signals and
 // folder-tree comparison.
 #include <QCryptographicHash>
 #include <QDir>
@@ -22,98 +21,10 @@
 #include "drives/DriveBackend.h"
 #include "images/SheetFlow.h"
 #include "toolrun/ToolRun.h"
+#include "support/FakeDriveBackend.h"
 #include "support/Files.h"
 
 namespace ImagesTestKit {
-
-// A drive whose medium the test sets; every status query answers from it
-// later, from the event loop, as the real backends do. The room on the
-// medium is not known unless the test says it (`freeSectors`) or lends the
-// question to a real backend (`spaceFrom`, e.g. xorriso on a pseudo-drive).
-class FakeDrive : public DriveBackend {
-public:
-    MediaAnswers medium;
-    int queries = 0;
-    int spaceQueries = 0;
-    int ejects = 0;
-    std::function<void()> onEject;
-    std::optional<qint64> freeSectors;
-    DriveBackend *spaceFrom = nullptr;
-
-    static MediaAnswers blank(const QString &family)
-    {
-        MediaAnswers a;
-        a.driveEmpty = false;
-        a.oneTimeWritable = true;
-        a.reWritable = false;
-        a.family = family;
-        return a;
-    }
-    static MediaAnswers empty()
-    {
-        MediaAnswers a;
-        a.driveEmpty = true;
-        a.oneTimeWritable = false;
-        a.reWritable = false;
-        a.family = QStringLiteral("Other");
-        return a;
-    }
-    static MediaAnswers finished(const QString &family)
-    {
-        MediaAnswers a;
-        a.driveEmpty = false;
-        a.oneTimeWritable = false;
-        a.reWritable = false;
-        a.family = family;
-        return a;
-    }
-    static MediaAnswers rewritable(const QString &family)
-    {
-        MediaAnswers a = finished(family);
-        a.reWritable = true;
-        return a;
-    }
-
-    void listDrives(ListCallback done) override
-    {
-        QTimer::singleShot(0, this, [done] { done(DriveList{}); });
-    }
-    void queryStatus(const Object_Optical_Drive &, StatusCallback done) override
-    {
-        ++queries;
-        const MediaAnswers now = medium;
-        QTimer::singleShot(0, this, [done, now] {
-            MediaStatus s;
-            s.text = QStringLiteral("status");
-            s.answers = now;
-            done(s);
-        });
-    }
-    void queryFreeSpace(const Object_Optical_Drive &drive, SpaceCallback done) override
-    {
-        ++spaceQueries;
-        if (spaceFrom) {
-            spaceFrom->queryFreeSpace(drive, std::move(done));
-            return;
-        }
-        const std::optional<qint64> now = freeSectors;
-        QTimer::singleShot(0, this, [done, now] {
-            MediaSpace s;
-            s.known = now.has_value();
-            s.freeSectors = now.value_or(0);
-            done(s);
-        });
-    }
-    void ejectTray(const Object_Optical_Drive &) override
-    {
-        ++ejects;
-        if (onEject)
-            onEject();
-    }
-    void closeTray(const Object_Optical_Drive &) override {}
-    ToolCommand eraseCommand(const Object_Optical_Drive &, bool) const override { return {}; }
-    ToolCommand discInfoCommand(const Object_Optical_Drive &) const override { return {}; }
-};
 
 // Catches every log line (any thread) while it lives, and the end of every
 // tool run: its output as lines, then "<program> ended with exit code N"
