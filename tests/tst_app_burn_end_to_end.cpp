@@ -35,7 +35,8 @@
 #include "compilation/MediaListModel.h"
 #include "images/DataBurnFlow.h"
 #include "images/ImageBurnFlow.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/DiscImages.h"
+#include "support/FileSizeLimit.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeDriveBackend.h"
 #include "support/FakeFilePicker.h"
@@ -399,7 +400,7 @@ private slots:
         // The disc: both files, renamed to .mp3, at the root.
         QVERIFY2(QFileInfo(rig.disc).size() > 0, qPrintable(rig.disc));
         QCOMPARE(filesOn(rig.disc), (QStringList{"'/tone one.mp3'", "'/tone two.mp3'"}));
-        QCOMPARE(ImagesTestKit::volumeId(rig.disc), QStringLiteral("TambloAudio"));
+        QCOMPARE(volumeId(rig.disc), QStringLiteral("TambloAudio"));
         const QString out = rig.root.filePath("readback");
         QString log;
         QVERIFY2(extractAll(rig.disc, out, &log), qPrintable(log));
@@ -611,10 +612,10 @@ private slots:
         QCOMPARE(got.keys(), expected.keys());
         QCOMPARE(got, expected);
         QVERIFY(got.contains("Photos/Ünïcødé 写真 ñ.txt"));
-        QVERIFY(ImagesTestKit::jolietHolds(rig.disc, QStringLiteral("Ünïcødé 写真 ñ.txt")));  // Windows sees it too
+        QVERIFY(jolietHolds(rig.disc, QStringLiteral("Ünïcødé 写真 ñ.txt")));  // Windows sees it too
         QVERIFY(got.contains("Photos 1/Photos/beach day.jpg"));
         QVERIFY(got.value("Photos/beach day.jpg") != got.value("Photos 1/Photos/beach day.jpg"));
-        QCOMPARE(ImagesTestKit::volumeId(rig.disc), QStringLiteral("TambloData"));
+        QCOMPARE(volumeId(rig.disc), QStringLiteral("TambloData"));
         // The sources stay where they were.
         QVERIFY(QFileInfo::exists(a + "/Ünïcødé 写真 ñ.txt"));
         QVERIFY(QFileInfo::exists(b + "/notes.txt"));
@@ -837,7 +838,7 @@ private slots:
             QString log;
             QVERIFY2(extractAll(copy, out, &log), qPrintable(log));
             QCOMPARE(tree(out), tree(volume));
-            QCOMPARE(ImagesTestKit::volumeId(copy), QStringLiteral("HOLIDAY 2024"));
+            QCOMPARE(volumeId(copy), QStringLiteral("HOLIDAY 2024"));
         }
         QCOMPARE(entries(rig.dataFolder()), QStringList());  // the image is gone after the last copy
         QVERIFY(QFileInfo::exists(volume + "/README.txt"));   // the source is untouched
@@ -1044,7 +1045,7 @@ private slots:
         QSignalSpy recordings(rig.app->mediaBurn(), &MediaBurn::recordingStarted);
         {
             // Every file a child writes may hold 600 KB: the 2 s WAV fits, the 20 s WAV does not fit.
-            ImagesTestKit::FileSizeLimit full(600 * 1024);
+            FileSizeLimit full(600 * 1024);
             burnAndWaitForTheEnd(rig);
         }
         QCOMPARE(rig.alerts.shown.size(), 1);

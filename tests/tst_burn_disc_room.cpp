@@ -23,15 +23,16 @@
 #include "images/DuplicationFlow.h"
 #include "images/ImageBurnFlow.h"
 #include "images/XorrisoImageTool.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/SheetLog.h"
+#include "support/DiscImages.h"
+#include "support/FakeDriveBackend.h"
+#include "support/Files.h"
 #include "support/BurnSheetEvents.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
 #include "support/SmallDisk.h"
 #include "support/TestMain.h"
 #include "toolrun/ToolRun.h"
-
-using namespace ImagesTestKit;
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "burn/BurnSheets.h"
 #include "burn/MediaBurn.h"
 #include "burn/XorrisoRecorder.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/DiscImages.h"
 #include "support/BurnSheetEvents.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeDriveBackend.h"
@@ -170,7 +170,7 @@ private slots:
             const QStringList args = started.first().first().value<ToolCommand>().arguments;
             QVERIFY2(args.join(' ').contains("-joliet on"), qPrintable(args.join(' ')));
             QCOMPARE(filesOn(image), QStringList{"'/" + c.discName + "'"});
-            QVERIFY2(ImagesTestKit::jolietHolds(image, c.discName), qPrintable(c.discName));
+            QVERIFY2(jolietHolds(image, c.discName), qPrintable(c.discName));
 
             // The check tells the two apart: the same name written without
             // Joliet is not found.
@@ -178,7 +178,7 @@ private slots:
             const QString control = drives.filePath("control.iso");
             run(m_xorriso, {"-outdev", "stdio:" + control, "-map", drives.filePath("plain"), "/", "-commit"});
             QVERIFY(QFileInfo(control).size() > 0);
-            QVERIFY(!ImagesTestKit::jolietHolds(control, c.discName));
+            QVERIFY(!jolietHolds(control, c.discName));
         }
     }
 

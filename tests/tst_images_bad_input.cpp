@@ -18,14 +18,17 @@
 #endif
 
 #include "drives/MediaQuestions.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/SheetLog.h"
+#include "support/LogCatcher.h"
+#include "support/DiscImages.h"
+#include "support/FileSizeLimit.h"
+#include "support/FakeDriveBackend.h"
+#include "support/Files.h"
 #include "images/DataBurnFlow.h"
 #include "images/DuplicationFlow.h"
 #include "images/ImageBurnFlow.h"
 #include "images/IsoCreationFlow.h"
 #include "images/StagingCopy.h"
-
-using namespace ImagesTestKit;
 
 namespace {
 

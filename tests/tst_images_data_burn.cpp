@@ -9,11 +9,13 @@
 #include <QTemporaryDir>
 
 #include "drives/MediaQuestions.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/SheetLog.h"
+#include "support/LogCatcher.h"
+#include "support/DiscImages.h"
+#include "support/FakeDriveBackend.h"
+#include "support/Files.h"
 #include "images/DataBurnFlow.h"
 #include "images/StagingCopy.h"
-
-using namespace ImagesTestKit;
 
 namespace {
 

@@ -8,10 +8,11 @@
 #include <QTemporaryDir>
 
 #include "drives/MediaQuestions.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/SheetLog.h"
+#include "support/DiscImages.h"
+#include "support/FakeDriveBackend.h"
+#include "support/Files.h"
 #include "images/DuplicationFlow.h"
-
-using namespace ImagesTestKit;
 
 namespace {
 

@@ -10,11 +10,12 @@
 #include <QTemporaryDir>
 
 #include "drives/MediaQuestions.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/SheetLog.h"
+#include "support/DiscImages.h"
+#include "support/FakeDriveBackend.h"
+#include "support/Files.h"
 #include "images/ImageBurnFlow.h"
 #include "images/XorrisoImageTool.h"
-
-using namespace ImagesTestKit;
 
 namespace {
 

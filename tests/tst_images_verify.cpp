@@ -25,14 +25,15 @@
 #include "images/DataBurnFlow.h"
 #include "images/DuplicationFlow.h"
 #include "images/ImageBurnFlow.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/SheetLog.h"
+#include "support/LogCatcher.h"
+#include "support/DiscImages.h"
+#include "support/Files.h"
 #include "support/BurnSheetEvents.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeDriveBackend.h"
 #include "support/FakeFilePicker.h"
 #include "support/TestMain.h"
-
-using namespace ImagesTestKit;
 
 namespace {
 
