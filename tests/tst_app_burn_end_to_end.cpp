@@ -35,8 +35,10 @@
 #include "compilation/MediaListModel.h"
 #include "images/DataBurnFlow.h"
 #include "images/ImageBurnFlow.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/DiscImages.h"
+#include "support/FileSizeLimit.h"
 #include "support/FakeAlerts.h"
+#include "support/FakeDriveBackend.h"
 #include "support/FakeFilePicker.h"
 #include "support/Files.h"
 #include "support/TestMain.h"
@@ -46,31 +48,8 @@
 #include "toolrun/ui/StatusWindows.h"
 #include <QPlainTextEdit>
 
-using ImagesTestKit::FakeDrive;
 
 namespace {
-
-// The fake drive of ImagesTestKit, listing one drive whose device is a file:
-// the Linux recorders then write their session into that file.
-class PseudoDrive : public FakeDrive {
-public:
-    explicit PseudoDrive(const QString &device) : m_device(device) {}
-    int lists = 0;
-
-    void listDrives(ListCallback done) override
-    {
-        ++lists;
-        Object_Optical_Drive d;
-        d.s_Drive_Number = QStringLiteral("1");
-        d.sManufacturer = QStringLiteral("E2E");
-        d.sModel = QStringLiteral("Pseudo drive");
-        d.s_Device_Path = m_device;
-        QTimer::singleShot(0, this, [done, d] { done(DriveList{d}); });
-    }
-
-private:
-    QString m_device;
-};
 
 // Watches the controller's four status-sheet outlets and notes, in order,
 // each sheet that appears ("two-bar", "working", "complete", "single-bar")
@@ -147,7 +126,7 @@ struct Rig {
         std::make_unique<QSettings>(root.filePath(QStringLiteral("Tamblo.conf")), QSettings::IniFormat);
     FakeAlerts alerts;
     FakeFilePicker picker;
-    PseudoDrive *drive = nullptr;  // owned by the controller once it starts
+    FakeDriveBackend *drive = nullptr;  // owned by the controller once it starts
     QList<int> exits;
     QList<QUrl> opened;
     std::unique_ptr<AppDelegate> app;
@@ -190,7 +169,11 @@ struct Rig {
         c.documentsDir = documents;
         c.tools = tools;
         if (withFakeDrive) {
-            drive = new PseudoDrive(device);
+            // One drive whose device is a file: the Linux recorders write
+            // their session into that file.
+            drive = new FakeDriveBackend;
+            drive->drives = {FakeDriveBackend::drive(QStringLiteral("1"), QStringLiteral("E2E"),
+                                                     QStringLiteral("Pseudo drive"), device)};
             c.driveBackend = drive;
         }
         c.exitProcess = [this](int code) { exits << code; };
@@ -377,9 +360,9 @@ private slots:
     {
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
-        QCOMPARE(rig.drive->lists, 1);
+        QCOMPARE(rig.drive->count("list"), 1);
         QCOMPARE(rig.app->currentDrive().s_Device_Path, rig.device);
         QCOMPARE(w->tabviewMain->currentIndex(), 0);
 
@@ -403,7 +386,7 @@ private slots:
         QCOMPARE(watch.events, (QStringList{"two-bar", "-two-bar", "working", "-working", "complete"}));
         QVERIFY2(watch.notShown.isEmpty(), qPrintable(watch.notShown.join(", ")));
         QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
-        QCOMPARE(rig.drive->queries, 3);  // empty?, writable?, which family?
+        QCOMPARE(rig.drive->count("status"), 3);  // empty?, writable?, which family?
         QCOMPARE(recordings.size(), 1);
         QCOMPARE(recordings.first().program, m_xorriso);
         QCOMPARE(recordings.first().arguments,
@@ -417,7 +400,7 @@ private slots:
         // The disc: both files, renamed to .mp3, at the root.
         QVERIFY2(QFileInfo(rig.disc).size() > 0, qPrintable(rig.disc));
         QCOMPARE(filesOn(rig.disc), (QStringList{"'/tone one.mp3'", "'/tone two.mp3'"}));
-        QCOMPARE(ImagesTestKit::volumeId(rig.disc), QStringLiteral("TambloAudio"));
+        QCOMPARE(volumeId(rig.disc), QStringLiteral("TambloAudio"));
         const QString out = rig.root.filePath("readback");
         QString log;
         QVERIFY2(extractAll(rig.disc, out, &log), qPrintable(log));
@@ -439,7 +422,7 @@ private slots:
     {
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("DVD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         MainWindow *w = rig.window();
         QCOMPARE(rig.app->s_Video_Output_Format, QStringLiteral("0"));
         QCOMPARE(rig.app->s_Audio_Output_Format, QStringLiteral("0"));
@@ -490,7 +473,7 @@ private slots:
     {
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         writeFile(rig.audioFolder() + "/left-over.wav", "mine");
         QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Audio CD"));
@@ -504,7 +487,7 @@ private slots:
         QCOMPARE(rig.alerts.texts(), QStringList{"No audio files on the list / There are no audio files on the list. "
                                                  "Add audio files to the list and try again."});
         QCOMPARE(rig.alerts.shown.first().buttons, QStringList{"Close"});
-        QCOMPARE(rig.drive->queries, 0);
+        QCOMPARE(rig.drive->count("status"), 0);
         QCOMPARE(watch.events, QStringList());
         QVERIFY(!rig.app->mediaBurn()->isBusy());
         QVERIFY(QFileInfo::exists(rig.audioFolder() + "/left-over.wav"));
@@ -517,7 +500,7 @@ private slots:
     {
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("DVD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         MainWindow *w = rig.window();
         QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
         QTest::mouseClick(w->btnAudioCD, Qt::LeftButton);
@@ -531,7 +514,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!rig.app->mediaBurn()->isBusy(), 5000);
         QCOMPARE(rig.alerts.texts(), QStringList{notCd});
         QCOMPARE(rig.alerts.shown.first().buttons, QStringList{"Close"});
-        QCOMPARE(rig.drive->queries, 3);  // empty?, writable?, which family?
+        QCOMPARE(rig.drive->count("status"), 3);  // empty?, writable?, which family?
 
         QVERIFY(!rig.app->m_b_Debug_Mode);
         rig.app->OnMenuDebugMode();
@@ -546,7 +529,7 @@ private slots:
         QCOMPARE(rig.alerts.shown.at(2).messageText, QStringLiteral("DVD"));
         QCOMPARE(rig.alerts.shown.at(2).informativeText, QStringLiteral("Warning 0060."));
         QCOMPARE(rig.alerts.shown.at(2).buttons, QStringList{"Close"});
-        QCOMPARE(rig.drive->queries, 6);
+        QCOMPARE(rig.drive->count("status"), 6);
         QCOMPARE(watch.events, QStringList());
         QVERIFY(!QFileInfo::exists(rig.disc));
         QCOMPARE(rig.app->arrayMediaFiles->count(), 1);
@@ -557,7 +540,7 @@ private slots:
     {
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         w->tabviewMain->setCurrentIndex(2);
         QCOMPARE(w->selectedTabIdentifier(), QStringLiteral("3"));
@@ -571,7 +554,7 @@ private slots:
         QCOMPARE(rig.alerts.texts(), QStringList{"No folders on the list / There are no folders on the list. "
                                                  "Add folders to the list and try again."});
         QCOMPARE(rig.alerts.shown.first().buttons, QStringList{"Close"});
-        QCOMPARE(rig.drive->queries, 0);
+        QCOMPARE(rig.drive->count("status"), 0);
         QCOMPARE(watch.events, QStringList());
         QVERIFY(!QFileInfo::exists(rig.disc));
     }
@@ -582,7 +565,7 @@ private slots:
     {
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
 
         const QString a = rig.root.filePath("sources/first place/Photos");
@@ -616,7 +599,7 @@ private slots:
         QCOMPARE(watch.events, (QStringList{"working", "-working", "complete"}));
         QVERIFY2(watch.notShown.isEmpty(), qPrintable(watch.notShown.join(", ")));
         QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
-        QCOMPARE(rig.drive->queries, 3);
+        QCOMPARE(rig.drive->count("status"), 3);
         QCOMPARE(dataFolderDuringBurn, QStringList());  // emptied before the burn ...
         QVERIFY(QFileInfo(rig.dataFolder()).isDir());
         QCOMPARE(entries(rig.dataFolder()), QStringList());  // ... and after
@@ -631,10 +614,10 @@ private slots:
         QCOMPARE(got.keys(), expected.keys());
         QCOMPARE(got, expected);
         QVERIFY(got.contains("Photos/Ünïcødé 写真 ñ.txt"));
-        QVERIFY(ImagesTestKit::jolietHolds(rig.disc, QStringLiteral("Ünïcødé 写真 ñ.txt")));  // Windows sees it too
+        QVERIFY(jolietHolds(rig.disc, QStringLiteral("Ünïcødé 写真 ñ.txt")));  // Windows sees it too
         QVERIFY(got.contains("Photos 1/Photos/beach day.jpg"));
         QVERIFY(got.value("Photos/beach day.jpg") != got.value("Photos 1/Photos/beach day.jpg"));
-        QCOMPARE(ImagesTestKit::volumeId(rig.disc), QStringLiteral("TambloData"));
+        QCOMPARE(volumeId(rig.disc), QStringLiteral("TambloData"));
         // The sources stay where they were.
         QVERIFY(QFileInfo::exists(a + "/Ünïcødé 写真 ñ.txt"));
         QVERIFY(QFileInfo::exists(b + "/notes.txt"));
@@ -651,7 +634,7 @@ private slots:
         ToolPaths tools = linuxTools();
         tools.xorriso = fake("xorriso-slow");
         QVERIFY(rig.start(tools, true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("DVD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         MainWindow *w = rig.window();
         const QString folder = rig.root.filePath("sources/Big");
         writeFile(folder + "/a.bin", pseudoRandom(16 * 1024 * 1024, 11));
@@ -792,7 +775,7 @@ private slots:
     {
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::finished(QStringLiteral("CD"));  // the disc to copy
+        rig.drive->status = FakeDriveBackend::finished(QStringLiteral("CD"));  // the disc to copy
         MainWindow *w = rig.window();
 
         const QString volume = rig.root.filePath("Volumes/HOLIDAY 2024");
@@ -808,7 +791,7 @@ private slots:
                 QVERIFY(QFile::rename(rig.disc, copy));
                 copies << copy;
             }
-            rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+            rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         };
         rig.picker.answers.enqueue({volume});
         AlertAnswer count;
@@ -849,7 +832,7 @@ private slots:
         QCOMPARE(asked, (QStringList{"Enter Number of Copies [OK, Cancel]", insert + " [Burn Copy 1 of 2, Cancel]",
                                      insert + " [Burn Copy 2 of 2, Cancel]"}));
         QCOMPARE(rig.alerts.shown.at(0).inputDefault, QStringLiteral("1"));
-        QCOMPARE(rig.drive->ejects, 3);  // the source, then each copy
+        QCOMPARE(rig.drive->count("eject"), 3);  // the source, then each copy
         QCOMPARE(copies.size(), 2);
         for (const QString &copy : std::as_const(copies)) {
             QFile f(copy);
@@ -859,7 +842,7 @@ private slots:
             QString log;
             QVERIFY2(extractAll(copy, out, &log), qPrintable(log));
             QCOMPARE(tree(out), tree(volume));
-            QCOMPARE(ImagesTestKit::volumeId(copy), QStringLiteral("HOLIDAY 2024"));
+            QCOMPARE(volumeId(copy), QStringLiteral("HOLIDAY 2024"));
         }
         QCOMPARE(entries(rig.dataFolder()), QStringList());  // the image is gone after the last copy
         QVERIFY(QFileInfo::exists(volume + "/README.txt"));   // the source is untouched
@@ -873,13 +856,13 @@ private slots:
     {
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::finished(QStringLiteral("CD"));
+        rig.drive->status = FakeDriveBackend::finished(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         const QString volume = rig.root.filePath("Volumes/OLD DISC");
         writeFile(volume + "/a.txt", "a\n");
         rig.drive->onEject = [&] {
             QFile::remove(rig.disc);
-            rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+            rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         };
         rig.picker.answers.enqueue({volume});
         AlertAnswer count;
@@ -907,7 +890,7 @@ private slots:
         QVERIFY(!rig.app->windowPerformingOperation);
         QCOMPARE(entries(rig.dataFolder()), QStringList());
         QVERIFY(QFileInfo::exists(volume + "/a.txt"));
-        QCOMPARE(rig.drive->ejects, 2);  // the source and the one copy made
+        QCOMPARE(rig.drive->count("eject"), 2);  // the source and the one copy made
     }
 
     // ---------------------------------------------------------------- failures
@@ -933,7 +916,7 @@ private slots:
         QVERIFY(writeFile(bad, QByteArray(8192, 'x')));
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {bad}));
         QTest::mouseClick(w->btnMP3CD, Qt::LeftButton);
@@ -969,7 +952,7 @@ private slots:
         QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=880:duration=1", a2}));
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {a1, a2}));
         QTest::mouseClick(w->btnMP3CD, Qt::LeftButton);
@@ -986,7 +969,7 @@ private slots:
         Rig rig;
         rig.device = QStringLiteral("stdio:/dev/full");
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         const QString folder = rig.root.filePath("Stuff");
         writeFile(folder + "/big.bin", pseudoRandom(1024 * 1024, 9));
         rig.app->OnMenuTabData();
@@ -1042,7 +1025,7 @@ private slots:
         Rig rig;
         ToolPaths tools = linuxTools();
         QVERIFY(rig.start(tools, true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         QVERIFY(rig.addMedia(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3}));
         rig.app->sffmpegPath = rig.root.filePath("gone/ffmpeg");
         QTest::mouseClick(rig.window()->btnMP3CD, Qt::LeftButton);
@@ -1059,14 +1042,14 @@ private slots:
     {
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         const QString longer = m_media.filePath("longer.flac");
         QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=440:duration=20", longer}));
         QVERIFY(rig.addMedia(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3, longer}));
         QSignalSpy recordings(rig.app->mediaBurn(), &MediaBurn::recordingStarted);
         {
             // Every file a child writes may hold 600 KB: the 2 s WAV fits, the 20 s WAV does not fit.
-            ImagesTestKit::FileSizeLimit full(600 * 1024);
+            FileSizeLimit full(600 * 1024);
             burnAndWaitForTheEnd(rig);
         }
         QCOMPARE(rig.alerts.shown.size(), 1);
@@ -1099,7 +1082,7 @@ private slots:
         ToolPaths tools = linuxTools();
         tools.xorriso = fake("xorriso-damaging");
         QVERIFY(rig.start(tools, true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         const QString folder = rig.root.filePath("Stuff");
         writeFile(folder + "/big.bin", pseudoRandom(300000, 21));
         writeFile(folder + "/small.txt", "small\n");
@@ -1148,7 +1131,7 @@ private slots:
     {
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("DVD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         const QString image = rig.root.filePath("raw.img");
         writeFile(image, pseudoRandom(4 * 1024 * 1024, 22));
         rig.picker.answers.enqueue({image});
@@ -1183,7 +1166,7 @@ private slots:
     {
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
-        rig.drive->medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         QAction *item = w->menuitemVerifyAfterWriting;
         QVERIFY(item->isCheckable());

@@ -27,8 +27,8 @@
 #include "compilation/MediaListModel.h"
 #include "compilation/ui/CompilationTable.h"
 #include "compilation/ui/SpaceOccupiedView.h"
-#include "drives/DriveBackend.h"
 #include "support/FakeAlerts.h"
+#include "support/FakeDriveBackend.h"
 #include "support/FakeFilePicker.h"
 
 namespace {
@@ -37,23 +37,6 @@ const QColor CustomBackground(0, 160, 0);     // strong green
 const QColor CustomForeground(255, 255, 0);   // yellow
 const QColor CustomBar(255, 140, 0);          // orange
 const QColor DefaultBar(0, 0, 255);           // the stored default of the bar
-
-// No drive attached: every question answers later with nothing.
-class NoDrives : public DriveBackend {
-public:
-    void listDrives(ListCallback done) override
-    {
-        QTimer::singleShot(0, this, [done] { done(DriveList{}); });
-    }
-    void queryStatus(const Object_Optical_Drive &, StatusCallback done) override
-    {
-        QTimer::singleShot(0, this, [done] { done(MediaStatus{}); });
-    }
-    void ejectTray(const Object_Optical_Drive &) override {}
-    void closeTray(const Object_Optical_Drive &) override {}
-    ToolCommand eraseCommand(const Object_Optical_Drive &, bool) const override { return {}; }
-    ToolCommand discInfoCommand(const Object_Optical_Drive &) const override { return {}; }
-};
 
 NodeMediaFile track(const QString &name, qint64 seconds)
 {
@@ -125,7 +108,7 @@ struct Session {
     std::unique_ptr<QSettings> settings;
     FakeAlerts alerts;
     FakeFilePicker picker;
-    NoDrives *drives = new NoDrives;
+    FakeDriveBackend *drives = new FakeDriveBackend;  // no drive attached
     QList<int> exits;
     bool dark = false;
     std::unique_ptr<AppDelegate> app;  // last: goes first

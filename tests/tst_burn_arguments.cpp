@@ -1,8 +1,8 @@
 #include <QTemporaryDir>
 
 #include "platform/AppSettings.h"
-#include "support/MediumAnswers.h"
 #include "burn/MediumChecks.h"
+#include "support/FakeDriveBackend.h"
 #include "burn/BurnMessages.h"
 #include "burn/DrutilRecorder.h"
 #include "burn/Recorder.h"
@@ -10,42 +10,11 @@
 #include "burn/VideoSettings.h"
 #include "burn/XorrisoRecorder.h"
 #include "support/FakeAlerts.h"
+#include "support/FakeDriveBackend.h"
 #include "support/Files.h"
 #include "support/TestMain.h"
 
 using namespace TranscodeArguments;
-
-// Answers the four medium questions from fixed values and records which
-// were asked, in order.
-struct ScriptedMedium {
-    bool empty = false;
-    bool oneTime = true;
-    bool reWritable = false;
-    QString family = QStringLiteral("CD");
-    QStringList asked;
-
-    MediumProbe probe()
-    {
-        MediumProbe p;
-        p.IsDriveEmpty = [this](std::function<void(bool)> done) {
-            asked << QStringLiteral("IsDriveEmpty");
-            done(empty);
-        };
-        p.IsMediaOneTimeWritable = [this](std::function<void(bool)> done) {
-            asked << QStringLiteral("IsMediaOneTimeWritable");
-            done(oneTime);
-        };
-        p.IsMediaReWritable = [this](std::function<void(bool)> done) {
-            asked << QStringLiteral("IsMediaReWritable");
-            done(reWritable);
-        };
-        p.TypeOfMediaInTheDrive = [this](std::function<void(QString)> done) {
-            asked << QStringLiteral("TypeOfMediaInTheDrive");
-            done(family);
-        };
-        return p;
-    }
-};
 
 static const QStringList allQuestions{QStringLiteral("IsDriveEmpty"), QStringLiteral("IsMediaOneTimeWritable"),
                                       QStringLiteral("TypeOfMediaInTheDrive")};
@@ -291,13 +260,12 @@ private slots:
     void emptyListIsCheckedBeforeTheDrive()
     {
         for (BurnOperation op : {BurnOperation::AudioCD, BurnOperation::VideoDVD, BurnOperation::DataCD}) {
-            ScriptedMedium medium;
-            medium.empty = true;  // no disc either
+            FakeDriveBackend drive(FakeDriveBackend::noDisc());  // no disc either
             FakeAlerts alerts;
             int result = -1;
-            BurnChecks::run(op, true, asCheck(medium.probe()), alerts, true, [&](bool ok) { result = ok; });
+            BurnChecks::run(op, true, drive.check(), alerts, true, [&](bool ok) { result = ok; });
             QCOMPARE(result, 0);
-            QVERIFY(medium.asked.isEmpty());
+            QVERIFY(drive.calls.isEmpty());
             QCOMPARE(alerts.shown.size(), 1);
             QCOMPARE(alerts.shown.first().messageText, BurnMessages::forOperation(op).emptyListMessage);
             QCOMPARE(alerts.shown.first().buttons, QStringList{QStringLiteral("Close")});
@@ -306,48 +274,41 @@ private slots:
 
     void noDisc()
     {
-        ScriptedMedium medium;
-        medium.empty = true;
+        FakeDriveBackend drive(FakeDriveBackend::noDisc());
         FakeAlerts alerts;
         int result = -1;
-        BurnChecks::run(BurnOperation::AudioCD, false, asCheck(medium.probe()), alerts, true, [&](bool ok) { result = ok; });
+        BurnChecks::run(BurnOperation::AudioCD, false, drive.check(), alerts, true, [&](bool ok) { result = ok; });
         QCOMPARE(result, 0);
-        QCOMPARE(medium.asked, QStringList{QStringLiteral("IsDriveEmpty")});
+        QCOMPARE(drive.calls, QStringList{QStringLiteral("IsDriveEmpty")});
         QCOMPARE(alerts.texts(), QStringList{BurnMessages::NoDiscMessage + " / " + BurnMessages::NoDiscInformative});
     }
 
     void notWritableAsksBothQuestions()
     {
-        ScriptedMedium medium;
-        medium.oneTime = false;
-        medium.reWritable = false;
+        FakeDriveBackend drive(FakeDriveBackend::finished(QStringLiteral("CD")));
         FakeAlerts alerts;
         int result = -1;
-        BurnChecks::run(BurnOperation::MP3DVD, false, asCheck(medium.probe()), alerts, true, [&](bool ok) { result = ok; });
+        BurnChecks::run(BurnOperation::MP3DVD, false, drive.check(), alerts, true, [&](bool ok) { result = ok; });
         QCOMPARE(result, 0);
-        QCOMPARE(medium.asked, (QStringList{"IsDriveEmpty", "IsMediaOneTimeWritable", "IsMediaReWritable"}));
+        QCOMPARE(drive.calls, (QStringList{"IsDriveEmpty", "IsMediaOneTimeWritable", "IsMediaReWritable"}));
         QCOMPARE(alerts.texts(),
                  QStringList{BurnMessages::NotWritableMessage + " / " + BurnMessages::NotWritableInformative});
     }
 
     void rewritableIsAskedOnlyAfterANo()
     {
-        ScriptedMedium medium;
-        medium.oneTime = true;
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         FakeAlerts alerts;
         int result = -1;
-        BurnChecks::run(BurnOperation::AudioCD, false, asCheck(medium.probe()), alerts, false, [&](bool ok) { result = ok; });
+        BurnChecks::run(BurnOperation::AudioCD, false, drive.check(), alerts, false, [&](bool ok) { result = ok; });
         QCOMPARE(result, 1);
-        QCOMPARE(medium.asked, allQuestions);
+        QCOMPARE(drive.calls, allQuestions);
         QVERIFY(alerts.shown.isEmpty());
 
-        ScriptedMedium rw;
-        rw.oneTime = false;
-        rw.reWritable = true;
-        rw.family = QStringLiteral("DVD");
-        BurnChecks::run(BurnOperation::VideoDVD, false, asCheck(rw.probe()), alerts, false, [&](bool ok) { result = ok; });
+        FakeDriveBackend rw(FakeDriveBackend::rewritable(QStringLiteral("DVD")));
+        BurnChecks::run(BurnOperation::VideoDVD, false, rw.check(), alerts, false, [&](bool ok) { result = ok; });
         QCOMPARE(result, 1);
-        QCOMPARE(rw.asked, (QStringList{"IsDriveEmpty", "IsMediaOneTimeWritable", "IsMediaReWritable",
+        QCOMPARE(rw.calls, (QStringList{"IsDriveEmpty", "IsMediaOneTimeWritable", "IsMediaReWritable",
                                         "TypeOfMediaInTheDrive"}));
     }
 
@@ -378,13 +339,12 @@ private slots:
         QFETCH(QString, code);
         const BurnTexts texts = BurnMessages::forOperation(BurnOperation(op));
         for (bool debug : {false, true}) {
-            ScriptedMedium medium;
-            medium.family = inDrive;
+            FakeDriveBackend drive(FakeDriveBackend::blank(inDrive));
             FakeAlerts alerts;
             int result = -1;
-            BurnChecks::run(BurnOperation(op), false, asCheck(medium.probe()), alerts, debug, [&](bool ok) { result = ok; });
+            BurnChecks::run(BurnOperation(op), false, drive.check(), alerts, debug, [&](bool ok) { result = ok; });
             QCOMPARE(result, 0);
-            QCOMPARE(medium.asked, allQuestions);
+            QCOMPARE(drive.calls, allQuestions);
             QStringList expected{message + " / " + texts.wrongMediumInformative};
             if (debug)
                 expected << inDrive + " / " + code;

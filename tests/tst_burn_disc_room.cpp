@@ -22,15 +22,15 @@
 #include "images/DuplicationFlow.h"
 #include "images/ImageBurnFlow.h"
 #include "images/XorrisoImageTool.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/DiscImages.h"
+#include "support/FakeDriveBackend.h"
+#include "support/Files.h"
 #include "support/SheetLog.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
 #include "support/SmallDisk.h"
 #include "support/TestMain.h"
 #include "toolrun/ToolRun.h"
-
-using namespace ImagesTestKit;
 
 namespace {
 
@@ -55,7 +55,7 @@ QStringList names(const QString &folder)
 // The medium checks answered by a blank disc of `family`, the room by the
 // real xorriso on the pseudo-drive.
 struct Drive {
-    FakeDrive fake;
+    FakeDriveBackend fake;
     XorrisoBackend xorriso{xorrisoPath(), QStringLiteral("eject")};
     FakeAlerts alerts;
     Object_Optical_Drive current;
@@ -63,7 +63,7 @@ struct Drive {
 
     Drive(const QString &family, const QString &device)
     {
-        fake.medium = FakeDrive::blank(family);
+        fake.status = FakeDriveBackend::blank(family);
         fake.spaceFrom = &xorriso;
         current.s_Drive_Number = QStringLiteral("1");
         current.s_Device_Path = device;
@@ -505,7 +505,7 @@ private slots:
             SmallDisk disk = SmallDisk::withRoomFor(room);
             QVERIFY2(disk.isMounted(), qPrintable(disk.error()));
             Drive drive(QStringLiteral("Other"), disk.device());
-            drive.fake.medium = FakeDrive::finished(QStringLiteral("CD"));  // the source disc
+            drive.fake.status = FakeDriveBackend::finished(QStringLiteral("CD"));  // the source disc
             FakeFilePicker picker;
             picker.answers.enqueue({volume});
             AlertAnswer count;
@@ -527,7 +527,7 @@ private slots:
             ctx.picker = &picker;
             ctx.media = drive.media.get();
             ctx.currentDrive = [&drive] { return drive.current; };
-            ctx.ejectDisc = [&drive] { drive.fake.medium = FakeDrive::blank(QStringLiteral("Other")); };
+            ctx.ejectDisc = [&drive] { drive.fake.status = FakeDriveBackend::blank(QStringLiteral("Other")); };
             DuplicationFlow flow(ctx);
             SheetLog log(&flow);
             QStringList imageWhenRefused;

@@ -5,13 +5,14 @@
 #include <QTemporaryDir>
 #include <cmath>
 
-#include "support/MediumAnswers.h"
+#include "support/FakeDriveBackend.h"
 #include "toolrun/ToolMessages.h"
 #include "toolrun/ToolRun.h"
 #include "burn/DrutilRecorder.h"
 #include "burn/Recorder.h"
 #include "burn/MediaBurn.h"
 #include "support/FakeAlerts.h"
+#include "support/FakeDriveBackend.h"
 #include "support/Files.h"
 #include "support/SheetLog.h"
 #include "support/TestMain.h"
@@ -167,34 +168,6 @@ private:
     QString m_fixture;
 };
 
-struct Medium {
-    bool empty = false;
-    bool oneTime = true;
-    QString family = QStringLiteral("CD");
-    QStringList asked;
-    MediumProbe probe()
-    {
-        MediumProbe p;
-        p.IsDriveEmpty = [this](std::function<void(bool)> d) {
-            asked << QStringLiteral("empty");
-            d(empty);
-        };
-        p.IsMediaOneTimeWritable = [this](std::function<void(bool)> d) {
-            asked << QStringLiteral("writable");
-            d(oneTime);
-        };
-        p.IsMediaReWritable = [this](std::function<void(bool)> d) {
-            asked << QStringLiteral("rewritable");
-            d(false);
-        };
-        p.TypeOfMediaInTheDrive = [this](std::function<void(QString)> d) {
-            asked << QStringLiteral("family");
-            d(family);
-        };
-        return p;
-    }
-};
-
 static NodeMediaFile media(const QString &path, qint64 seconds)
 {
     NodeMediaFile f;
@@ -245,8 +218,8 @@ private:
         WindowSheets sheets;
         sheets.main.show();
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, alerts, drive.check());
         sheets.follow(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         burn.burn(BurnOperation::MP3CD, {media(m_media.filePath("b song.mp3"), 2)}, m_ctx);
@@ -290,8 +263,8 @@ private slots:
         QDir().mkpath(m_ctx.audioFolder + "/old folder");
         DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         QSignalSpy recording(&burn, &MediaBurn::recordingStarted);
@@ -305,7 +278,7 @@ private slots:
         QVERIFY(!burn.isBusy());
 
         QVERIFY(alerts.shown.isEmpty());
-        QCOMPARE(medium.asked, (QStringList{"empty", "writable", "family"}));
+        QCOMPARE(drive.calls, (QStringList{"IsDriveEmpty", "IsMediaOneTimeWritable", "TypeOfMediaInTheDrive"}));
         // The two files transcode side by side: the lower bar counts them as
         // they end; the upper bar shows the first until it ends, then the
         // second if that one is still going.
@@ -342,9 +315,8 @@ private slots:
         writeFile(m_ctx.videoFolder + "/keep.mpg", "stale");
         DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
-        Medium medium;
-        medium.family = family;
-        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(family));
+        MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         if (BurnOperation(op) == BurnOperation::MP3CD)
@@ -375,9 +347,8 @@ private slots:
         writeFile(m_ctx.audioFolder + "/keep.wav", "stale");
         DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
-        Medium medium;
-        medium.family = family;
-        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(family));
+        MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         MediaBurnContext ctx = m_ctx;
@@ -441,10 +412,8 @@ private slots:
         writeFile(m_ctx.videoFolder + "/keep.mpg", "stale");
         DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
-        Medium medium;
-        medium.empty = noDisc;
-        medium.family = family;
-        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(noDisc ? FakeDriveBackend::noDisc() : FakeDriveBackend::blank(family));
+        MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
         QSignalSpy refused(&burn, &MediaBurn::refused);
         QSignalSpy completed(&burn, &MediaBurn::completed);
@@ -457,7 +426,7 @@ private slots:
         QVERIFY(!burn.isBusy());
         QCOMPARE(alerts.texts(), texts);
         if (emptyList)
-            QVERIFY(medium.asked.isEmpty());
+            QVERIFY(drive.calls.isEmpty());
         QTest::qWait(300);
         QVERIFY(sheets.outline().isEmpty());
         QCOMPARE(completed.count(), 0);
@@ -468,10 +437,8 @@ private slots:
 
         // Out of debug mode the second alert is not shown.
         FakeAlerts quiet;
-        Medium again;
-        again.empty = noDisc;
-        again.family = family;
-        MediaBurn burn2(recorder, quiet, asCheck(again.probe()));
+        FakeDriveBackend again(noDisc ? FakeDriveBackend::noDisc() : FakeDriveBackend::blank(family));
+        MediaBurn burn2(recorder, quiet, again.check());
         burn2.burn(BurnOperation(op), list, m_ctx);
         QCOMPARE(quiet.texts(), texts.mid(0, 1));
     }
@@ -482,8 +449,8 @@ private slots:
         qputenv("TAMBLO_FAKE_BURN_EXIT", "1");
         qputenv("TAMBLO_FAKE_BURN_SAY", "Burn failed: Medium write error (0x80020022).");
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         QSignalSpy failed(&burn, &MediaBurn::failed);
@@ -506,8 +473,8 @@ private slots:
     {
         DrutilRecorder recorder(QStringLiteral("/nonexistent/drutil"));
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
         QSignalSpy failed(&burn, &MediaBurn::failed);
         burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("a.flac"), 1)}, m_ctx);
@@ -524,8 +491,8 @@ private slots:
     {
         DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
         QSignalSpy failed(&burn, &MediaBurn::failed);
         QSignalSpy started(&burn, &MediaBurn::recordingStarted);
@@ -551,8 +518,8 @@ private slots:
     {
         DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("a.flac"), 1)}, m_ctx);
@@ -560,7 +527,7 @@ private slots:
         QVERIFY(completed.wait(30000));
         QTest::qWait(300);
         QCOMPARE(completed.count(), 1);
-        QCOMPARE(medium.asked.count(QStringLiteral("empty")), 1);
+        QCOMPARE(drive.calls.count(QStringLiteral("IsDriveEmpty")), 1);
         QCOMPARE(sheets.outline().count(QStringLiteral("showTranscoding")), 1);
         QCOMPARE(logLines().size(), 2);
     }
@@ -602,8 +569,8 @@ private slots:
         WindowSheets sheets;
         sheets.main.show();
         FakeAlerts alerts;
-        Medium medium;
-        MediaBurn burn(recorder, alerts, asCheck(medium.probe()));
+        FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
+        MediaBurn burn(recorder, alerts, drive.check());
         sheets.follow(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         bool progressShownDuringTranscode = false;

@@ -6,26 +6,16 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
-#include "support/MediumAnswers.h"
 #include "toolrun/ToolMessages.h"
 #include "burn/MediaBurn.h"
 #include "burn/XorrisoRecorder.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/DiscImages.h"
 #include "support/SheetLog.h"
 #include "support/FakeAlerts.h"
+#include "support/FakeDriveBackend.h"
 #include "support/Files.h"
 #include "support/TestMain.h"
 
-
-static MediumProbe blankDisc(const QString &family)
-{
-    MediumProbe p;
-    p.IsDriveEmpty = [](std::function<void(bool)> d) { d(false); };
-    p.IsMediaOneTimeWritable = [](std::function<void(bool)> d) { d(true); };
-    p.IsMediaReWritable = [](std::function<void(bool)> d) { d(false); };
-    p.TypeOfMediaInTheDrive = [family](std::function<void(QString)> d) { d(family); };
-    return p;
-}
 
 static NodeMediaFile media(const QString &path, qint64 seconds)
 {
@@ -128,7 +118,7 @@ private slots:
         ctx.currentDrive.s_Device_Path = "stdio:" + image;
         XorrisoRecorder recorder(m_xorriso, m_cdrskin);
         FakeAlerts alerts;
-        MediaBurn burn(recorder, alerts, asCheck(blankDisc("CD")));
+        MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("CD")));
         SheetLog sheets(&burn);
         QSignalSpy started(&burn, &MediaBurn::recordingStarted);
         burnAndWait(burn, BurnOperation::MP3CD,
@@ -170,7 +160,7 @@ private slots:
             MediaBurnContext ctx = m_ctx;
             ctx.currentDrive.s_Device_Path = "stdio:" + image;
             FakeAlerts alerts;
-            MediaBurn burn(recorder, alerts, asCheck(blankDisc(c.family)));
+            MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(c.family)));
             SheetLog sheets(&burn);
             QSignalSpy started(&burn, &MediaBurn::recordingStarted);
             burnAndWait(burn, c.op, {media(c.source, 1)}, ctx);
@@ -178,7 +168,7 @@ private slots:
             const QStringList args = started.first().first().value<ToolCommand>().arguments;
             QVERIFY2(args.join(' ').contains("-joliet on"), qPrintable(args.join(' ')));
             QCOMPARE(filesOn(image), QStringList{"'/" + c.discName + "'"});
-            QVERIFY2(ImagesTestKit::jolietHolds(image, c.discName), qPrintable(c.discName));
+            QVERIFY2(jolietHolds(image, c.discName), qPrintable(c.discName));
 
             // The check tells the two apart: the same name written without
             // Joliet is not found.
@@ -186,7 +176,7 @@ private slots:
             const QString control = drives.filePath("control.iso");
             run(m_xorriso, {"-outdev", "stdio:" + control, "-map", drives.filePath("plain"), "/", "-commit"});
             QVERIFY(QFileInfo(control).size() > 0);
-            QVERIFY(!ImagesTestKit::jolietHolds(control, c.discName));
+            QVERIFY(!jolietHolds(control, c.discName));
         }
     }
 
@@ -198,7 +188,7 @@ private slots:
         ctx.videoFormat = "1";
         XorrisoRecorder recorder(m_xorriso, m_cdrskin);
         FakeAlerts alerts;
-        MediaBurn burn(recorder, alerts, asCheck(blankDisc("DVD")));
+        MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("DVD")));
         SheetLog sheets(&burn);
         burnAndWait(burn, BurnOperation::VideoDVD, {media(m_media.filePath("clip.mov"), 1)}, ctx);
         QCOMPARE(filesOn(image), QStringList{"'/clip.mpg'"});
@@ -212,7 +202,7 @@ private slots:
 
         // The same disc, now written and appendable: an MP3 DVD adds a session
         // and nothing of the first one is lost.
-        MediaBurn second(recorder, alerts, asCheck(blankDisc("DVD")));
+        MediaBurn second(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("DVD")));
         burnAndWait(second, BurnOperation::MP3DVD, {media(m_media.filePath("zulu.mp3"), 2)}, ctx);
         QCOMPARE(filesOn(image), (QStringList{"'/clip.mpg'", "'/zulu.mp3'"}));
         const QString toc = run(m_xorriso, {"-indev", "stdio:" + image, "-toc"});
@@ -231,7 +221,7 @@ private slots:
             ctx.currentDrive.s_Device_Path = device;
             XorrisoRecorder recorder(m_xorriso, fake("burn-args-logger"));
             FakeAlerts alerts;
-            MediaBurn burn(recorder, alerts, asCheck(blankDisc("CD")));
+            MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("CD")));
             SheetLog sheets(&burn);
             // zulu before alpha: the list's order, not the folder's.
             burnAndWait(burn, BurnOperation::AudioCD,
@@ -262,7 +252,7 @@ private slots:
         ctx.currentDrive.s_Device_Path = "stdio:" + m_docs.filePath("refused.img");
         XorrisoRecorder recorder(m_xorriso, m_cdrskin);
         FakeAlerts alerts;
-        MediaBurn burn(recorder, alerts, asCheck(blankDisc("CD")));
+        MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("CD")));
         SheetLog sheets(&burn);
         QSignalSpy failed(&burn, &MediaBurn::failed);
         burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("alpha song.flac"), 1)}, ctx);

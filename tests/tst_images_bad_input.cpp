@@ -18,20 +18,23 @@
 #endif
 
 #include "drives/MediaQuestions.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/SheetLog.h"
+#include "support/LogCatcher.h"
+#include "support/DiscImages.h"
+#include "support/FileSizeLimit.h"
+#include "support/FakeDriveBackend.h"
+#include "support/Files.h"
 #include "images/DataBurnFlow.h"
 #include "images/DuplicationFlow.h"
 #include "images/ImageBurnFlow.h"
 #include "images/IsoCreationFlow.h"
 #include "images/StagingCopy.h"
 
-using namespace ImagesTestKit;
-
 namespace {
 
 struct Rig {
     QTemporaryDir tmp;
-    FakeDrive drive;
+    FakeDriveBackend drive;
     FakeAlerts alerts;
     FakeFilePicker picker;
     Object_Optical_Drive current;
@@ -46,7 +49,7 @@ struct Rig {
         current.s_Drive_Number = QStringLiteral("1");
         current.s_Device_Path = QStringLiteral("stdio:") + tmp.path() + "/disc.bin";
         media = std::make_unique<MediaQuestions>(drive, alerts, [] { return false; }, [this] { return current; });
-        drive.medium = FakeDrive::blank(QStringLiteral("DVD"));
+        drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         ctx.tools.backend = backend;
         ctx.tools.xorriso = xorrisoPath();
         ctx.tools.drutil = fake("drutil");
@@ -188,8 +191,8 @@ private slots:
     void duplicationOfAVanishedVolumeStopsBeforeAnyCopy()
     {
         Rig rig;
-        rig.drive.medium = FakeDrive::finished(QStringLiteral("CD"));
-        rig.ctx.ejectDisc = [&rig] { rig.drive.medium = FakeDrive::blank(QStringLiteral("CD")); };
+        rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));
+        rig.ctx.ejectDisc = [&rig] { rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD")); };
         rig.picker.answers.enqueue({rig.tmp.path() + "/Volumes/Gone"});
         AlertAnswer count;
         count.button = 0;

@@ -9,17 +9,19 @@
 #include <QTemporaryDir>
 
 #include "drives/MediaQuestions.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/SheetLog.h"
+#include "support/LogCatcher.h"
+#include "support/DiscImages.h"
+#include "support/FakeDriveBackend.h"
+#include "support/Files.h"
 #include "images/DataBurnFlow.h"
 #include "images/StagingCopy.h"
-
-using namespace ImagesTestKit;
 
 namespace {
 
 struct Rig {
     QTemporaryDir tmp;
-    FakeDrive drive;
+    FakeDriveBackend drive;
     FakeAlerts alerts;
     FakeFilePicker picker;
     bool debug = false;
@@ -67,14 +69,14 @@ private slots:
     void anEmptyListIsRefusedBeforeTheDriveIsAsked()
     {
         Rig rig(ToolPaths::Backend::Linux);
-        rig.drive.medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         flow.burn(ImageMessages::DataDisc::CD, {});
         QVERIFY(log.waitEnded());
         QCOMPARE(rig.alerts.texts(), QStringList{"No folders on the list / There are no folders on the list. Add folders to the list and try again."});
         QCOMPARE(rig.alerts.shown.first().buttons, QStringList{"Close"});
-        QCOMPARE(rig.drive.queries, 0);
+        QCOMPARE(rig.drive.count("status"), 0);
         QVERIFY(log.commands.isEmpty());
         QVERIFY(!flow.isBusy());
     }
@@ -112,11 +114,11 @@ private slots:
         Rig rig(ToolPaths::Backend::Linux);
         rig.debug = debug;
         if (medium == QLatin1String("empty"))
-            rig.drive.medium = FakeDrive::empty();
+            rig.drive.status = FakeDriveBackend::noDisc();
         else if (medium.startsWith(QLatin1String("finished ")))
-            rig.drive.medium = FakeDrive::finished(medium.mid(9));
+            rig.drive.status = FakeDriveBackend::finished(medium.mid(9));
         else
-            rig.drive.medium = FakeDrive::blank(medium.mid(6));
+            rig.drive.status = FakeDriveBackend::blank(medium.mid(6));
         writeFile(rig.data + "/left-over.txt", "mine\n");
         writeFile(rig.tmp.path() + "/src/Photos/p.jpg", "p");
         DataBurnFlow flow(rig.ctx);
@@ -126,7 +128,7 @@ private slots:
         // In debug mode the medium questions explain their own "no" first.
         QStringList shown = rig.alerts.texts();
         shown.erase(std::remove_if(shown.begin(), shown.end(),
-                                   [](const QString &t) { return t.startsWith(QLatin1String("status / Warning 00")); }),
+                                   [](const QString &t) { return t.startsWith(QLatin1String("Type: fake\n / Warning 00")); }),
                     shown.end());
         QCOMPARE(shown, expected);
         for (const AlertRequest &r : rig.alerts.shown)
@@ -140,7 +142,7 @@ private slots:
     {
         Rig rig(ToolPaths::Backend::Linux);
         rig.ctx.tools.xorriso = fake("args-logger");
-        rig.drive.medium = FakeDrive::rewritable(QStringLiteral("DVD"));
+        rig.drive.status = FakeDriveBackend::rewritable(QStringLiteral("DVD"));
         writeFile(rig.tmp.path() + "/src/Photos/p.jpg", "p");
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
@@ -149,7 +151,7 @@ private slots:
         QVERIFY(rig.alerts.shown.isEmpty());
         QCOMPARE(log.commands.size(), 1);
         // empty?, write-once? (no), rewritable? (yes), kind?
-        QCOMPARE(rig.drive.queries, 4);
+        QCOMPARE(rig.drive.count("status"), 4);
     }
 
     void linuxStepsSheetsAndWorkingFolder()
@@ -158,7 +160,7 @@ private slots:
         const QString argsLog = rig.tmp.path() + "/args.log";
         qputenv("TAMBLO_FAKE_ARGS_LOG", argsLog.toLocal8Bit());
         rig.ctx.tools.xorriso = fake("args-logger");
-        rig.drive.medium = FakeDrive::blank(QStringLiteral("BD"));
+        rig.drive.status = FakeDriveBackend::blank(QStringLiteral("BD"));
         writeFile(rig.data + "/stale/old.bin", "old");
         writeFile(rig.tmp.path() + "/a/Photos/1.jpg", "1");
         writeFile(rig.tmp.path() + "/b/Photos/2.jpg", "2");
@@ -195,7 +197,7 @@ private slots:
         Rig rig(ToolPaths::Backend::MacOS);
         const QString drutilLog = rig.tmp.path() + "/drutil.log";
         qputenv("TAMBLO_FAKE_DRUTIL_LOG", drutilLog.toLocal8Bit());
-        rig.drive.medium = FakeDrive::blank(QStringLiteral("DVD"));
+        rig.drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         writeFile(rig.data + "/stale.bin", "old");
         const QString a = rig.tmp.path() + "/a/Photos";
         const QString b = rig.tmp.path() + "/b/Photos";
@@ -239,7 +241,7 @@ private slots:
     {
         QVERIFY2(!xorrisoPath().isEmpty(), "xorriso must be installed");
         Rig rig(ToolPaths::Backend::Linux);
-        rig.drive.medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
         const QString a = rig.tmp.path() + "/first place/Photos";
         const QString b = rig.tmp.path() + "/second/Photos";
         const QString c = rig.tmp.path() + "/third/Misc *[odd] names?";

@@ -8,10 +8,11 @@
 #include <QTemporaryDir>
 
 #include "drives/MediaQuestions.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/SheetLog.h"
+#include "support/DiscImages.h"
+#include "support/FakeDriveBackend.h"
+#include "support/Files.h"
 #include "images/DuplicationFlow.h"
-
-using namespace ImagesTestKit;
 
 namespace {
 
@@ -19,7 +20,7 @@ const QString insertText = QStringLiteral("Insert a writable media and click OK 
 
 struct Rig {
     QTemporaryDir tmp;
-    FakeDrive drive;
+    FakeDriveBackend drive;
     FakeAlerts alerts;
     FakeFilePicker picker;
     Object_Optical_Drive current;
@@ -28,8 +29,6 @@ struct Rig {
     QString data;
     QString volume;
     QString hdiutilLog;
-    int ejects = 0;
-    std::function<void()> onEject;
 
     explicit Rig(ToolPaths::Backend backend)
     {
@@ -50,17 +49,13 @@ struct Rig {
         ctx.picker = &picker;
         ctx.media = media.get();
         ctx.currentDrive = [this] { return current; };
-        ctx.ejectDisc = [this] {
-            ++ejects;
-            if (onEject)
-                onEject();
-        };
+        ctx.ejectDisc = [this] { drive.ejectTray(current); };
         hdiutilLog = tmp.path() + "/hdiutil.log";
         qputenv("TAMBLO_FAKE_HDIUTIL_LOG", hdiutilLog.toLocal8Bit());
         qputenv("TAMBLO_FAKE_HDIUTIL_BURN", fixture("hdiutil-burn-iso-success-2023.txt").toLocal8Bit());
-        drive.medium = FakeDrive::finished(QStringLiteral("CD"));  // the source disc
+        drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));  // the source disc
         // Taking a disc out puts a blank one in, unless a test says otherwise.
-        onEject = [this] { drive.medium = FakeDrive::blank(QStringLiteral("CD")); };
+        drive.onEject = [this] { drive.status = FakeDriveBackend::blank(QStringLiteral("CD")); };
     }
     ~Rig()
     {
@@ -107,7 +102,7 @@ private slots:
     void anEmptyDriveStopsBeforeThePanel()
     {
         Rig rig(ToolPaths::Backend::MacOS);
-        rig.drive.medium = FakeDrive::empty();
+        rig.drive.status = FakeDriveBackend::noDisc();
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         flow.start();
@@ -132,7 +127,7 @@ private slots:
         QVERIFY(rig.picker.requests.first().startFolder.isEmpty());
         QVERIFY(rig.alerts.shown.isEmpty());
         QVERIFY(QFileInfo::exists(rig.data + "/earlier.iso"));
-        QCOMPARE(rig.ejects, 0);
+        QCOMPARE(rig.drive.count("eject"), 0);
     }
 
     void twoCopiesWithTheStandInTool()
@@ -151,7 +146,7 @@ private slots:
         QStringList countAsked;
         rig.alerts.onShow = [&](const AlertRequest &r) {
             if (r.hasInput)
-                countAsked << QStringLiteral("%1 eject(s) before").arg(rig.ejects);
+                countAsked << QStringLiteral("%1 eject(s) before").arg(rig.drive.count("eject"));
         };
         flow.start();
         QVERIFY(log.waitEnded(1, 30000));
@@ -173,7 +168,7 @@ private slots:
                 QVERIFY(r.warningStyle);
             }
         }
-        QCOMPARE(rig.ejects, 3);  // the source, then each copy
+        QCOMPARE(rig.drive.count("eject"), 3);  // the source, then each copy
         QCOMPARE(flow.numberOfCopies(), 2);
         QCOMPARE(flow.copiesDone(), 2);
         QCOMPARE(log.sheets(), (QStringList{
@@ -219,7 +214,7 @@ private slots:
         rig.answerCount(QStringLiteral("2"));
         flow.start();
         QVERIFY(log.waitEnded(1, 30000));
-        rig.drive.medium = FakeDrive::finished(QStringLiteral("CD"));
+        rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));
         rig.alerts.shown.clear();
         rig.picker.answers.enqueue({rig.volume});
         rig.answerCount(QStringLiteral("-3"));
@@ -232,13 +227,13 @@ private slots:
     void anEmptyDriveAsksAgainWithTheSameNumbers()
     {
         Rig rig(ToolPaths::Backend::MacOS);
-        rig.onEject = [&rig] { rig.drive.medium = FakeDrive::empty(); };
+        rig.drive.onEject = [&rig] { rig.drive.status = FakeDriveBackend::noDisc(); };
         rig.picker.answers.enqueue({rig.volume});
         rig.answerCount(QStringLiteral("1"));
         int noDiscSeen = 0;
         rig.alerts.onShow = [&](const AlertRequest &r) {
             if (r.messageText == QLatin1String("No disc") && ++noDiscSeen == 2)
-                rig.drive.medium = FakeDrive::blank(QStringLiteral("DVD"));  // put in at the second "No disc"
+                rig.drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));  // put in at the second "No disc"
         };
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
@@ -255,12 +250,12 @@ private slots:
     void aFinishedDiscAsksAgain()
     {
         Rig rig(ToolPaths::Backend::MacOS);
-        rig.onEject = [&rig] { rig.drive.medium = FakeDrive::finished(QStringLiteral("CD")); };
+        rig.drive.onEject = [&rig] { rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD")); };
         rig.picker.answers.enqueue({rig.volume});
         rig.answerCount(QStringLiteral("1"));
         rig.alerts.onShow = [&](const AlertRequest &r) {
             if (r.messageText == QLatin1String("Media not writable"))
-                rig.drive.medium = FakeDrive::rewritable(QStringLiteral("CD"));
+                rig.drive.status = FakeDriveBackend::rewritable(QStringLiteral("CD"));
         };
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
@@ -312,7 +307,7 @@ private slots:
         QVERIFY(rig.burns().isEmpty());
         QVERIFY(QFileInfo::exists(rig.data + "/image.iso"));
         QVERIFY(!log.events.contains("operationComplete"));
-        QCOMPARE(rig.ejects, 1);
+        QCOMPARE(rig.drive.count("eject"), 1);
     }
 
     void realDuplicationOfTwoCopies()
@@ -323,11 +318,11 @@ private slots:
         QDir().mkpath(rig.volume + "/empty");
         const QString drive = rig.tmp.path() + "/drive.bin";
         int copy = 0;
-        rig.onEject = [&] {
+        rig.drive.onEject = [&] {
             // The disc in the drive comes out; a blank one goes in.
             if (QFileInfo::exists(drive))
                 QFile::rename(drive, rig.tmp.path() + QStringLiteral("/copy%1.bin").arg(++copy));
-            rig.drive.medium = FakeDrive::blank(QStringLiteral("CD"));
+            rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
         };
         rig.picker.answers.enqueue({rig.volume});
         rig.answerCount(QStringLiteral("2"));

@@ -10,17 +10,18 @@
 #include <QTemporaryDir>
 
 #include "drives/MediaQuestions.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/SheetLog.h"
+#include "support/DiscImages.h"
+#include "support/FakeDriveBackend.h"
+#include "support/Files.h"
 #include "images/ImageBurnFlow.h"
 #include "images/XorrisoImageTool.h"
-
-using namespace ImagesTestKit;
 
 namespace {
 
 struct Rig {
     QTemporaryDir tmp;
-    FakeDrive drive;
+    FakeDriveBackend drive;
     FakeAlerts alerts;
     FakeFilePicker picker;
     Object_Optical_Drive current;
@@ -87,7 +88,7 @@ private slots:
         QVERIFY(!r.multiple);
         QCOMPARE(r.allowedExtensions, (QStringList{"iso", "img", "dmg"}));
         QCOMPARE(r.message, QStringLiteral("Select a ISO image to burn to media."));
-        QCOMPARE(rig.drive.queries, 0);
+        QCOMPARE(rig.drive.count("status"), 0);
         QVERIFY(rig.alerts.shown.isEmpty());
         QCOMPARE(log.sheets(), QStringList{"ended"});
     }
@@ -97,7 +98,7 @@ private slots:
         Rig rig(ToolPaths::Backend::MacOS);
         const QString argsLog = rig.tmp.path() + "/h.log";
         qputenv("TAMBLO_FAKE_HDIUTIL_LOG", argsLog.toLocal8Bit());
-        rig.drive.medium = FakeDrive::empty();
+        rig.drive.status = FakeDriveBackend::noDisc();
         rig.picker.answers.enqueue({rig.tmp.path() + "/x.iso"});
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
@@ -114,7 +115,7 @@ private slots:
     void aFinishedDiscIsNotWritable()
     {
         Rig rig(ToolPaths::Backend::Linux);
-        rig.drive.medium = FakeDrive::finished(QStringLiteral("DVD"));
+        rig.drive.status = FakeDriveBackend::finished(QStringLiteral("DVD"));
         rig.picker.answers.enqueue({rig.tmp.path() + "/x.iso"});
         ImageBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
@@ -123,7 +124,7 @@ private slots:
         QCOMPARE(rig.alerts.texts(), QStringList{"Media not writable / The media on the drive is not writable. insert a writable media on the drive and try again."});
         QVERIFY(log.commands.isEmpty());
         // No kind check: write-once, rewritable asked; nothing more.
-        QCOMPARE(rig.drive.queries, 3);
+        QCOMPARE(rig.drive.count("status"), 3);
     }
 
     void macProgressFromTheRecorderReachesTheWorkingSheet()
@@ -133,7 +134,7 @@ private slots:
         qputenv("TAMBLO_FAKE_HDIUTIL_LOG", argsLog.toLocal8Bit());
         qputenv("TAMBLO_FAKE_HDIUTIL_BURN", fixture("synthetic-hdiutil-burn-verbose-progress.txt").toLocal8Bit());
         qputenv("TAMBLO_FAKE_HDIUTIL_DELAY", "0.05");
-        rig.drive.medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
         const QString image = rig.tmp.path() + "/My Image.dmg";
         writeFile(image, "dmg");
         rig.picker.answers.enqueue({image});
@@ -175,7 +176,7 @@ private slots:
         Rig rig(ToolPaths::Backend::MacOS);
         qputenv("TAMBLO_FAKE_HDIUTIL_BURN", fixture("hdiutil-burn-verbose-failure-2005.txt").toLocal8Bit());
         qputenv("TAMBLO_FAKE_HDIUTIL_EXIT", "1");
-        rig.drive.medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
         const QString image = rig.tmp.path() + "/Live.iso";
         writeFile(image, "iso");
         rig.picker.answers.enqueue({image});
@@ -239,7 +240,7 @@ private slots:
         rig.ctx.tools.xorriso = fake("args-logger");
         const QString argsLog = rig.tmp.path() + "/args.log";
         qputenv("TAMBLO_FAKE_ARGS_LOG", argsLog.toLocal8Bit());
-        rig.drive.medium = FakeDrive::rewritable(QStringLiteral("BD"));
+        rig.drive.status = FakeDriveBackend::rewritable(QStringLiteral("BD"));
         const QString odd = rig.tmp.path() + "/not an image.TXT";
         rig.picker.answers.enqueue({odd});
         ImageBurnFlow flow(rig.ctx);
@@ -256,7 +257,7 @@ private slots:
     {
         QVERIFY2(!xorrisoPath().isEmpty(), "xorriso must be installed");
         Rig rig(ToolPaths::Backend::Linux);
-        rig.drive.medium = FakeDrive::blank(QStringLiteral("DVD"));
+        rig.drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         const QString src = rig.tmp.path() + "/Source";
         writeFile(src + "/a.bin", pseudoRandom(777777, 41));
         writeFile(src + "/sub/ü.txt", "u\n");
@@ -292,7 +293,7 @@ private slots:
     {
         QVERIFY(!xorrisoPath().isEmpty());
         Rig rig(ToolPaths::Backend::Linux);
-        rig.drive.medium = FakeDrive::blank(QStringLiteral("CD"));
+        rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
         // A raw image of whole write units leaves nothing to round up.
         const QString image = rig.tmp.path() + "/raw disk.img";
         writeFile(image, pseudoRandom(3 * 1024 * 1024, 42));
@@ -312,7 +313,7 @@ private slots:
         QVERIFY(!xorrisoPath().isEmpty());
         Rig rig(ToolPaths::Backend::Linux);
         rig.ctx.tools.xorriso = fake("xorriso-slow");
-        rig.drive.medium = FakeDrive::blank(QStringLiteral("DVD"));
+        rig.drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         const QString image = rig.tmp.path() + "/slow.img";
         writeFile(image, pseudoRandom(12 * 1024 * 1024, 43));
         rig.picker.answers.enqueue({image});

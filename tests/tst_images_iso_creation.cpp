@@ -6,10 +6,11 @@
 
 #include <QTemporaryDir>
 
-#include "imagestest/ImagesTestKit.h"
+#include "support/SheetLog.h"
+#include "support/LogCatcher.h"
+#include "support/DiscImages.h"
+#include "support/Files.h"
 #include "images/IsoCreationFlow.h"
-
-using namespace ImagesTestKit;
 
 namespace {
 

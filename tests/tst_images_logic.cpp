@@ -4,7 +4,7 @@
 
 #include <QTemporaryDir>
 
-#include "imagestest/ImagesTestKit.h"
+#include "support/Files.h"
 #include "images/DataBurnPlan.h"
 #include "images/Duplication.h"
 #include "images/HdiutilImageTool.h"
@@ -12,8 +12,6 @@
 #include "images/ImageProgress.h"
 #include "images/IsoCreation.h"
 #include "images/XorrisoImageTool.h"
-
-using namespace ImagesTestKit;
 
 class TestImagesLogic : public QObject {
     Q_OBJECT

@@ -6,11 +6,10 @@
 #include <QTemporaryDir>
 #include <sys/stat.h>
 
-#include "imagestest/ImagesTestKit.h"
+#include "support/LogCatcher.h"
+#include "support/Files.h"
 #include "images/DataBurnPlan.h"
 #include "images/StagingCopy.h"
-
-using namespace ImagesTestKit;
 
 class TestImagesStaging : public QObject {
     Q_OBJECT

@@ -24,30 +24,20 @@
 #include "images/DataBurnFlow.h"
 #include "images/DuplicationFlow.h"
 #include "images/ImageBurnFlow.h"
-#include "imagestest/ImagesTestKit.h"
+#include "support/DiscImages.h"
+#include "support/Files.h"
+#include "support/LogCatcher.h"
 #include "support/SheetLog.h"
 #include "support/FakeAlerts.h"
+#include "support/FakeDriveBackend.h"
 #include "support/FakeFilePicker.h"
-#include "support/MediumAnswers.h"
 #include "support/TestMain.h"
-
-using namespace ImagesTestKit;
 
 namespace {
 
 const QString Verified = QStringLiteral("The disc was written and verified.");
 const QString Differences = QStringLiteral("The disc was written, but verifying it found differences.");
 
-
-MediumProbe blankDisc(const QString &family)
-{
-    MediumProbe p;
-    p.IsDriveEmpty = [](std::function<void(bool)> d) { d(false); };
-    p.IsMediaOneTimeWritable = [](std::function<void(bool)> d) { d(true); };
-    p.IsMediaReWritable = [](std::function<void(bool)> d) { d(false); };
-    p.TypeOfMediaInTheDrive = [family](std::function<void(QString)> d) { d(family); };
-    return p;
-}
 
 NodeMediaFile media(const QString &path, qint64 seconds)
 {
@@ -103,7 +93,7 @@ private:
 // The flows' context on a pseudo-drive file, verifying or not.
 struct Rig {
     QTemporaryDir tmp;
-    FakeDrive drive;
+    FakeDriveBackend drive;
     FakeAlerts alerts;
     FakeFilePicker picker;
     Object_Optical_Drive current;
@@ -118,7 +108,7 @@ struct Rig {
         current.s_Drive_Number = QStringLiteral("1");
         current.s_Device_Path = QStringLiteral("stdio:") + disc;
         media = std::make_unique<MediaQuestions>(drive, alerts, [] { return false; }, [this] { return current; });
-        drive.medium = FakeDrive::blank(QStringLiteral("DVD"));
+        drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         ctx.tools.backend = backend;
         ctx.tools.xorriso = fake("xorriso-damaging");
         ctx.tools.drutil = fake("burn-drutil");
@@ -487,7 +477,7 @@ private slots:
         Rig rig(ToolPaths::Backend::Linux);
         const QString volume = rig.tmp.path() + "/Volumes/MY DISC";
         writeFile(volume + "/data/blob.bin", bytes(200000, 9));
-        rig.drive.medium = FakeDrive::finished(QStringLiteral("CD"));
+        rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));
         int copies = 0;
         QList<bool> readBackBeforeEject;
         bool verifiedSinceLastEject = false;
@@ -497,7 +487,7 @@ private slots:
                 QFile::rename(rig.disc, rig.tmp.path() + QStringLiteral("/copy%1.bin").arg(++copies));
             }
             verifiedSinceLastEject = false;
-            rig.drive.medium = FakeDrive::blank(QStringLiteral("CD"));
+            rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
         };
         rig.picker.answers.enqueue({volume});
         AlertAnswer count;
@@ -526,8 +516,8 @@ private slots:
         env.set("TAMBLO_DAMAGE_OFFSET", QStringLiteral("100000"));
         const QString volume = rig.tmp.path() + "/Volumes/MY DISC";
         writeFile(volume + "/data/blob.bin", bytes(200000, 9));
-        rig.drive.medium = FakeDrive::finished(QStringLiteral("CD"));
-        rig.ctx.ejectDisc = [&] { rig.drive.medium = FakeDrive::blank(QStringLiteral("CD")); };
+        rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));
+        rig.ctx.ejectDisc = [&] { rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD")); };
         rig.picker.answers.enqueue({volume});
         AlertAnswer count;
         count.button = 0;
@@ -559,7 +549,7 @@ private slots:
             ctx.currentDrive.s_Device_Path = QStringLiteral("stdio:") + disc;
             XorrisoRecorder recorder(fake("xorriso-damaging"), QStringLiteral("cdrskin"));
             FakeAlerts alerts;
-            MediaBurn burn(recorder, alerts, asCheck(blankDisc(QStringLiteral("CD"))));
+            MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(QStringLiteral("CD"))));
             SheetLog sheets(&burn);
             QList<ToolCommand> recordings;
             connect(&burn, &MediaBurn::recordingStarted, this, [&](const ToolCommand &c) { recordings << c; });
@@ -591,7 +581,7 @@ private slots:
         ctx.currentDrive.s_Drive_Number = QStringLiteral("1");
         DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
-        MediaBurn burn(recorder, alerts, asCheck(blankDisc(QStringLiteral("CD"))));
+        MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(QStringLiteral("CD"))));
         SheetLog sheets(&burn);
         LogCatcher runs;
         burn.burn(BurnOperation::AudioCD, {media(m_tone, 1)}, ctx);
@@ -615,7 +605,7 @@ private slots:
         ctx.currentDrive.s_Drive_Number = QStringLiteral("1");
         DrutilRecorder recorder(fake("burn-drutil"));
         FakeAlerts alerts;
-        MediaBurn burn(recorder, alerts, asCheck(blankDisc(QStringLiteral("DVD"))));
+        MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(QStringLiteral("DVD"))));
         SheetLog sheets(&burn);
         burn.burn(BurnOperation::MP3DVD, {media(m_tone, 1)}, ctx);
         QVERIFY(QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000));
