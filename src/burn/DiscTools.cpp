@@ -8,20 +8,14 @@
 
 namespace {
 
-AlertRequest closeAlert(const QString &message, const QString &informative)
-{
-    AlertRequest r;
-    r.messageText = message;
-    r.informativeText = informative;
-    return r;
-}
+using Refusal = MediumRefusals;
 
 MediumRefusals eraseRefusals()
 {
     MediumRefusals r;
-    r.noDisc = closeAlert(QStringLiteral("No disc"),
+    r.noDisc = Refusal::closeAlert(QStringLiteral("No disc"),
                           QStringLiteral("There is no disc on the drive. insert a rewritable media on the drive and try again."));
-    r.notWritable = closeAlert(
+    r.notWritable = Refusal::closeAlert(
         QStringLiteral("Media not rewritable"),
         QStringLiteral("The media on the drive is not rewritable. insert a rewritable media on the drive and try again."));
     return r;
@@ -30,11 +24,11 @@ MediumRefusals eraseRefusals()
 MediumRefusals infoRefusals(const DiscToolsContext &context)
 {
     MediumRefusals r;
-    r.noDisc = closeAlert(QStringLiteral("No disc"),
+    r.noDisc = Refusal::closeAlert(QStringLiteral("No disc"),
                           QStringLiteral("There is no disc on the drive. Insert a media on the drive and try again."));
     r.noDiscNow = [context, fallback = r.noDisc] {
         const DriveAccess access = context.backend->access().forDrive(context.currentDrive());
-        return access.denied() ? closeAlert(access.alertMessage(), access.alertInformative()) : fallback;
+        return access.denied() ? Refusal::closeAlert(access.alertMessage(), access.alertInformative()) : fallback;
     };
     return r;
 }

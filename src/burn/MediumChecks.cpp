@@ -2,15 +2,13 @@
 
 #include "toolrun/ToolMessages.h"
 
-namespace {
-AlertRequest closeAlert(const QString &message, const QString &informative)
+AlertRequest MediumRefusals::closeAlert(const QString &message, const QString &informative)
 {
     AlertRequest r;
     r.messageText = message;
     r.informativeText = informative;
     return r;
 }
-} // namespace
 
 MediumRefusals MediumRefusals::forBurn(BurnOperation operation)
 {

@@ -22,6 +22,8 @@ struct MediumRefusals {
     DiscRoom::Subject room = DiscRoom::Subject::Compilation;  // who needs the room
 
     static MediumRefusals forBurn(BurnOperation operation);
+    // An alert of one message and one button "Close".
+    static AlertRequest closeAlert(const QString &message, const QString &informative);
 };
 
 // The one medium check chain, for every operation that needs a disc: the
