@@ -31,6 +31,7 @@
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
 #include "support/SmallDisk.h"
+#include "support/FlowRig.h"
 #include "support/TestMain.h"
 #include "toolrun/ToolRun.h"
 
@@ -55,22 +56,17 @@ QStringList names(const QString &folder)
     return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
 }
 
-// The medium checks answered by a blank disc of `family`, the room by the
-// real xorriso on the pseudo-drive.
-struct Drive {
-    FakeDriveBackend fake;
+// The flows' context on the pseudo-drive `device`: the medium checks
+// answered by a blank disc of `family`, the room by the real xorriso on the
+// pseudo-drive.
+struct RoomRig : FlowRig {
     XorrisoBackend xorriso{xorrisoPath(), QStringLiteral("eject")};
-    FakeAlerts alerts;
-    Object_Optical_Drive current;
-    std::unique_ptr<MediaQuestions> media;
 
-    Drive(const QString &family, const QString &device)
+    RoomRig(const QString &family, const QString &device)
     {
-        fake.status = FakeDriveBackend::blank(family);
-        fake.spaceFrom = &xorriso;
-        current.s_Drive_Number = QStringLiteral("1");
+        drive.status = FakeDriveBackend::blank(family);
+        drive.spaceFrom = &xorriso;
         current.s_Device_Path = device;
-        media = std::make_unique<MediaQuestions>(fake, alerts, [] { return false; }, [this] { return current; });
     }
 };
 
@@ -135,24 +131,23 @@ class TestBurnDiscRoom : public QObject {
             out.alerts << disk.error();
             return out;
         }
-        Drive drive(family, disk.device());
-        QTemporaryDir docs;
+        RoomRig rig(family, disk.device());
         MediaBurnContext ctx;
         ctx.sffmpegPath = m_ffmpeg;
-        ctx.s_Audio_Folder = docs.filePath(QStringLiteral("TambloAudio"));
-        ctx.s_Video_Folder = docs.filePath(QStringLiteral("TambloVideo"));
-        ctx.currentDrive = drive.current;
+        ctx.s_Audio_Folder = rig.tmp.filePath(QStringLiteral("TambloAudio"));
+        ctx.s_Video_Folder = rig.tmp.filePath(QStringLiteral("TambloVideo"));
+        ctx.currentDrive = rig.current;
         const QString folder = BurnMessages::isVideoBurn(op) ? ctx.s_Video_Folder : ctx.s_Audio_Folder;
         writeFile(folder + "/left over.txt", "mine\n");
         XorrisoRecorder recorder(xorrisoPath(), QStandardPaths::findExecutable(QStringLiteral("cdrskin")));
         Sheets sheets;
-        MediaBurn burn(recorder, sheets, drive.alerts, drive.media->checker());
+        MediaBurn burn(recorder, sheets, rig.alerts, rig.media->checker());
         QSignalSpy refused(&burn, &MediaBurn::refused);
         burn.burn(op, list, ctx);
         if (!QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000))
             out.alerts << QStringLiteral("the burn did not end");
         out.sheets = sheets.events;
-        out.alerts = drive.alerts.texts();
+        out.alerts = rig.alerts.texts();
         out.refused = refused.count();
         out.folderAfter = names(folder);
         return out;
@@ -403,31 +398,23 @@ private slots:
         for (const qint64 room : {estimate, estimate - OneMegabyte}) {
             SmallDisk disk = SmallDisk::withRoomFor(room);
             QVERIFY2(disk.isMounted(), qPrintable(disk.error()));
-            Drive drive(QStringLiteral("DVD"), disk.device());
-            ImageFlowContext ctx;
-            ctx.tools.backend = ToolPaths::Backend::Linux;
-            ctx.tools.xorriso = xorrisoPath();
-            ctx.dataFolder = tmp.filePath(QStringLiteral("TambloData"));
-            writeFile(ctx.dataFolder + "/left over.txt", "mine\n");
-            ctx.homeFolder = tmp.path();
-            ctx.alerts = &drive.alerts;
-            ctx.media = drive.media.get();
-            ctx.currentDrive = [&drive] { return drive.current; };
-            DataBurnFlow flow(ctx);
+            RoomRig rig(QStringLiteral("DVD"), disk.device());
+            writeFile(rig.data + "/left over.txt", "mine\n");
+            DataBurnFlow flow(rig.ctx);
             SheetLog log(&flow);
             flow.Burn_Data_DVD({listed});
             QVERIFY(log.waitEnded(1, 120000));
             if (room == estimate) {
-                QVERIFY2(drive.alerts.shown.isEmpty(), qPrintable(drive.alerts.texts().join('\n')));
+                QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join('\n')));
                 QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
                 QVERIFY(QFileInfo(disk.file()).size() > 3 * 1024 * 1024);
             } else {
                 const QString need = QStringLiteral("about ") + Measurements::sizeText(quint64(estimate) * 2048);
                 const QString left = Measurements::sizeText(quint64(room) * 2048);
-                QCOMPARE(drive.alerts.texts(),
+                QCOMPARE(rig.alerts.texts(),
                          QStringList{roomAlert(QStringLiteral("The compilation"), need, left, CompilationAdvice)});
                 QCOMPARE(log.sheets(), QStringList{"ended"});
-                QCOMPARE(names(ctx.dataFolder), QStringList{"left over.txt"});
+                QCOMPARE(names(rig.data), QStringList{"left over.txt"});
                 QVERIFY(!QFile::exists(disk.file()));
             }
         }
@@ -442,24 +429,14 @@ private slots:
         for (const qint64 room : {sectors, sectors - OneMegabyte}) {
             SmallDisk disk = SmallDisk::withRoomFor(room);
             QVERIFY2(disk.isMounted(), qPrintable(disk.error()));
-            Drive drive(QStringLiteral("Other"), disk.device());
-            FakeFilePicker picker;
-            picker.answers.enqueue({image});
-            ImageFlowContext ctx;
-            ctx.tools.backend = ToolPaths::Backend::Linux;
-            ctx.tools.xorriso = xorrisoPath();
-            ctx.dataFolder = tmp.filePath(QStringLiteral("TambloData"));
-            ctx.homeFolder = tmp.path();
-            ctx.alerts = &drive.alerts;
-            ctx.picker = &picker;
-            ctx.media = drive.media.get();
-            ctx.currentDrive = [&drive] { return drive.current; };
-            ImageBurnFlow flow(ctx);
+            RoomRig rig(QStringLiteral("Other"), disk.device());
+            rig.picker.answers.enqueue({image});
+            ImageBurnFlow flow(rig.ctx);
             SheetLog log(&flow);
             flow.OnActionISOBurn();
             QVERIFY(log.waitEnded(1, 120000));
             if (room == sectors) {
-                QVERIFY2(drive.alerts.shown.isEmpty(), qPrintable(drive.alerts.texts().join('\n')));
+                QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join('\n')));
                 QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
                 // The image, then at most the rest of the recorder's write unit in zeros.
                 QFile disc(disk.file());
@@ -471,7 +448,7 @@ private slots:
                 QVERIFY(tail.size() < 64 * 1024);
                 QCOMPARE(tail, QByteArray(tail.size(), '\0'));
             } else {
-                QCOMPARE(drive.alerts.texts(),
+                QCOMPARE(rig.alerts.texts(),
                          QStringList{roomAlert(QStringLiteral("The image"), QStringLiteral("about 2.03 MB"),
                                                QStringLiteral("1.03 MB"), DiscAdvice)});
                 QCOMPARE(log.sheets(), QStringList{"ended"});
@@ -507,40 +484,29 @@ private slots:
         for (const qint64 room : {sectors, sectors - OneMegabyte}) {
             SmallDisk disk = SmallDisk::withRoomFor(room);
             QVERIFY2(disk.isMounted(), qPrintable(disk.error()));
-            Drive drive(QStringLiteral("Other"), disk.device());
-            drive.fake.status = FakeDriveBackend::finished(QStringLiteral("CD"));  // the source disc
-            FakeFilePicker picker;
-            picker.answers.enqueue({volume});
+            RoomRig rig(QStringLiteral("Other"), disk.device());
+            rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));  // the source disc
+            rig.drive.onEject = [&rig] { rig.drive.status = FakeDriveBackend::blank(QStringLiteral("Other")); };
+            rig.picker.answers.enqueue({volume});
             AlertAnswer count;
             count.button = 0;
             count.input = QStringLiteral("1");
-            drive.alerts.answers.enqueue(count);           // one copy
-            drive.alerts.answers.enqueue(AlertAnswer{0, {}});  // "Burn Copy 1 of 1"
+            rig.alerts.answers.enqueue(count);           // one copy
+            rig.alerts.answers.enqueue(AlertAnswer{0, {}});  // "Burn Copy 1 of 1"
             if (room != sectors) {
-                drive.alerts.answers.enqueue(AlertAnswer{0, {}});  // "Close" on the room alert
-                drive.alerts.answers.enqueue(AlertAnswer{1, {}});  // then "Cancel"
+                rig.alerts.answers.enqueue(AlertAnswer{0, {}});  // "Close" on the room alert
+                rig.alerts.answers.enqueue(AlertAnswer{1, {}});  // then "Cancel"
             }
-            ImageFlowContext ctx;
-            ctx.tools.backend = ToolPaths::Backend::Linux;
-            ctx.tools.xorriso = xorrisoPath();
-            ctx.dataFolder = tmp.filePath(QStringLiteral("TambloData"));
-            QDir().mkpath(ctx.dataFolder);
-            ctx.homeFolder = tmp.path();
-            ctx.alerts = &drive.alerts;
-            ctx.picker = &picker;
-            ctx.media = drive.media.get();
-            ctx.currentDrive = [&drive] { return drive.current; };
-            ctx.ejectDisc = [&drive] { drive.fake.status = FakeDriveBackend::blank(QStringLiteral("Other")); };
-            DuplicationFlow flow(ctx);
+            DuplicationFlow flow(rig.ctx);
             SheetLog log(&flow);
             QStringList imageWhenRefused;
-            drive.alerts.onShow = [&](const AlertRequest &r) {
+            rig.alerts.onShow = [&](const AlertRequest &r) {
                 if (r.messageText == DiscRoom::NoRoomMessage)
-                    imageWhenRefused = names(ctx.dataFolder);
+                    imageWhenRefused = names(rig.data);
             };
             flow.DuplicateMedia();
             QVERIFY(log.waitEnded(1, 180000));
-            const QStringList texts = drive.alerts.texts();
+            const QStringList texts = rig.alerts.texts();
             if (room == sectors) {
                 QVERIFY2(!texts.join('\n').contains(QStringLiteral("Not enough room")), qPrintable(texts.join('\n')));
                 QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
@@ -552,7 +518,7 @@ private slots:
                 // Then the question again, with the same numbers; the image
                 // was there, untouched, until the user cancelled.
                 QCOMPARE(texts.size(), 4);
-                QCOMPARE(drive.alerts.shown.at(3).buttons.value(0), QStringLiteral("Burn Copy 1 of 1"));
+                QCOMPARE(rig.alerts.shown.at(3).buttons.value(0), QStringLiteral("Burn Copy 1 of 1"));
                 QCOMPARE(imageWhenRefused, QStringList{"image.iso"});
                 QVERIFY(!QFile::exists(disk.file()));
                 QCOMPARE(log.commands.size(), 1);  // the imaging, no recording

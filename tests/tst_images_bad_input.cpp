@@ -5,6 +5,7 @@
 #include "compilation/Measurements.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
+#include "support/FlowRig.h"
 #include "support/TestMain.h"
 
 #include <QTemporaryDir>
@@ -32,43 +33,12 @@
 
 namespace {
 
-struct Rig {
-    QTemporaryDir tmp;
-    FakeDriveBackend drive;
-    FakeAlerts alerts;
-    FakeFilePicker picker;
-    Object_Optical_Drive current;
-    std::unique_ptr<MediaQuestions> media;
-    ImageFlowContext ctx;
-    QString data;
-
-    explicit Rig(ToolPaths::Backend backend = ToolPaths::Backend::Linux)
+// A blank DVD in the drive; the staging copy measured often.
+struct Rig : FlowRig {
+    explicit Rig(ToolPaths::Backend backend = ToolPaths::Backend::Linux) : FlowRig(backend)
     {
-        data = tmp.path() + "/Documents/TambloData";
-        QDir().mkpath(data);
-        current.s_Drive_Number = QStringLiteral("1");
-        current.s_Device_Path = QStringLiteral("stdio:") + tmp.path() + "/disc.bin";
-        media = std::make_unique<MediaQuestions>(drive, alerts, [] { return false; }, [this] { return current; });
         drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
-        ctx.tools.backend = backend;
-        ctx.tools.xorriso = xorrisoPath();
-        ctx.tools.drutil = fake("drutil");
-        ctx.tools.hdiutil = fake("hdiutil");
-        ctx.dataFolder = data;
-        ctx.homeFolder = tmp.path();
-        ctx.alerts = &alerts;
-        ctx.picker = &picker;
-        ctx.media = media.get();
-        ctx.currentDrive = [this] { return current; };
-        ctx.ejectDisc = [] {};
         ctx.stagingPollMs = 30;
-    }
-    NodeDataFolder folder(const QString &path)
-    {
-        NodeDataFolder n;
-        n.s_Path = path;
-        n.i_Size_in_KBytes = Measurements::folderSize(path) >> 10;
-        return n;
     }
 };
 
@@ -135,7 +105,7 @@ private slots:
         QVERIFY(log.commands.isEmpty());  // nothing was recorded
         QCOMPARE(log.sheets().last(), QStringLiteral("ended"));
         QVERIFY(QFileInfo::exists(b + "/2.jpg"));
-        QVERIFY(!QFileInfo::exists(rig.tmp.path() + "/disc.bin") || QFileInfo(rig.tmp.path() + "/disc.bin").size() == 0);
+        QVERIFY(!QFileInfo::exists(rig.disc) || QFileInfo(rig.disc).size() == 0);
         QVERIFY(QDir(rig.data).isEmpty());
     }
 
@@ -227,7 +197,7 @@ private slots:
         QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
         QCOMPARE(log.failures.size(), 1);
         QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be written."));
-        QVERIFY(!QFileInfo::exists(rig.tmp.path() + "/disc.bin") || QFileInfo(rig.tmp.path() + "/disc.bin").size() == 0);
+        QVERIFY(!QFileInfo::exists(rig.disc) || QFileInfo(rig.disc).size() == 0);
     }
 
     // ---- an unreadable file -----------------------------------------------

@@ -4,6 +4,7 @@
 #include "compilation/Measurements.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
+#include "support/FlowRig.h"
 #include "support/TestMain.h"
 
 #include <QTemporaryDir>
@@ -19,45 +20,12 @@
 
 namespace {
 
-struct Rig {
-    QTemporaryDir tmp;
-    FakeDriveBackend drive;
-    FakeAlerts alerts;
-    FakeFilePicker picker;
-    bool debug = false;
-    Object_Optical_Drive current;
-    std::unique_ptr<MediaQuestions> media;
-    ImageFlowContext ctx;
-    QString data;
-
-    explicit Rig(ToolPaths::Backend backend)
+// The current drive is the second; the staging copy is measured often.
+struct Rig : FlowRig {
+    explicit Rig(ToolPaths::Backend backend) : FlowRig(backend)
     {
-        data = tmp.path() + "/Documents/TambloData";
-        QDir().mkpath(data);
         current.s_Drive_Number = QStringLiteral("2");
-        current.s_Device_Path = QStringLiteral("stdio:") + tmp.path() + "/disc.iso";
-        media = std::make_unique<MediaQuestions>(drive, alerts, [this] { return debug; },
-                                                 [this] { return current; });
-        ctx.tools.backend = backend;
-        ctx.tools.xorriso = xorrisoPath();
-        ctx.tools.drutil = fake("drutil");
-        ctx.tools.hdiutil = fake("hdiutil");
-        ctx.dataFolder = data;
-        ctx.homeFolder = tmp.path();
-        ctx.alerts = &alerts;
-        ctx.picker = &picker;
-        ctx.media = media.get();
-        ctx.currentDrive = [this] { return current; };
-        ctx.debugMode = [this] { return debug; };
         ctx.stagingPollMs = 50;
-    }
-
-    NodeDataFolder folder(const QString &path)
-    {
-        NodeDataFolder n;
-        n.s_Path = path;
-        n.i_Size_in_KBytes = Measurements::folderSize(path) >> 10;
-        return n;
     }
 };
 

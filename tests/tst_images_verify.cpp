@@ -33,6 +33,7 @@
 #include "support/FakeAlerts.h"
 #include "support/FakeDriveBackend.h"
 #include "support/FakeFilePicker.h"
+#include "support/FlowRig.h"
 #include "support/TestMain.h"
 
 namespace {
@@ -93,45 +94,16 @@ private:
     QList<QByteArray> m_names;
 };
 
-// The flows' context on a pseudo-drive file, verifying or not.
-struct Rig {
-    QTemporaryDir tmp;
-    FakeDriveBackend drive;
-    FakeAlerts alerts;
-    FakeFilePicker picker;
-    Object_Optical_Drive current;
-    std::unique_ptr<MediaQuestions> media;
-    ImageFlowContext ctx;
-    bool verify = true;
-    QString disc;
-
-    explicit Rig(ToolPaths::Backend backend)
+// The flows' context on a pseudo-drive file, verifying unless told not to,
+// with a blank DVD in the drive; the stand-in xorriso damages the disc when
+// told to.
+struct Rig : FlowRig {
+    explicit Rig(ToolPaths::Backend backend) : FlowRig(backend)
     {
-        disc = tmp.path() + "/disc.iso";
-        current.s_Drive_Number = QStringLiteral("1");
-        current.s_Device_Path = QStringLiteral("stdio:") + disc;
-        media = std::make_unique<MediaQuestions>(drive, alerts, [] { return false; }, [this] { return current; });
+        verify = true;
         drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
-        ctx.tools.backend = backend;
         ctx.tools.xorriso = fake("xorriso-damaging");
         ctx.tools.drutil = fake("burn-drutil");
-        ctx.tools.hdiutil = fake("hdiutil");
-        ctx.dataFolder = tmp.path() + "/Documents/TambloData";
-        QDir().mkpath(ctx.dataFolder);
-        ctx.homeFolder = tmp.path();
-        ctx.alerts = &alerts;
-        ctx.picker = &picker;
-        ctx.media = media.get();
-        ctx.currentDrive = [this] { return current; };
-        ctx.verifyAfterWriting = [this] { return verify; };
-    }
-
-    NodeDataFolder folder(const QString &path)
-    {
-        NodeDataFolder n;
-        n.s_Path = path;
-        n.i_Size_in_KBytes = Measurements::folderSize(path) >> 10;
-        return n;
     }
 };
 
