@@ -37,6 +37,8 @@
 #include "images/ImageBurnFlow.h"
 #include "support/DiscImages.h"
 #include "support/FileSizeLimit.h"
+#include "support/ScopedEnv.h"
+#include "support/AppHarness.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeDriveBackend.h"
 #include "support/FakeFilePicker.h"
@@ -97,40 +99,16 @@ private:
     const QObject *m_seen[4] = {nullptr, nullptr, nullptr, nullptr};
 };
 
-// Sets environment variables for one scope.
-class EnvGuard {
-public:
-    void set(const char *name, const QString &value)
-    {
-        m_names << name;
-        qputenv(name, value.toLocal8Bit());
-    }
-    ~EnvGuard()
-    {
-        for (const QByteArray &n : std::as_const(m_names))
-            qunsetenv(n.constData());
-    }
-
-private:
-    QList<QByteArray> m_names;
-};
-
 // One controller on its own Documents, settings file and pseudo-drive, all
 // inside the test's temporary HOME.
-struct Rig {
-    QTemporaryDir root{TestEnv::home() + QStringLiteral("/e2e-XXXXXX")};
-    QString documents = root.filePath(QStringLiteral("Documents"));
+struct Rig : AppHarness<> {
     QString disc = root.filePath(QStringLiteral("disc.iso"));
     QString device = QStringLiteral("stdio:") + disc;
-    std::unique_ptr<QSettings> settings =
-        std::make_unique<QSettings>(root.filePath(QStringLiteral("Tamblo.conf")), QSettings::IniFormat);
-    FakeAlerts alerts;
-    FakeFilePicker picker;
-    FakeDriveBackend *drive = nullptr;  // owned by the controller once it starts
-    QList<int> exits;
-    QList<QUrl> opened;
-    std::unique_ptr<AppDelegate> app;
 
+    Rig() : AppHarness(QString(), TestEnv::home() + QStringLiteral("/e2e-XXXXXX"))
+    {
+        listingWaitMs = 10000;
+    }
     ~Rig()
     {
         app.reset();
@@ -140,91 +118,32 @@ struct Rig {
     QString audioFolder() const { return documents + QStringLiteral("/TambloAudio"); }
     QString videoFolder() const { return documents + QStringLiteral("/TambloVideo"); }
     QString dataFolder() const { return documents + QStringLiteral("/TambloData"); }
-    QString logsDir() const { return root.filePath(QStringLiteral("logs")); }
-    DriveBackend *backend = nullptr;  // a real backend instead of the pseudo-drive, when set
 
     // Everything the operation logs wrote, newest file last.
     QString logText() const
     {
         QString all;
         QDir dir(logsDir());
-        for (const QString &f : dir.entryList({QStringLiteral("*.log")}, QDir::Files, QDir::Name)) {
-            QFile file(dir.filePath(f));
-            if (file.open(QIODevice::ReadOnly))
-                all += QString::fromUtf8(file.readAll());
-        }
+        for (const QString &f : dir.entryList({QStringLiteral("*.log")}, QDir::Files, QDir::Name))
+            all += readText(dir.filePath(f));
         return all;
     }
-    MainWindow *window() const { return app->mainWindow(); }
 
-    // Builds the controller, launches it and waits for the drive listing.
-    // `tools.backend` MacOS with `withFakeDrive` false makes the controller
-    // build its own drutil backend.
+    // Starts the controller on `tools` and waits for the drive listing and
+    // the window. Without the fake drive the controller uses `backend`, or
+    // builds its own from the tools (drutil with `tools.backend` MacOS).
     bool start(const ToolPaths &tools, bool withFakeDrive)
     {
-        AppContext c;
-        c.alerts = &alerts;
-        c.filePicker = &picker;
-        c.settings = settings.get();
-        c.documentsDir = documents;
-        c.tools = tools;
-        if (withFakeDrive) {
+        tune = [this, tools, withFakeDrive](AppContext &c) {
             // One drive whose device is a file: the Linux recorders write
             // their session into that file.
-            drive = new FakeDriveBackend;
             drive->drives = {FakeDriveBackend::drive(QStringLiteral("1"), QStringLiteral("E2E"),
                                                      QStringLiteral("Pseudo drive"), device)};
-            c.driveBackend = drive;
-        }
-        c.exitProcess = [this](int code) { exits << code; };
-        c.openUrl = [this](const QUrl &u) { opened << u; };
-        c.systemIsDark = [] { return false; };
-        c.logsDir = logsDir();
-        if (backend)
-            c.driveBackend = backend;
-        app = std::make_unique<AppDelegate>(c);
-        if (drive)
-            drive->setParent(app.get());
-        QSignalSpy listed(app.get(), &AppDelegate::drivesListed);
-        if (!app->applicationDidFinishLaunching())
-            return false;
-        if (listed.isEmpty() && !listed.wait(10000))
-            return false;
-        return QTest::qWaitForWindowExposed(app->mainWindow());
-    }
-
-    // Adds media files through the Add Files button of the current tab's
-    // toolbar and waits for them to be measured.
-    bool addMedia(QPushButton *addButton, const QStringList &paths)
-    {
-        const int before = app->arrayMediaFiles->count();
-        picker.answers.enqueue(paths);
-        QTest::mouseClick(addButton, Qt::LeftButton);
-        QElapsedTimer t;
-        t.start();
-        while (t.elapsed() < 30000) {
-            if (app->arrayMediaFiles->count() == before + paths.size() && !app->compilationActions()->isBusy()
-                && !app->windowUniqueProgress)
-                return true;
-            QTest::qWait(10);
-        }
-        return false;
-    }
-
-    bool addDataFolder(const QString &path)
-    {
-        const int before = app->arrayDataFolders->count();
-        picker.answers.enqueue({path});
-        QTest::mouseClick(window()->toolbar_btn_Data_Add_Folder, Qt::LeftButton);
-        QElapsedTimer t;
-        t.start();
-        while (t.elapsed() < 30000) {
-            if (app->arrayDataFolders->count() == before + 1 && !app->compilationActions()->isBusy()
-                && !app->windowUniqueProgress)
-                return true;
-            QTest::qWait(10);
-        }
-        return false;
+            c.tools = tools;
+            if (!withFakeDrive)
+                c.driveBackend = backend;
+        };
+        return AppHarness::start() && QTest::qWaitForWindowExposed(window());
     }
 };
 
@@ -366,7 +285,7 @@ private slots:
         QCOMPARE(rig.app->currentDrive().s_Device_Path, rig.device);
         QCOMPARE(w->tabviewMain->currentIndex(), 0);
 
-        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3, m_wav}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {m_mp3, m_wav}));
         QCOMPARE(rig.app->arrayMediaFiles->at(0).s_File_Path, m_mp3);
         QCOMPARE(rig.app->arrayMediaFiles->at(1).s_File_Path, m_wav);
         QCOMPARE(rig.app->arrayMediaFiles->at(0).i_Duration_in_Seconds, qint64(2));
@@ -432,7 +351,7 @@ private slots:
         w->tabviewMain->setCurrentIndex(1);
         QCOMPARE(w->selectedTabIdentifier(), QStringLiteral("2"));
         QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Video DVD"));
-        QVERIFY(rig.addMedia(w->toolbar_btn_Video_Add_Files, {m_mp4}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Video_Add_Files, {m_mp4}));
         QCOMPARE(rig.app->arrayMediaFiles->at(0).i_Duration_in_Seconds, qint64(2));
         QVERIFY(w->btnVideoDVD->isVisible());
         QTest::mouseClick(w->btnVideoDVD, Qt::LeftButton);
@@ -502,7 +421,7 @@ private slots:
         QVERIFY(rig.start(linuxTools(), true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         MainWindow *w = rig.window();
-        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
         QTest::mouseClick(w->btnAudioCD, Qt::LeftButton);
         QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Audio CD"));
         const QString notCd = QStringLiteral(
@@ -715,7 +634,7 @@ private slots:
         Rig rig;
         const QString drutilLog = rig.root.filePath("drutil.log");
         const QString snapshot = rig.root.filePath("handed-to-drutil");
-        EnvGuard env;
+        ScopedEnv env;
         env.set("TAMBLO_FAKE_DRUTIL_LOG", drutilLog);
         env.set("TAMBLO_FAKE_DRUTIL_LIST", fixture("drutil-list-one-drive.txt"));
         env.set("TAMBLO_FAKE_DRUTIL_STATUS", fixture("synthetic-drutil-status-blank-cdr.txt"));
@@ -733,7 +652,7 @@ private slots:
         QCOMPARE(rig.app->currentDrive().s_Drive_Number, QStringLiteral("1"));
         QCOMPARE(readLines(drutilLog), QStringList{"list"});
 
-        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
         QTest::mouseClick(w->btnAudioCD, Qt::LeftButton);
         QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Audio CD"));
 
@@ -914,7 +833,7 @@ private slots:
         QVERIFY(rig.start(linuxTools(), true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
-        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {bad}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {bad}));
         QTest::mouseClick(w->btnMP3CD, Qt::LeftButton);
         QSignalSpy recordings(rig.app->mediaBurn(), &MediaBurn::recordingStarted);
         SheetWatch watch(rig.app.get());
@@ -950,7 +869,7 @@ private slots:
         QVERIFY(rig.start(linuxTools(), true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
-        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {a1, a2}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {a1, a2}));
         QTest::mouseClick(w->btnMP3CD, Qt::LeftButton);
         SheetWatch watch(rig.app.get());
         QVERIFY2(burnAndWaitForComplete(rig, watch), qPrintable(rig.alerts.texts().join("\n")));
@@ -1003,10 +922,9 @@ private slots:
         rig.backend = new XorrisoBackend(fake("xorriso-hangs-on-status"), m_eject, nullptr,
                                          5000, 300);
         QVERIFY(rig.start(linuxTools(), false));
-        rig.backend->setParent(rig.app.get());
         MainWindow *w = rig.window();
         QVERIFY(!rig.app->currentDrive().s_Device_Path.isEmpty());
-        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
         burnAndWaitForTheEnd(rig, 20000);
         QCOMPARE(rig.alerts.shown.size(), 1);
         QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("The drive does not answer."));
@@ -1022,7 +940,7 @@ private slots:
         ToolPaths tools = linuxTools();
         QVERIFY(rig.start(tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
-        QVERIFY(rig.addMedia(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3}));
+        QVERIFY(rig.addFiles(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3}));
         rig.app->sffmpegPath = rig.root.filePath("gone/ffmpeg");
         QTest::mouseClick(rig.window()->btnMP3CD, Qt::LeftButton);
         burnAndWaitForTheEnd(rig);
@@ -1041,7 +959,7 @@ private slots:
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         const QString longer = m_media.filePath("longer.flac");
         QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=440:duration=20", longer}));
-        QVERIFY(rig.addMedia(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3, longer}));
+        QVERIFY(rig.addFiles(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3, longer}));
         QSignalSpy recordings(rig.app->mediaBurn(), &MediaBurn::recordingStarted);
         {
             // Every file a child writes may hold 600 KB: the 2 s WAV fits, the 20 s WAV does not fit.
@@ -1072,7 +990,7 @@ private slots:
     // behind Details.
     void aDataDiscThatDoesNotReadBackAsWritten()
     {
-        EnvGuard env;
+        ScopedEnv env;
         env.set("TAMBLO_DAMAGE_FILE", QStringLiteral("/Stuff/big.bin"));
         Rig rig;
         ToolPaths tools = linuxTools();

@@ -27,14 +27,14 @@
 static bool startOnXorriso(AppHarness<> &h, const QString &xorriso, DriveAccess::DeviceNodes nodes,
                            int waitMs = 10000)
 {
-    AppContext c = h.context();
-    c.driveBackend = nullptr;
-    c.tools.xorriso = xorriso;
-    c.tools.eject = QStringLiteral("/bin/true");
-    c.opticalDeviceNodes = std::move(nodes);
-    h.app = std::make_unique<AppDelegate>(c);
-    QSignalSpy listed(h.app.get(), &AppDelegate::drivesListed);
-    return h.app->applicationDidFinishLaunching() && listed.wait(waitMs);
+    h.listingWaitMs = waitMs;
+    h.tune = [xorriso, nodes = std::move(nodes)](AppContext &c) {
+        c.driveBackend = nullptr;
+        c.tools.xorriso = xorriso;
+        c.tools.eject = QStringLiteral("/bin/true");
+        c.opticalDeviceNodes = nodes;
+    };
+    return h.start();
 }
 
 class TestAppMainWindow : public QObject {
@@ -368,10 +368,8 @@ private slots:
     {
         // The real Linux backend on a tool that takes its time: start-up does not wait.
         AppHarness<> h;
-        AppContext c = h.context();
-        c.driveBackend = new XorrisoBackend(fake("xorriso-slow-list"), "/bin/true");
-        h.app = std::make_unique<AppDelegate>(c);
-        c.driveBackend->setParent(h.app.get());
+        h.backend = new XorrisoBackend(fake("xorriso-slow-list"), "/bin/true");
+        h.build();
         QSignalSpy listed(h.app.get(), &AppDelegate::drivesListed);
         QElapsedTimer t;
         t.start();

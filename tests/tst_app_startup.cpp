@@ -74,8 +74,7 @@ private slots:
         }
         h.settings->setValue("ZendrovaVideoFormat18", "1");
         h.settings->setValue("ZendrovaAudioFormat18", "1");
-        h.app = std::make_unique<AppDelegate>(h.context());
-        h.drive->setParent(h.app.get());
+        h.build();
         QStringList seenWhenShown;
         h.app->mainWindow()->installEventFilter(this);
         m_onShow = [&] {

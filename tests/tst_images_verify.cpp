@@ -34,6 +34,7 @@
 #include "support/FakeDriveBackend.h"
 #include "support/FakeFilePicker.h"
 #include "support/FlowRig.h"
+#include "support/ScopedEnv.h"
 #include "support/TestMain.h"
 
 namespace {
@@ -75,24 +76,6 @@ ToolVerdict recorded(const QString &program, const char *fixtureName, int exitCo
     ToolVerdicts::judge(v);
     return v;
 }
-
-// Sets environment variables for one scope.
-class Env {
-public:
-    void set(const char *name, const QString &value)
-    {
-        m_names << name;
-        qputenv(name, value.toLocal8Bit());
-    }
-    ~Env()
-    {
-        for (const QByteArray &n : std::as_const(m_names))
-            qunsetenv(n.constData());
-    }
-
-private:
-    QList<QByteArray> m_names;
-};
 
 // The flows' context on a pseudo-drive file, verifying unless told not to,
 // with a blank DVD in the drive; the stand-in xorriso damages the disc when
@@ -279,7 +262,7 @@ private slots:
     void dataDiscDamagedBeforeItIsReadBack()
     {
         Rig rig(ToolPaths::Backend::Linux);
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_DAMAGE_FILE", QStringLiteral("/Photos/a.bin"));
         const QString damageLog = rig.tmp.path() + "/damage.log";
         env.set("TAMBLO_DAMAGE_LOG", damageLog);
@@ -323,7 +306,7 @@ private slots:
         Rig rig(ToolPaths::Backend::MacOS);
         rig.ctx.stagingPollMs = 50;
         const QString burnLog = rig.tmp.path() + "/burn.log";
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_FAKE_BURN_LOG", burnLog);
         env.set("TAMBLO_FAKE_BURN_SAY", QStringLiteral("Verifying burn… Burn completed."));
         const QString a = rig.tmp.path() + "/src/Photos";
@@ -373,7 +356,7 @@ private slots:
     void imageDamagedBeforeItIsReadBack()
     {
         Rig rig(ToolPaths::Backend::Linux);
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_DAMAGE_OFFSET", QStringLiteral("40960"));
         const QString image = rig.tmp.path() + "/raw.img";
         writeFile(image, bytes(3 * 1024 * 1024, 8));
@@ -397,7 +380,7 @@ private slots:
         // Bytes of the image that all differ from "DAMAGED!": the whole
         // eight are named.
         Rig rig(ToolPaths::Backend::Linux);
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_DAMAGE_OFFSET", QStringLiteral("40960"));
         const QString image = rig.tmp.path() + "/zeros.img";
         writeFile(image, QByteArray(1024 * 1024, '\0'));
@@ -414,7 +397,7 @@ private slots:
     {
         Rig rig(ToolPaths::Backend::MacOS);
         const QString argsLog = rig.tmp.path() + "/h.log";
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_FAKE_HDIUTIL_LOG", argsLog);
         env.set("TAMBLO_FAKE_HDIUTIL_BURN", fixture("synthetic-hdiutil-burn-verbose-progress.txt"));
         const QString image = rig.tmp.path() + "/My Image.dmg";
@@ -481,7 +464,7 @@ private slots:
     void aDamagedCopyEndsTheDuplication()
     {
         Rig rig(ToolPaths::Backend::Linux);
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_DAMAGE_OFFSET", QStringLiteral("100000"));
         const QString volume = rig.tmp.path() + "/Volumes/MY DISC";
         writeFile(volume + "/data/blob.bin", bytes(200000, 9));
@@ -510,7 +493,7 @@ private slots:
     {
         for (const bool damaged : {false, true}) {
             QTemporaryDir tmp;
-            Env env;
+            ScopedEnv env;
             if (damaged)
                 env.set("TAMBLO_DAMAGE_FILE", QStringLiteral("/tone.mp3"));
             const QString disc = tmp.filePath(QStringLiteral("disc.iso"));
@@ -544,7 +527,7 @@ private slots:
     {
         QTemporaryDir tmp;
         const QString burnLog = tmp.filePath(QStringLiteral("burn.log"));
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_FAKE_BURN_LOG", burnLog);
         MediaBurnContext ctx = verifyingIn(tmp);
         ctx.currentDrive.s_Drive_Number = QStringLiteral("1");
@@ -567,7 +550,7 @@ private slots:
     {
         QTemporaryDir tmp;
         const QString burnLog = tmp.filePath(QStringLiteral("burn.log"));
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_FAKE_BURN_LOG", burnLog);
         env.set("TAMBLO_FAKE_BURN_SAY", QStringLiteral("Verifying burn… Burn completed."));
         MediaBurnContext ctx = verifyingIn(tmp);
