@@ -38,6 +38,7 @@
 #include "support/DiscImages.h"
 #include "support/FileSizeLimit.h"
 #include "support/ScopedEnv.h"
+#include "support/Tools.h"
 #include "support/AppHarness.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeDriveBackend.h"
@@ -156,32 +157,6 @@ class TestAppBurnEndToEnd : public QObject {
     QTemporaryDir m_media;
     QString m_mp3, m_wav, m_mp4;
 
-    static QString run(const QString &program, const QStringList &args, int *exitCode = nullptr,
-                       bool merged = true)
-    {
-        QProcess p;
-        p.setStandardInputFile(QProcess::nullDevice());
-        if (merged)
-            p.setProcessChannelMode(QProcess::MergedChannels);
-        p.start(program, args);
-        if (!p.waitForFinished(60000)) {
-            p.kill();
-            p.waitForFinished();
-        }
-        if (exitCode)
-            *exitCode = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
-        return QString::fromUtf8(p.readAllStandardOutput());
-    }
-
-    bool make(const QStringList &args)
-    {
-        int code = -1;
-        const QString out = run(m_ffmpeg, QStringList{"-v", "error", "-y"} + args, &code);
-        if (code != 0)
-            qWarning().noquote() << out;
-        return code == 0;
-    }
-
     ToolPaths linuxTools() const
     {
         ToolPaths t;
@@ -191,37 +166,6 @@ class TestAppBurnEndToEnd : public QObject {
         t.cdrskin = m_cdrskin;
         t.eject = m_eject;
         return t;
-    }
-
-    // The plain files of a pseudo-drive, as xorriso lists them ("'/a b.mp3'").
-    QStringList filesOn(const QString &disc) const
-    {
-        int code = -1;
-        QStringList files = run(m_xorriso, {"-indev", "stdio:" + disc, "-find", "/", "-type", "f"}, &code, false)
-                                .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        files.sort();
-        return files;
-    }
-
-    // Copies the whole tree of a pseudo-drive out into `dest`.
-    bool extractAll(const QString &disc, const QString &dest, QString *log) const
-    {
-        int code = -1;
-        *log = run(m_xorriso, {"-osirrox", "on", "-indev", "stdio:" + disc, "-extract", "/", dest}, &code);
-        return code == 0;
-    }
-
-    QJsonObject stream(const QString &path, const QString &type) const
-    {
-        const QString out = run(m_ffprobe,
-                                {"-v", "error", "-show_entries",
-                                 "stream=codec_name,codec_type,bit_rate,sample_rate,channels,width,height", "-of",
-                                 "json", path},
-                                nullptr, false);
-        for (const QJsonValue &v : QJsonDocument::fromJson(out.toUtf8()).object().value("streams").toArray())
-            if (v.toObject().value("codec_type").toString() == type)
-                return v.toObject();
-        return {};
     }
 
     // Clicks Burn and waits for the completion sheet.
@@ -265,9 +209,9 @@ private slots:
         m_mp3 = m_media.filePath("tone one.mp3");
         m_wav = m_media.filePath("tone two.wav");
         m_mp4 = m_media.filePath("clip.mp4");
-        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_mp3}));
-        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=660:duration=3", m_wav}));
-        QVERIFY(make({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25", "-f", "lavfi", "-i",
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_mp3}));
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=660:duration=3", m_wav}));
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25", "-f", "lavfi", "-i",
                       "sine=frequency=550:duration=2", "-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt",
                       "yuv420p", "-c:a", "aac", "-shortest", m_mp4}));
     }
@@ -322,9 +266,9 @@ private slots:
         QCOMPARE(volumeId(rig.disc), QStringLiteral("TambloAudio"));
         const QString out = rig.root.filePath("readback");
         QString log;
-        QVERIFY2(extractAll(rig.disc, out, &log), qPrintable(log));
+        QVERIFY2(extract(rig.disc, out, &log), qPrintable(log));
         for (const QString &name : {QStringLiteral("tone one.mp3"), QStringLiteral("tone two.mp3")}) {
-            const QJsonObject a = stream(out + "/" + name, "audio");
+            const QJsonObject a = firstStream(out + "/" + name, "audio");
             QVERIFY2(!a.isEmpty(), qPrintable(name));
             QCOMPARE(a.value("codec_name").toString(), QStringLiteral("mp3"));
             QCOMPARE(a.value("bit_rate").toString(), QStringLiteral("192000"));
@@ -375,9 +319,9 @@ private slots:
         QCOMPARE(filesOn(rig.disc), QStringList{"'/clip.mpg'"});
         const QString out = rig.root.filePath("readback");
         QString log;
-        QVERIFY2(extractAll(rig.disc, out, &log), qPrintable(log));
-        const QJsonObject v = stream(out + "/clip.mpg", "video");
-        const QJsonObject a = stream(out + "/clip.mpg", "audio");
+        QVERIFY2(extract(rig.disc, out, &log), qPrintable(log));
+        const QJsonObject v = firstStream(out + "/clip.mpg", "video");
+        const QJsonObject a = firstStream(out + "/clip.mpg", "audio");
         QCOMPARE(v.value("codec_name").toString(), QStringLiteral("mpeg2video"));
         QCOMPARE(v.value("width").toInt(), 720);
         QCOMPARE(v.value("height").toInt(), 480);
@@ -523,7 +467,7 @@ private slots:
 
         const QString out = rig.root.filePath("readback");
         QString log;
-        QVERIFY2(extractAll(rig.disc, out, &log), qPrintable(log));
+        QVERIFY2(extract(rig.disc, out, &log), qPrintable(log));
         QMap<QString, QString> expected = under("Photos", tree(a));
         expected.insert(under("Photos 1/Photos", tree(b)));
         expected.insert("Photos 1", "dir");
@@ -670,7 +614,7 @@ private slots:
 
         // What drutil was handed: the one transcoded track, CD audio.
         QCOMPARE(entries(snapshot), QStringList{"tone one.wav"});
-        const QJsonObject a = stream(snapshot + "/tone one.wav", "audio");
+        const QJsonObject a = firstStream(snapshot + "/tone one.wav", "audio");
         QCOMPARE(a.value("codec_name").toString(), QStringLiteral("pcm_s16le"));
         QCOMPARE(a.value("sample_rate").toString(), QStringLiteral("44100"));
         QCOMPARE(a.value("channels").toInt(), 2);
@@ -755,7 +699,7 @@ private slots:
             QCOMPARE(f.read(image.size()), image);
             const QString out = copy + QStringLiteral(".tree");
             QString log;
-            QVERIFY2(extractAll(copy, out, &log), qPrintable(log));
+            QVERIFY2(extract(copy, out, &log), qPrintable(log));
             QCOMPARE(tree(out), tree(volume));
             QCOMPARE(volumeId(copy), QStringLiteral("HOLIDAY 2024"));
         }
@@ -863,8 +807,8 @@ private slots:
         QTemporaryDir dir;
         const QString a1 = dir.filePath("a.mp3");
         const QString a2 = dir.filePath("a.wav");
-        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", a1}));
-        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=880:duration=1", a2}));
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", a1}));
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=880:duration=1", a2}));
         Rig rig;
         QVERIFY(rig.start(linuxTools(), true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
@@ -958,7 +902,7 @@ private slots:
         QVERIFY(rig.start(linuxTools(), true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         const QString longer = m_media.filePath("longer.flac");
-        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=440:duration=20", longer}));
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=20", longer}));
         QVERIFY(rig.addFiles(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3, longer}));
         QSignalSpy recordings(rig.app->mediaBurn(), &MediaBurn::recordingStarted);
         {

@@ -33,6 +33,7 @@
 #include "support/SmallDisk.h"
 #include "support/FlowRig.h"
 #include "support/TestMain.h"
+#include "support/Tools.h"
 #include "toolrun/ToolRun.h"
 
 namespace {
@@ -89,16 +90,6 @@ class TestBurnDiscRoom : public QObject {
     QString m_ffmpeg;
     QString m_tone;
     QString m_clip;
-
-    void make(const QStringList &args)
-    {
-        QProcess p;
-        p.setStandardInputFile(QProcess::nullDevice());
-        p.setProcessChannelMode(QProcess::MergedChannels);
-        p.start(m_ffmpeg, QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")} + args);
-        QVERIFY(p.waitForFinished(60000));
-        QVERIFY2(p.exitCode() == 0, p.readAll().constData());
-    }
 
     // Sectors xorriso wrote for a session of `tree` under /T, as a data burn
     // writes it ("Written to medium : N sectors").
@@ -170,8 +161,8 @@ private slots:
         QVERIFY2(!xorrisoPath().isEmpty(), "xorriso must be installed");
         m_tone = m_media.filePath(QStringLiteral("tone.mp3"));
         m_clip = m_media.filePath(QStringLiteral("clip.mov"));
-        make({"-f", "lavfi", "-i", "sine=frequency=440:duration=1", m_tone});
-        make({"-f", "lavfi", "-i", "testsrc=duration=1:size=160x120:rate=25", "-f", "lavfi", "-i",
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=1", m_tone});
+        makeMedia({"-f", "lavfi", "-i", "testsrc=duration=1:size=160x120:rate=25", "-f", "lavfi", "-i",
               "sine=duration=1", "-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt", "yuv420p", "-c:a", "aac",
               "-shortest", m_clip});
     }

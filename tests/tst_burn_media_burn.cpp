@@ -15,6 +15,7 @@
 #include "support/FakeDriveBackend.h"
 #include "support/Files.h"
 #include "support/TestMain.h"
+#include "support/Tools.h"
 #include "support/WorkingSheet.h"
 #include "toolrun/ui/StatusWindows.h"
 
@@ -192,15 +193,6 @@ private:
     QString m_log;
     MediaBurnContext m_ctx;
 
-    void make(const QStringList &args)
-    {
-        QProcess p;
-        p.setStandardInputFile(QProcess::nullDevice());
-        p.start(m_ffmpeg, QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")} + args);
-        QVERIFY(p.waitForFinished(30000));
-        QCOMPARE(p.exitCode(), 0);
-    }
-
     QStringList logLines() const
     {
         QFile f(m_log);
@@ -239,9 +231,9 @@ private slots:
     {
         m_ffmpeg = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
         QVERIFY(!m_ffmpeg.isEmpty());
-        make({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_media.filePath("b song.mp3")});
-        make({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", m_media.filePath("a.flac")});
-        make({"-f", "lavfi", "-i", "testsrc=duration=1:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=1",
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_media.filePath("b song.mp3")});
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", m_media.filePath("a.flac")});
+        makeMedia({"-f", "lavfi", "-i", "testsrc=duration=1:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=1",
               "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "aac", "-shortest", m_media.filePath("clip.mov")});
         m_log = m_docs.filePath(QStringLiteral("drutil.log"));
         qputenv("TAMBLO_FAKE_BURN_LOG", m_log.toLocal8Bit());

@@ -16,6 +16,7 @@
 #include "support/FakeDriveBackend.h"
 #include "support/Files.h"
 #include "support/TestMain.h"
+#include "support/Tools.h"
 
 using QuietSheets = BurnSheetEvents;
 
@@ -35,54 +36,13 @@ private:
     QTemporaryDir m_docs;
     MediaBurnContext m_ctx;
 
-    QString run(const QString &program, const QStringList &args, int *exitCode = nullptr)
-    {
-        QProcess p;
-        p.setStandardInputFile(QProcess::nullDevice());
-        p.setProcessChannelMode(QProcess::MergedChannels);
-        p.start(program, args);
-        p.waitForFinished(60000);
-        if (exitCode)
-            *exitCode = p.exitCode();
-        return QString::fromUtf8(p.readAll());
-    }
-
-    void make(const QStringList &args)
-    {
-        int code = -1;
-        const QString out = run(m_ffmpeg, QStringList{"-v", "error", "-y"} + args, &code);
-        QVERIFY2(code == 0, qPrintable(out));
-    }
-
-    // The files of the image's visible tree, as xorriso reads them back.
-    QStringList filesOn(const QString &image)
-    {
-        QProcess p;
-        p.setStandardInputFile(QProcess::nullDevice());
-        p.start(m_xorriso, {"-indev", "stdio:" + image, "-find", "/", "-type", "f"});
-        p.waitForFinished(30000);
-        QStringList files = QString::fromUtf8(p.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
-        files.sort();
-        return files;
-    }
-
-    QString extract(const QString &image, const QString &isoPath, const QString &name)
+    // Copies the file `isoPath` of an image out, as `name` in the documents.
+    QString extractFile(const QString &image, const QString &isoPath, const QString &name)
     {
         const QString target = m_docs.filePath(name);
         QFile::remove(target);
-        run(m_xorriso, {"-osirrox", "on", "-indev", "stdio:" + image, "-extract", isoPath, target});
+        runTool(m_xorriso, {"-osirrox", "on", "-indev", "stdio:" + image, "-extract", isoPath, target});
         return target;
-    }
-
-    QJsonObject firstStream(const QString &path, const QString &type)
-    {
-        const QString out = run(m_ffprobe, {"-v", "error", "-show_entries",
-                                            "stream=codec_name,codec_type,bit_rate,sample_rate,channels,width,height",
-                                            "-of", "json", path});
-        for (const QJsonValue &v : QJsonDocument::fromJson(out.toUtf8()).object().value("streams").toArray())
-            if (v.toObject().value("codec_type").toString() == type)
-                return v.toObject();
-        return {};
     }
 
     void burnAndWait(MediaBurn &burn, BurnOperation op, const QList<NodeMediaFile> &list, const MediaBurnContext &ctx)
@@ -101,9 +61,9 @@ private slots:
         m_cdrskin = QStandardPaths::findExecutable("cdrskin");
         QVERIFY(!m_ffmpeg.isEmpty() && !m_ffprobe.isEmpty());
         QVERIFY2(!m_xorriso.isEmpty() && !m_cdrskin.isEmpty(), "xorriso and cdrskin must be installed");
-        make({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_media.filePath("zulu.mp3")});
-        make({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", m_media.filePath("alpha song.flac")});
-        make({"-f", "lavfi", "-i", "testsrc=duration=1:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=1",
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_media.filePath("zulu.mp3")});
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", m_media.filePath("alpha song.flac")});
+        makeMedia({"-f", "lavfi", "-i", "testsrc=duration=1:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=1",
               "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "aac", "-shortest", m_media.filePath("clip.mov")});
         m_ctx.sffmpegPath = m_ffmpeg;
         m_ctx.s_Audio_Folder = m_docs.filePath("TambloAudio");
@@ -131,9 +91,9 @@ private slots:
         QVERIFY(!cmd.arguments.join(' ').contains("blank"));
 
         QCOMPARE(filesOn(image), (QStringList{"'/alpha song.mp3'", "'/zulu.mp3'"}));
-        const QString pvd = run(m_xorriso, {"-indev", "stdio:" + image, "-pvd_info"});
+        const QString pvd = runTool(m_xorriso, {"-indev", "stdio:" + image, "-pvd_info"}).output;
         QVERIFY2(pvd.contains(QRegularExpression("Volume Id\\s*:\\s*TambloAudio")), qPrintable(pvd));
-        const QJsonObject a = firstStream(extract(image, "/zulu.mp3", "back.mp3"), "audio");
+        const QJsonObject a = firstStream(extractFile(image, "/zulu.mp3", "back.mp3"), "audio");
         QCOMPARE(a.value("codec_name").toString(), QStringLiteral("mp3"));
         QCOMPARE(a.value("bit_rate").toString(), QStringLiteral("192000"));
         QCOMPARE(a.value("sample_rate").toString(), QStringLiteral("44100"));
@@ -176,7 +136,7 @@ private slots:
             // Joliet is not found.
             QVERIFY(writeFile(drives.filePath("plain/" + c.discName), QByteArray()));
             const QString control = drives.filePath("control.iso");
-            run(m_xorriso, {"-outdev", "stdio:" + control, "-map", drives.filePath("plain"), "/", "-commit"});
+            runTool(m_xorriso, {"-outdev", "stdio:" + control, "-map", drives.filePath("plain"), "/", "-commit"});
             QVERIFY(QFileInfo(control).size() > 0);
             QVERIFY(!jolietHolds(control, c.discName));
         }
@@ -194,11 +154,11 @@ private slots:
         MediaBurn burn(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("DVD")));
         burnAndWait(burn, BurnOperation::VideoDVD, {media(m_media.filePath("clip.mov"), 1)}, ctx);
         QCOMPARE(filesOn(image), QStringList{"'/clip.mpg'"});
-        const QJsonObject v = firstStream(extract(image, "/clip.mpg", "back.mpg"), "video");
+        const QJsonObject v = firstStream(extractFile(image, "/clip.mpg", "back.mpg"), "video");
         QCOMPARE(v.value("codec_name").toString(), QStringLiteral("mpeg2video"));
         QCOMPARE(v.value("width").toInt(), 720);
         QCOMPARE(v.value("height").toInt(), 576);
-        const QString pvd = run(m_xorriso, {"-indev", "stdio:" + image, "-pvd_info"});
+        const QString pvd = runTool(m_xorriso, {"-indev", "stdio:" + image, "-pvd_info"}).output;
         QVERIFY(pvd.contains(QRegularExpression("Volume Id\\s*:\\s*TambloVideo")));
         QVERIFY(QDir(m_ctx.s_Video_Folder).isEmpty());
 
@@ -207,7 +167,7 @@ private slots:
         MediaBurn second(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("DVD")));
         burnAndWait(second, BurnOperation::MP3DVD, {media(m_media.filePath("zulu.mp3"), 2)}, ctx);
         QCOMPARE(filesOn(image), (QStringList{"'/clip.mpg'", "'/zulu.mp3'"}));
-        const QString toc = run(m_xorriso, {"-indev", "stdio:" + image, "-toc"});
+        const QString toc = runTool(m_xorriso, {"-indev", "stdio:" + image, "-toc"}).output;
         QCOMPARE(toc.count(QRegularExpression("ISO session\\s*:")), 2);
         QVERIFY(toc.contains("TambloVideo"));
         QVERIFY(toc.contains("TambloAudio"));
