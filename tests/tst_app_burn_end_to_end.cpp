@@ -153,20 +153,9 @@ struct Rig : AppHarness<> {
 class TestAppBurnEndToEnd : public QObject {
     Q_OBJECT
 
-    QString m_ffmpeg, m_ffprobe, m_xorriso, m_cdrskin, m_eject;
+    ToolPaths m_tools;  // the Linux tools on PATH
     QTemporaryDir m_media;
     QString m_mp3, m_wav, m_mp4;
-
-    ToolPaths linuxTools() const
-    {
-        ToolPaths t;
-        t.backend = ToolPaths::Backend::Linux;
-        t.ffmpeg = m_ffmpeg;
-        t.xorriso = m_xorriso;
-        t.cdrskin = m_cdrskin;
-        t.eject = m_eject;
-        return t;
-    }
 
     // Clicks Burn and waits for the completion sheet.
     static bool burnAndWaitForComplete(Rig &rig, SheetWatch &watch, int timeoutMs = 60000)
@@ -195,14 +184,10 @@ class TestAppBurnEndToEnd : public QObject {
 private slots:
     void initTestCase()
     {
-        m_ffmpeg = QStandardPaths::findExecutable("ffmpeg");
-        m_ffprobe = QStandardPaths::findExecutable("ffprobe");
-        m_xorriso = QStandardPaths::findExecutable("xorriso");
-        m_cdrskin = QStandardPaths::findExecutable("cdrskin");
-        m_eject = QStandardPaths::findExecutable("eject");
-        if (m_ffmpeg.isEmpty() || m_ffprobe.isEmpty())
+        m_tools = linuxToolsOnPath();
+        if (m_tools.ffmpeg.isEmpty() || ffprobePath().isEmpty())
             QFAIL("ffmpeg and ffprobe must be installed (on PATH) for the end-to-end burns");
-        if (m_xorriso.isEmpty() || m_cdrskin.isEmpty())
+        if (m_tools.xorriso.isEmpty() || m_tools.cdrskin.isEmpty())
             QFAIL("xorriso and cdrskin must be installed (on PATH) for the end-to-end burns");
         QVERIFY(m_media.isValid());
 
@@ -222,7 +207,7 @@ private slots:
     void linuxMp3CdFromTheBurnButton()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         QCOMPARE(rig.drive->count("list"), 1);
@@ -251,7 +236,7 @@ private slots:
         QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
         QCOMPARE(rig.drive->count("status"), 3);  // empty?, writable?, which family?
         QCOMPARE(recordings.size(), 1);
-        QCOMPARE(recordings.first().program, m_xorriso);
+        QCOMPARE(recordings.first().program, m_tools.xorriso);
         QCOMPARE(recordings.first().arguments,
                  (QStringList{"-pacifier", "interval=0.2", "-md5", "on", "-dev", rig.device, "-joliet", "on", "-volid", "TambloAudio", "-map", rig.audioFolder(), "/", "-commit"}));
         QVERIFY(!rig.app->mediaBurn()->isBusy());
@@ -284,7 +269,7 @@ private slots:
     void linuxVideoDvdFromTheBurnButton()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         MainWindow *w = rig.window();
         QCOMPARE(rig.app->s_Video_Output_Format, QStringLiteral("0"));
@@ -335,7 +320,7 @@ private slots:
     void emptyAudioListIsRefusedBeforeTheDriveIsAsked()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         writeFile(rig.audioFolder() + "/left-over.wav", "mine");
@@ -362,7 +347,7 @@ private slots:
     void dvdInTheDriveRefusesAnAudioCd()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         MainWindow *w = rig.window();
         QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
@@ -402,7 +387,7 @@ private slots:
     void emptyDataListIsRefused()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         w->tabviewMain->setCurrentIndex(2);
@@ -427,7 +412,7 @@ private slots:
     void linuxDataCdWithTwoFoldersCalledPhotos()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
 
@@ -492,7 +477,7 @@ private slots:
     void linuxDataBurnShowsTheWriteAsItGoes()
     {
         Rig rig;
-        ToolPaths tools = linuxTools();
+        ToolPaths tools = m_tools;
         tools.xorriso = fake("xorriso-slow");
         QVERIFY(rig.start(tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("DVD"));
@@ -586,7 +571,7 @@ private slots:
 
         ToolPaths tools;
         tools.backend = ToolPaths::Backend::MacOS;
-        tools.ffmpeg = m_ffmpeg;
+        tools.ffmpeg = m_tools.ffmpeg;
         tools.drutil = fake("e2e-drutil-snapshot");  // copies the folder, then runs ./drutil
         tools.hdiutil = fake("hdiutil");
         QVERIFY(QFileInfo(tools.drutil).isExecutable());
@@ -633,7 +618,7 @@ private slots:
     void linuxDuplicationOfTwoCopiesFromTheCopyDiscButton()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::finished(QStringLiteral("CD"));  // the disc to copy
         MainWindow *w = rig.window();
 
@@ -714,7 +699,7 @@ private slots:
     void cancellingTheSecondCopyDeletesTheImage()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::finished(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         const QString volume = rig.root.filePath("Volumes/OLD DISC");
@@ -774,7 +759,7 @@ private slots:
         const QString bad = m_media.filePath("not really.mp3");
         QVERIFY(writeFile(bad, QByteArray(8192, 'x')));
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {bad}));
@@ -797,7 +782,7 @@ private slots:
         const QString log = rig.logText();
         QVERIFY2(log.startsWith("Burn MP3 CD"), qPrintable(log.left(200)));
         QVERIFY(!log.contains(" -i \"" + bad + "\"\n"));  // measuring is not an operation of its own
-        QVERIFY(log.contains("$ " + m_ffmpeg + " -i \"" + bad + "\""));
+        QVERIFY(log.contains("$ " + m_tools.ffmpeg + " -i \"" + bad + "\""));
         QVERIFY(log.contains("ffmpeg: failed, exit code"));
     }
 
@@ -810,7 +795,7 @@ private slots:
         QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", a1}));
         QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=880:duration=1", a2}));
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {a1, a2}));
@@ -827,7 +812,7 @@ private slots:
     {
         Rig rig;
         rig.device = QStringLiteral("stdio:/dev/full");
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         const QString folder = rig.root.filePath("Stuff");
         writeFile(folder + "/big.bin", pseudoRandom(1024 * 1024, 9));
@@ -847,7 +832,7 @@ private slots:
         QVERIFY(!sheet->textDetails->isVisible());
         QTest::mouseClick(sheet->btnDetails, Qt::LeftButton);
         QVERIFY(sheet->textDetails->isVisible());
-        QVERIFY(sheet->textDetails->toPlainText().contains("$ " + m_xorriso));
+        QVERIFY(sheet->textDetails->toPlainText().contains("$ " + m_tools.xorriso));
         QVERIFY(sheet->textDetails->toPlainText().contains("xorriso : FAILURE :"));
         QCOMPARE(watch.events.last(), QStringLiteral("complete"));
         QVERIFY(!watch.events.contains(QStringLiteral("-complete")));
@@ -863,9 +848,9 @@ private slots:
     void aHungDriveIsNotNoDisc()
     {
         Rig rig;
-        rig.backend = new XorrisoBackend(fake("xorriso-hangs-on-status"), m_eject, nullptr,
+        rig.backend = new XorrisoBackend(fake("xorriso-hangs-on-status"), m_tools.eject, nullptr,
                                          5000, 300);
-        QVERIFY(rig.start(linuxTools(), false));
+        QVERIFY(rig.start(m_tools, false));
         MainWindow *w = rig.window();
         QVERIFY(!rig.app->currentDrive().s_Device_Path.isEmpty());
         QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
@@ -881,7 +866,7 @@ private slots:
     void aMissingTranscoderIsNamed()
     {
         Rig rig;
-        ToolPaths tools = linuxTools();
+        ToolPaths tools = m_tools;
         QVERIFY(rig.start(tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         QVERIFY(rig.addFiles(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3}));
@@ -899,7 +884,7 @@ private slots:
     void aFullDiskWhileTranscodingRecordsNothing()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         const QString longer = m_media.filePath("longer.flac");
         QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=20", longer}));
@@ -920,7 +905,7 @@ private slots:
     void showLogsOpensTheLogFolder()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.window()->menuitemHelpShowLogs->trigger();
         QVERIFY(QFileInfo(rig.logsDir()).isDir());
         QCOMPARE(rig.opened, QList<QUrl>{QUrl::fromLocalFile(rig.logsDir())});
@@ -937,7 +922,7 @@ private slots:
         ScopedEnv env;
         env.set("TAMBLO_DAMAGE_FILE", QStringLiteral("/Stuff/big.bin"));
         Rig rig;
-        ToolPaths tools = linuxTools();
+        ToolPaths tools = m_tools;
         tools.xorriso = fake("xorriso-damaging");
         QVERIFY(rig.start(tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
@@ -986,7 +971,7 @@ private slots:
     void anImageIsReadBackOnTheWorkingSheet()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         const QString image = rig.root.filePath("raw.img");
         writeFile(image, pseudoRandom(4 * 1024 * 1024, 22));
@@ -1019,7 +1004,7 @@ private slots:
     void verifyAfterWritingIsACheckInTheDriveMenu()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         QAction *item = w->menuitemVerifyAfterWriting;
@@ -1063,7 +1048,7 @@ private slots:
 
         // The next start reads it back.
         rig.app.reset();
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         QVERIFY(!rig.window()->menuitemVerifyAfterWriting->isChecked());
         rig.window()->menuitemVerifyAfterWriting->trigger();
         QCOMPARE(rig.settings->value(SettingsKeys::VerifyAfterWriting).toString(), QStringLiteral("1"));

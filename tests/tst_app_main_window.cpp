@@ -18,6 +18,7 @@
 #include "support/AppHarness.h"
 #include "support/BurnDispatchProbe.h"
 #include "support/Files.h"
+#include "support/ListRecords.h"
 #include "support/TestMain.h"
 #include "toolrun/ui/StatusWindows.h"
 
@@ -40,23 +41,6 @@ static bool startOnXorriso(AppHarness<> &h, const QString &xorriso, DriveAccess:
 class TestAppMainWindow : public QObject {
     Q_OBJECT
 
-    static NodeMediaFile media(const QString &name, qint64 seconds = 60)
-    {
-        NodeMediaFile n;
-        n.s_File_Path = "/music/" + name;
-        n.s_File_URL = QUrl::fromLocalFile(n.s_File_Path);
-        n.s_File_Name_With_Extension = name;
-        n.s_Folder_Path = "/music";
-        n.i_Duration_in_Seconds = seconds;
-        return n;
-    }
-    static NodeDataFolder folder(const QString &path, quint64 kb)
-    {
-        NodeDataFolder f;
-        f.s_Path = path;
-        f.i_Size_in_KBytes = kb;
-        return f;
-    }
     static QStringList checkedTabItems(MainWindow *w)
     {
         QStringList out;
@@ -135,8 +119,8 @@ private slots:
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
         w->btnMP3DVD->click();
-        h.app->arrayMediaFiles->append(media("a.mp3"));
-        h.app->arrayDataFolders->append(folder("/d", 10));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
+        h.app->arrayDataFolders->append(folderRecord("/d", 10));
         w->tabviewMain->setCurrentIndex(1);
         QCOMPARE(h.app->arrayMediaFiles->count(), 0);
         QCOMPARE(h.app->arrayDataFolders->count(), 0);
@@ -152,7 +136,7 @@ private slots:
         AppHarness<> h;
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
-        h.app->arrayMediaFiles->append(media("a.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
         w->tabviewMain->setCurrentIndex(3);
         QCOMPARE(h.app->arrayMediaFiles->count(), 1);
         QVERIFY(!w->btnBurn->isVisible());
@@ -172,13 +156,13 @@ private slots:
         AppHarness<> h;
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
-        h.app->arrayMediaFiles->append(media("a.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
         w->submenuItemTabData->trigger();
         QCOMPARE(w->tabviewMain->currentIndex(), 2);
         QCOMPARE(checkedTabItems(w), QStringList{"Data"});
         QCOMPARE(w->btnBurn->text(), QString("Burn Data CD"));
         QCOMPARE(h.app->arrayMediaFiles->count(), 0);
-        h.app->arrayDataFolders->append(folder("/d", 10));
+        h.app->arrayDataFolders->append(folderRecord("/d", 10));
         w->submenuItemTabTools->trigger();
         QCOMPARE(w->tabviewMain->currentIndex(), 4);
         QCOMPARE(checkedTabItems(w), QStringList{"Tools"});
@@ -248,7 +232,7 @@ private slots:
         AppHarness<> h;
         h.drive->status = FakeDriveBackend::medium(false, true, false, "DVD");
         QVERIFY(h.start());
-        h.app->arrayMediaFiles->append(media("a.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
         h.app->OnMenuDebugMode();
         h.app->mainWindow()->btnBurn->click();
         QTRY_COMPARE(h.alerts.shown.size(), 2);
@@ -521,8 +505,8 @@ private slots:
         AppHarness<> h;
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
-        h.app->arrayMediaFiles->append(media("a.mp3"));
-        h.app->arrayDataFolders->append(folder("/d", 1));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
+        h.app->arrayDataFolders->append(folderRecord("/d", 1));
         w->toolbar_btn_Audio_New_Disc->click();
         QVERIFY(h.app->windowNewDisc);
         QVERIFY(h.app->windowNewDisc->radio1->isChecked());
@@ -545,7 +529,7 @@ private slots:
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
         h.app->i_Type_of_New_Disc = 7;
-        h.app->arrayMediaFiles->append(media("a.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
         w->menuitemNewDisc->trigger();
         QVERIFY(h.app->windowNewDisc->radio7->isChecked());
         h.app->windowNewDisc->btnCancel->click();
@@ -561,7 +545,7 @@ private slots:
         AppHarness<> h;
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
-        h.app->arrayMediaFiles->append(media("a.mp3", 2220));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3", 2220));
         h.app->refreshTableAudioFiles();
         QCOMPARE(h.app->i_Audio_Total_Duration_in_Seconds, qint64(2220));
         QCOMPARE(w->spaceoccupiedviewControl->i_Percentage(), qint64(50));
@@ -569,8 +553,8 @@ private slots:
         h.app->PaintSpaceOccupiedControl();
         QCOMPARE(w->spaceoccupiedviewControl->i_Percentage(), qint64(0));
         w->tabviewMain->setCurrentIndex(2);
-        h.app->arrayDataFolders->append(folder("/a", 683593));
-        h.app->arrayDataFolders->append(folder("/a", 683593));  // the same folder twice counts twice
+        h.app->arrayDataFolders->append(folderRecord("/a", 683593));
+        h.app->arrayDataFolders->append(folderRecord("/a", 683593));  // the same folder twice counts twice
         h.app->refreshTableDataFolders();
         QCOMPARE(h.app->i_Data_Total_Size_in_KBytes, qint64(1367186));
         QCOMPARE(w->spaceoccupiedviewControl->i_Percentage(), qint64(200));
@@ -581,9 +565,9 @@ private slots:
         AppHarness<> h;
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
-        h.app->arrayMediaFiles->append(media("Track 10.mp3"));
-        h.app->arrayMediaFiles->append(media("track 2.mp3"));
-        h.app->arrayMediaFiles->append(media("Track 1.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("Track 10.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("track 2.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("Track 1.mp3"));
         emit w->tableviewAudioFiles->horizontalHeader()->sectionClicked(0);
         QStringList names;
         for (const NodeMediaFile &n : h.app->arrayMediaFiles->records())
@@ -600,7 +584,7 @@ private slots:
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
         for (const QString &n : {"a.mp3", "b.mp3", "c.mp3"})
-            h.app->arrayMediaFiles->append(media(n, 100));
+            h.app->arrayMediaFiles->append(musicTrack(n, 100));
         h.app->refreshTableAudioFiles();
         w->toolbar_btn_Audio_Delete->click();  // nothing selected: nothing goes, total recomputed
         QCOMPARE(h.app->arrayMediaFiles->count(), 3);
@@ -676,7 +660,7 @@ private slots:
     {
         AppHarness<> h;
         QVERIFY(h.start());
-        h.app->arrayMediaFiles->append(media("a.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
         h.app->mainWindow()->toolbar_btn_Audio_Play->click();
         QCOMPARE(h.alerts.texts(), QStringList{"There is no file selected. / There is no file selected."});
         QVERIFY(!h.app->windowPlayer);

@@ -32,6 +32,7 @@
 #include "support/FakeFilePicker.h"
 #include "support/SmallDisk.h"
 #include "support/FlowRig.h"
+#include "support/ListRecords.h"
 #include "support/TestMain.h"
 #include "support/Tools.h"
 #include "toolrun/ToolRun.h"
@@ -43,14 +44,6 @@ namespace {
 constexpr qint64 OneMegabyte = 1024 * 1024 / 2048;
 
 using Sheets = BurnSheetEvents;
-
-NodeMediaFile media(const QString &path, qint64 seconds)
-{
-    NodeMediaFile f;
-    f.s_File_Path = path;
-    f.i_Duration_in_Seconds = seconds;
-    return f;
-}
 
 QStringList names(const QString &folder)
 {
@@ -334,7 +327,7 @@ private slots:
         const qint64 estimate = size(seconds).sectors;
         QList<NodeMediaFile> list;
         for (qint64 s : seconds)
-            list << media(source, s);
+            list << mediaFile(source, s);
 
         // Exactly its room: the transcodes begin.
         const MediaRun fits = runMediaBurn(operation, family, list, estimate);
@@ -367,7 +360,7 @@ private slots:
     {
         // 54 s of audio on a disc with room for 47 s.
         const MediaRun over = runMediaBurn(BurnOperation::AudioCD, QStringLiteral("CD"),
-                                           {media(m_tone, 30), media(m_tone, 24)}, 4050 - OneMegabyte);
+                                           {mediaFile(m_tone, 30), mediaFile(m_tone, 24)}, 4050 - OneMegabyte);
         QCOMPARE(over.alerts, QStringList{roomAlert(QStringLiteral("The compilation"), QStringLiteral("about 0:54 of audio"),
                                                     QStringLiteral("0:47"), CompilationAdvice)});
     }
@@ -382,9 +375,7 @@ private slots:
             writeFile(folder + "/c.bin", pseudoRandom(2048, 3));
         const qint64 estimate = DiscRoom::fileSystem(DiscRoom::census({folder})).sectors;
         QCOMPARE(estimate % 2, qint64(0));
-        NodeDataFolder listed;
-        listed.s_Path = folder;
-        listed.i_Size_in_KBytes = Measurements::folderSize(folder) >> 10;
+        const NodeDataFolder listed = measuredFolder(folder);
 
         for (const qint64 room : {estimate, estimate - OneMegabyte}) {
             SmallDisk disk = SmallDisk::withRoomFor(room);

@@ -14,6 +14,7 @@
 #include "support/FakeAlerts.h"
 #include "support/FakeDriveBackend.h"
 #include "support/Files.h"
+#include "support/ListRecords.h"
 #include "support/TestMain.h"
 #include "support/Tools.h"
 #include "support/WorkingSheet.h"
@@ -176,14 +177,6 @@ private:
     QString m_fixture;
 };
 
-static NodeMediaFile media(const QString &path, qint64 seconds)
-{
-    NodeMediaFile f;
-    f.s_File_Path = path;
-    f.i_Duration_in_Seconds = seconds;
-    return f;
-}
-
 class TestBurnMediaBurn : public QObject {
     Q_OBJECT
 private:
@@ -205,7 +198,7 @@ private:
 
     QList<NodeMediaFile> audioList() const
     {
-        return {media(m_media.filePath("b song.mp3"), 2), media(m_media.filePath("a.flac"), 1)};
+        return {mediaFile(m_media.filePath("b song.mp3"), 2), mediaFile(m_media.filePath("a.flac"), 1)};
     }
 
     // An MP3 CD of one file whose recorder prints `fixture`: the working
@@ -220,7 +213,7 @@ private:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy completed(&burn, &MediaBurn::completed);
-        burn.Burn_Audio_MP3_CD({media(m_media.filePath("b song.mp3"), 2)}, m_ctx);
+        burn.Burn_Audio_MP3_CD({mediaFile(m_media.filePath("b song.mp3"), 2)}, m_ctx);
         if (!completed.wait(60000) || !sheets.windowOperationCompleted)
             return {};
         return sheets.workingSheet;
@@ -353,7 +346,7 @@ private slots:
         ctx.s_Video_Output_Format = QStringLiteral("1");
         ctx.s_Audio_Output_Format = QStringLiteral("0");
         ctx.currentDrive.s_Drive_Number = QStringLiteral("2");
-        burn.burn(BurnOperation(op), {media(m_media.filePath("clip.mov"), 1)}, ctx);
+        burn.burn(BurnOperation(op), {mediaFile(m_media.filePath("clip.mov"), 1)}, ctx);
         QVERIFY(completed.wait(30000));
         QVERIFY(alerts.shown.isEmpty());
         QCOMPARE(logLines(), (QStringList{"burn|-noverify|" + m_ctx.s_Video_Folder + "|-drive|2", "list: clip.mpg "}));
@@ -418,7 +411,7 @@ private slots:
         MediaBurnContext ctx = m_ctx;
         ctx.m_b_Debug_Mode = true;
         const QList<NodeMediaFile> list = emptyList ? QList<NodeMediaFile>{}
-                                                    : QList<NodeMediaFile>{media(m_media.filePath("a.flac"), 1)};
+                                                    : QList<NodeMediaFile>{mediaFile(m_media.filePath("a.flac"), 1)};
         burn.burn(BurnOperation(op), list, ctx);
         QCOMPARE(refused.count(), 1);
         QVERIFY(!burn.isBusy());
@@ -452,7 +445,7 @@ private slots:
         MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy completed(&burn, &MediaBurn::completed);
         QSignalSpy failed(&burn, &MediaBurn::failed);
-        burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
+        burn.Burn_Audio_CD({mediaFile(m_media.filePath("a.flac"), 1)}, m_ctx);
         QVERIFY(failed.wait(30000));
         qunsetenv("TAMBLO_FAKE_BURN_EXIT");
         qunsetenv("TAMBLO_FAKE_BURN_SAY");
@@ -474,7 +467,7 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy failed(&burn, &MediaBurn::failed);
-        burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
+        burn.Burn_Audio_CD({mediaFile(m_media.filePath("a.flac"), 1)}, m_ctx);
         QVERIFY(failed.wait(30000));
         QCOMPARE(alerts.shown.size(), 1);
         QCOMPARE(alerts.shown.first().messageText, QStringLiteral("drutil could not be started."));
@@ -494,7 +487,7 @@ private slots:
         QSignalSpy failed(&burn, &MediaBurn::failed);
         QSignalSpy started(&burn, &MediaBurn::recordingStarted);
         const QString missing = m_media.filePath("missing.mp3");
-        burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1), media(missing, 4)}, m_ctx);
+        burn.Burn_Audio_CD({mediaFile(m_media.filePath("a.flac"), 1), mediaFile(missing, 4)}, m_ctx);
         QVERIFY(failed.wait(30000));
         QTest::qWait(300);
         QCOMPARE(started.count(), 0);
@@ -519,8 +512,8 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, sheets, alerts, drive.check());
         QSignalSpy completed(&burn, &MediaBurn::completed);
-        burn.Burn_Audio_CD({media(m_media.filePath("a.flac"), 1)}, m_ctx);
-        burn.Burn_Video_DVD({media(m_media.filePath("clip.mov"), 1)}, m_ctx);
+        burn.Burn_Audio_CD({mediaFile(m_media.filePath("a.flac"), 1)}, m_ctx);
+        burn.Burn_Video_DVD({mediaFile(m_media.filePath("clip.mov"), 1)}, m_ctx);
         QVERIFY(completed.wait(30000));
         QTest::qWait(300);
         QCOMPARE(completed.count(), 1);

@@ -91,7 +91,7 @@ private slots:
         const QString b = rig.tmp.path() + "/b/Photos";
         writeFile(a + "/1.jpg", pseudoRandom(10000, 1));
         writeFile(b + "/2.jpg", pseudoRandom(10000, 2));
-        const QList<NodeDataFolder> list{rig.folder(a), rig.folder(b)};
+        const QList<NodeDataFolder> list{measuredFolder(a), measuredFolder(b)};
         QVERIFY(QDir(a).removeRecursively());
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
@@ -123,7 +123,7 @@ private slots:
         QMap<QString, QString> staged;
         connect(&flow, &SheetFlow::toolStarted, this, [&] { staged = tree(rig.data); });
         LogCatcher logs;
-        flow.Burn_Data_DVD({rig.folder(a), rig.folder(b)});
+        flow.Burn_Data_DVD({measuredFolder(a), measuredFolder(b)});
         QVERIFY(log.waitEnded(1, 60000));
         QCOMPARE(rig.alerts.shown.size(), 1);
         QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("A folder on the list is no longer there."));
@@ -211,7 +211,7 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.Burn_Data_DVD({measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(a + "/secret.jpg"));
@@ -241,7 +241,7 @@ private slots:
         QMap<QString, QString> staged;
         connect(&flow, &SheetFlow::toolStarted, this, [&] { staged = tree(rig.data); });
         LogCatcher logs;
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.Burn_Data_DVD({measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 60000));
         QCOMPARE(rig.alerts.shown.size(), 1);
         QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("The folders could not be copied for the disc."));
@@ -318,7 +318,7 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.Burn_Data_DVD({measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 60000));
         QCOMPARE(rig.alerts.shown.size(), 1);
         QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("The folders could not be copied for the disc."));
@@ -364,7 +364,7 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.Burn_Data_DVD({measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(QStringLiteral("No space left on device")));
@@ -438,7 +438,7 @@ private slots:
         LogCatcher logs;
         {
             FileSizeLimit full(256 * 1024);
-            flow.Burn_Data_DVD({rig.folder(a)});
+            flow.Burn_Data_DVD({measuredFolder(a)});
             QVERIFY(log.waitEnded(1, 60000));
             QCOMPARE(rig.alerts.shown.size(), 1);
         }

@@ -91,7 +91,7 @@ private slots:
         writeFile(rig.tmp.path() + "/src/Photos/p.jpg", "p");
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.burnData(ImageMessages::DataDisc(kind), {rig.folder(rig.tmp.path() + "/src/Photos")});
+        flow.burnData(ImageMessages::DataDisc(kind), {measuredFolder(rig.tmp.path() + "/src/Photos")});
         QVERIFY(log.waitEnded());
         // In debug mode the medium questions explain their own "no" first.
         QStringList shown = rig.alerts.texts();
@@ -114,7 +114,7 @@ private slots:
         writeFile(rig.tmp.path() + "/src/Photos/p.jpg", "p");
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.Burn_Data_DVD({rig.folder(rig.tmp.path() + "/src/Photos")});
+        flow.Burn_Data_DVD({measuredFolder(rig.tmp.path() + "/src/Photos")});
         QVERIFY(log.waitEnded());
         QVERIFY(rig.alerts.shown.isEmpty());
         QCOMPARE(log.commands.size(), 1);
@@ -138,7 +138,7 @@ private slots:
         connect(&flow, &SheetFlow::toolStarted, this, [&] {
             dataAtLaunch = QDir(rig.data).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
         });
-        flow.Burn_Data_Bluray({rig.folder(rig.tmp.path() + "/a/Photos"), rig.folder(rig.tmp.path() + "/b/Photos")});
+        flow.Burn_Data_Bluray({measuredFolder(rig.tmp.path() + "/a/Photos"), measuredFolder(rig.tmp.path() + "/b/Photos")});
         QVERIFY(log.waitEnded());
         qunsetenv("TAMBLO_FAKE_ARGS_LOG");
         QCOMPARE(log.sheets(), (QStringList{"toolStarted", "showPerformingOperation", "toolFinished",
@@ -181,7 +181,7 @@ private slots:
             staleGoneBeforeStaging = !QFileInfo::exists(rig.data + "/stale.bin");
         });
         connect(&flow, &SheetFlow::toolStarted, this, [&] { staged = tree(rig.data); });
-        flow.Burn_Data_DVD({rig.folder(a), rig.folder(b), rig.folder(c)});
+        flow.Burn_Data_DVD({measuredFolder(a), measuredFolder(b), measuredFolder(c)});
         QVERIFY(log.waitEnded());
         qunsetenv("TAMBLO_FAKE_DRUTIL_LOG");
         QVERIFY(rig.alerts.shown.isEmpty());
@@ -224,7 +224,7 @@ private slots:
         bool dataEmptyDuringBurn = false;
         connect(&flow, &SheetFlow::showPerformingOperation, this, [&] { dataEmptyDuringBurn = QDir(rig.data).isEmpty(); });
         LogCatcher logs;
-        flow.Burn_Data_CD({rig.folder(a), rig.folder(b), rig.folder(c)});
+        flow.Burn_Data_CD({measuredFolder(a), measuredFolder(b), measuredFolder(c)});
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
         QVERIFY(dataEmptyDuringBurn);

@@ -35,6 +35,7 @@
 #include "support/FakeFilePicker.h"
 #include "support/FlowRig.h"
 #include "support/ScopedEnv.h"
+#include "support/ListRecords.h"
 #include "support/TestMain.h"
 
 namespace {
@@ -43,14 +44,6 @@ const QString Verified = QStringLiteral("The disc was written and verified.");
 const QString Differences = QStringLiteral("The disc was written, but verifying it found differences.");
 
 using Sheets = BurnSheetEvents;
-
-NodeMediaFile media(const QString &path, qint64 seconds)
-{
-    NodeMediaFile f;
-    f.s_File_Path = path;
-    f.i_Duration_in_Seconds = seconds;
-    return f;
-}
 
 // A media burn's context in `tmp`, its working folders made, verifying.
 MediaBurnContext verifyingIn(const QTemporaryDir &tmp)
@@ -247,7 +240,7 @@ private slots:
         SheetLog log(&flow);
         bool busyWhileVerifying = false;
         connect(&flow, &SheetFlow::verifying, this, [&] { busyWhileVerifying = flow.isBusy(); });
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.Burn_Data_DVD({measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 120000));
         QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join('\n')));
         QVERIFY2(log.failures.isEmpty(), qPrintable(log.failures.value(0).informative + log.failures.value(0).details));
@@ -271,7 +264,7 @@ private slots:
         writeFile(a + "/c.txt", "c\n");
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.Burn_Data_DVD({measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(readLines(damageLog).size(), 1);
         QCOMPARE(log.sheets().last(3), (QStringList{"closePerformingOperation", "operationFailed", "ended"}));
@@ -293,7 +286,7 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher runs;
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.Burn_Data_DVD({measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets(), (QStringList{"toolStarted", "showPerformingOperation", "toolFinished",
                                             "closePerformingOperation", "operationComplete", "ended"}));
@@ -313,7 +306,7 @@ private slots:
         writeFile(a + "/a.bin", bytes(3000, 7));
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.Burn_Data_DVD({rig.folder(a)});
+        flow.Burn_Data_DVD({measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 120000));
         // Verifying: drutil is left to read the disc back (no -noverify).
         QCOMPARE(readLines(burnLog).first(), QStringLiteral("burn|") + rig.ctx.dataFolder + "|-drive|1");
@@ -327,7 +320,7 @@ private slots:
         env.set("TAMBLO_FAKE_BURN_EXIT", QStringLiteral("1"));
         DataBurnFlow failing(again.ctx);
         SheetLog failLog(&failing);
-        failing.Burn_Data_DVD({again.folder(a)});
+        failing.Burn_Data_DVD({measuredFolder(a)});
         QVERIFY(failLog.waitEnded(1, 120000));
         QCOMPARE(failLog.failures.size(), 1);
         QCOMPARE(failLog.failures.first().message, Differences);
@@ -505,7 +498,7 @@ private slots:
             MediaBurn burn(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(QStringLiteral("CD"))));
             QList<ToolCommand> recordings;
             connect(&burn, &MediaBurn::recordingStarted, this, [&](const ToolCommand &c) { recordings << c; });
-            burn.Burn_Audio_MP3_CD({media(m_tone, 1)}, ctx);
+            burn.Burn_Audio_MP3_CD({mediaFile(m_tone, 1)}, ctx);
             QVERIFY(QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000));
             QVERIFY2(alerts.shown.isEmpty(), qPrintable(alerts.texts().join('\n')));
             QCOMPARE(recordings.size(), 1);
@@ -536,7 +529,7 @@ private slots:
         FakeAlerts alerts;
         MediaBurn burn(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(QStringLiteral("CD"))));
         LogCatcher runs;
-        burn.Burn_Audio_CD({media(m_tone, 1)}, ctx);
+        burn.Burn_Audio_CD({mediaFile(m_tone, 1)}, ctx);
         QVERIFY(QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000));
         QVERIFY2(alerts.shown.isEmpty(), qPrintable(alerts.texts().join('\n')));
         QCOMPARE(sheets.events.last(3), (QStringList{"performing", "endPerforming", "complete"}));
@@ -559,7 +552,7 @@ private slots:
         Sheets sheets;
         FakeAlerts alerts;
         MediaBurn burn(recorder, sheets, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(QStringLiteral("DVD"))));
-        burn.Burn_Audio_MP3_DVD({media(m_tone, 1)}, ctx);
+        burn.Burn_Audio_MP3_DVD({mediaFile(m_tone, 1)}, ctx);
         QVERIFY(QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000));
         QCOMPARE(readLines(burnLog).first(), "burn|" + ctx.s_Audio_Folder + "|-drive|1");
         QCOMPARE(sheets.events.mid(sheets.events.indexOf("performing")),

@@ -8,7 +8,6 @@
 #include <QTemporaryDir>
 #include <memory>
 
-#include "compilation/Measurements.h"
 #include "drives/MediaQuestions.h"
 #include "images/ImageFlowContext.h"
 #include "support/DiscImages.h"
@@ -16,6 +15,7 @@
 #include "support/FakeDriveBackend.h"
 #include "support/FakeFilePicker.h"
 #include "support/Files.h"
+#include "support/ListRecords.h"
 
 struct FlowRig {
     QTemporaryDir tmp;
@@ -55,14 +55,5 @@ struct FlowRig {
         // The Tools menu's eject: noted by the drive, whose onEject may put
         // the next disc in.
         ctx.ejectDisc = [this] { drive.ejectTray(current); };
-    }
-
-    // A folder of the Data list, measured as the Add Folder button does.
-    static NodeDataFolder folder(const QString &path)
-    {
-        NodeDataFolder n;
-        n.s_Path = path;
-        n.i_Size_in_KBytes = Measurements::folderSize(path) >> 10;
-        return n;
     }
 };

@@ -10,6 +10,8 @@
 #include <QStringList>
 #include <QtTest>
 
+#include "platform/ToolPaths.h"
+
 // How one run of a tool ended: its exit code (-1 when it crashed or was
 // stopped at the time limit) and what it printed.
 struct ToolEnd {
@@ -47,6 +49,18 @@ inline QString ffmpegPath()
 inline QString ffprobePath()
 {
     return QStandardPaths::findExecutable(QStringLiteral("ffprobe"));
+}
+
+// The Linux tools as found on PATH: ffmpeg, xorriso, cdrskin and eject.
+inline ToolPaths linuxToolsOnPath()
+{
+    ToolPaths t;
+    t.backend = ToolPaths::Backend::Linux;
+    t.ffmpeg = ffmpegPath();
+    t.xorriso = QStandardPaths::findExecutable(QStringLiteral("xorriso"));
+    t.cdrskin = QStandardPaths::findExecutable(QStringLiteral("cdrskin"));
+    t.eject = QStandardPaths::findExecutable(QStringLiteral("eject"));
+    return t;
 }
 
 // Makes a media file with ffmpeg ("-v error -y", then `args`). A run that
