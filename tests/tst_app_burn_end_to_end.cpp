@@ -138,7 +138,7 @@ struct Rig : AppHarness<> {
         tune = [this, tools, withFakeDrive](AppContext &c) {
             // One drive whose device is a file: the Linux recorders write
             // their session into that file.
-            drive->drives = {FakeDriveBackend::drive(QStringLiteral("1"), QStringLiteral("E2E"),
+            drive->drives = {opticalDrive(QStringLiteral("1"), QStringLiteral("E2E"),
                                                      QStringLiteral("Pseudo drive"), device)};
             c.tools = tools;
             if (!withFakeDrive)

@@ -51,7 +51,7 @@ struct CancelRig : AppHarness<> {
     {
         qputenv("TAMBLO_FAKE_HANG_PIDS", QFile::encodeName(pids));
         QFile::remove(pids);
-        drive->drives = {FakeDriveBackend::drive("1", "Fake", "Writer", "stdio:" + root.filePath("disc.iso"))};
+        drive->drives = {opticalDrive("1", "Fake", "Writer", "stdio:" + root.filePath("disc.iso"))};
         tune = [backend](AppContext &c) {
             c.tools.backend = backend;
             c.tools.ffmpeg = HangTool;

@@ -299,8 +299,8 @@ private slots:
     void firstRunWithTwoDrivesTakesTheFirst()
     {
         AppHarness<> h;
-        h.drive->drives = {FakeDriveBackend::drive("1", "HL-DT-ST", "DVDRW  GX50N"),
-                           FakeDriveBackend::drive("2", "PIONEER", "BD-RW BDR-XD07")};
+        h.drive->drives = {opticalDrive("1", "HL-DT-ST", "DVDRW  GX50N"),
+                           opticalDrive("2", "PIONEER", "BD-RW BDR-XD07")};
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
         QCOMPARE(h.app->s_Current_Drive_Number, QString("1"));
@@ -325,8 +325,8 @@ private slots:
     {
         AppHarness<> h;
         h.settings->setValue("Zendrova_Last_Selected_Drive_18", "PIONEER - BD-RW BDR-XD07");
-        h.drive->drives = {FakeDriveBackend::drive("1", "HL-DT-ST", "DVDRW  GX50N"),
-                           FakeDriveBackend::drive("2", "PIONEER", "BD-RW BDR-XD07")};
+        h.drive->drives = {opticalDrive("1", "HL-DT-ST", "DVDRW  GX50N"),
+                           opticalDrive("2", "PIONEER", "BD-RW BDR-XD07")};
         QVERIFY(h.start());
         QCOMPARE(h.app->s_Current_Drive_Number, QString("2"));
         QVERIFY(h.app->mainWindow()->submenuItemDriveSlot[1]->isChecked());
@@ -395,7 +395,7 @@ private slots:
     void eraseRunsWithTheWorkingSheetAndEndsInCompletion()
     {
         AppHarness<> h;
-        h.drive->drives = {FakeDriveBackend::drive("1", "V", "M")};
+        h.drive->drives = {opticalDrive("1", "V", "M")};
         h.drive->status = FakeDriveBackend::medium(false, false, true, "DVD");
         h.drive->erase = ToolCommand{"/bin/sleep", {"0.3"}};
         QVERIFY(h.start());

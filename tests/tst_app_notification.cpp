@@ -18,7 +18,7 @@ struct NotifyRig : AppHarness<> {
     qint64 now = 0;
     NotifyRig()
     {
-        drive->drives = {FakeDriveBackend::drive("1", "Fake", "Writer")};
+        drive->drives = {opticalDrive("1", "Fake", "Writer")};
         drive->status = FakeDriveBackend::medium(false, false, true, "DVD");
         tune = [this](AppContext &c) {
             c.notifier = &notifier;
