@@ -638,10 +638,7 @@ private slots:
             rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         };
         rig.picker.answers.enqueue({volume});
-        AlertAnswer count;
-        count.button = 0;
-        count.input = QStringLiteral("2");
-        rig.alerts.answers.enqueue(count);
+        rig.alerts.answer(0, QStringLiteral("2"));
         QByteArray image;
         QStringList dataFolderWhileImaging{"unset"};
         rig.alerts.onShow = [&](const AlertRequest &r) {
@@ -709,14 +706,9 @@ private slots:
             rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         };
         rig.picker.answers.enqueue({volume});
-        AlertAnswer count;
-        count.button = 0;
-        count.input = QStringLiteral("3");
-        AlertAnswer burn;
-        burn.button = 0;
-        AlertAnswer cancel;
-        cancel.button = 1;
-        rig.alerts.answers << count << burn << cancel;
+        rig.alerts.answer(0, QStringLiteral("3"));  // three copies
+        rig.alerts.answer(0);                       // burn the first
+        rig.alerts.answer(1);                       // cancel at the second
 
         w->tabviewMain->setCurrentIndex(0);
         QVERIFY(w->toolbar_btn_Audio_Copy_Disc->isVisible());

@@ -255,9 +255,7 @@ private slots:
         QTRY_VERIFY(r.app->windowPerformingOperation);
         QTRY_COMPARE(r.started().size(), 1);
 
-        AlertAnswer keepOn;
-        keepOn.button = 1;  // Continue
-        r.alerts.answers.enqueue(keepOn);
+        r.alerts.answer(1);  // Continue
         QTest::mouseClick(r.app->windowPerformingOperation->btnCancel, Qt::LeftButton);
         QCOMPARE(r.alerts.shown.size(), 1);
         QCOMPARE(r.alerts.shown.first().messageText, StopQuestion);

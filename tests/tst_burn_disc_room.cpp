@@ -470,14 +470,11 @@ private slots:
             rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));  // the source disc
             rig.drive.onEject = [&rig] { rig.drive.status = FakeDriveBackend::blank(QStringLiteral("Other")); };
             rig.picker.answers.enqueue({volume});
-            AlertAnswer count;
-            count.button = 0;
-            count.input = QStringLiteral("1");
-            rig.alerts.answers.enqueue(count);           // one copy
-            rig.alerts.answers.enqueue(AlertAnswer{0, {}});  // "Burn Copy 1 of 1"
+            rig.alerts.answer(0, QStringLiteral("1"));  // one copy
+            rig.alerts.answer(0);  // "Burn Copy 1 of 1"
             if (room != sectors) {
-                rig.alerts.answers.enqueue(AlertAnswer{0, {}});  // "Close" on the room alert
-                rig.alerts.answers.enqueue(AlertAnswer{1, {}});  // then "Cancel"
+                rig.alerts.answer(0);  // "Close" on the room alert
+                rig.alerts.answer(1);  // then "Cancel"
             }
             DuplicationFlow flow(rig.ctx);
             SheetLog log(&flow);

@@ -19,6 +19,7 @@
 #endif
 
 #include "drives/MediaQuestions.h"
+#include "support/SheetChecks.h"
 #include "support/SheetLog.h"
 #include "support/LogCatcher.h"
 #include "support/DiscImages.h"
@@ -148,9 +149,7 @@ private slots:
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(QStringLiteral("Cannot determine attributes of source file")));
         QVERIFY(logs.warned(rig.ctx.tools.xorriso + QStringLiteral(" ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The image could not be made."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The image could not be made."));
         QVERIFY2(log.failures.first().informative.contains(QStringLiteral("Cannot determine attributes of source file")), qPrintable(log.failures.first().informative));
         QCOMPARE(readLines(dst + "/my notes.txt"), QStringList{"mine"});
     }
@@ -161,10 +160,7 @@ private slots:
         rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));
         rig.ctx.ejectDisc = [&rig] { rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD")); };
         rig.picker.answers.enqueue({rig.tmp.path() + "/Volumes/Gone"});
-        AlertAnswer count;
-        count.button = 0;
-        count.input = QStringLiteral("1");
-        rig.alerts.answers.enqueue(count);
+        rig.alerts.answer(0, QStringLiteral("1"));
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
@@ -177,9 +173,7 @@ private slots:
         QCOMPARE(flow.copiesDone(), 0);
         QCOMPARE(log.commands.size(), 1);
         QVERIFY(QDir(rig.data).isEmpty());
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be copied: its image could not be made."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The disc could not be copied: its image could not be made."));
         QVERIFY2(log.failures.first().informative.contains(QStringLiteral("Cannot determine attributes of source file")), qPrintable(log.failures.first().informative));
     }
 
@@ -194,9 +188,7 @@ private slots:
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be written."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The disc could not be written."));
         QVERIFY(!QFileInfo::exists(rig.disc) || QFileInfo(rig.disc).size() == 0);
     }
 
@@ -217,9 +209,7 @@ private slots:
         QVERIFY(logs.contains(a + "/secret.jpg"));
         QVERIFY(logs.contains(QStringLiteral("Access to file is not allowed")));
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be written."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The disc could not be written."));
         QVERIFY(QFileInfo::exists(a + "/secret.jpg"));
         QVERIFY(QFileInfo::exists(a + "/fine.jpg"));
         QVERIFY(QDir(rig.data).isEmpty());
@@ -274,9 +264,7 @@ private slots:
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(src + "/no.txt"));
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The image could not be made."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The image could not be made."));
         QVERIFY(QFileInfo::exists(src + "/no.txt"));
         QVERIFY(QFileInfo::exists(src + "/ok.txt"));
     }
@@ -302,9 +290,7 @@ private slots:
         QFile::setPermissions(dst, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QVERIFY(logs.warned(QStringLiteral("Could not remove the earlier image \"%1/image.iso\"").arg(dst)));
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The image could not be made."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The image could not be made."));
         QCOMPARE(readLines(dst + "/image.iso"), QStringList{"an old image"});
         QVERIFY(QFileInfo::exists(src + "/f.txt"));
     }
@@ -348,9 +334,7 @@ private slots:
         QFile::setPermissions(locked, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QVERIFY(logs.contains(QStringLiteral("Cannot acquire drive")) || logs.contains(QStringLiteral("Permission denied")));
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be written."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The disc could not be written."));
         QVERIFY(canRead(image));
     }
 
@@ -369,9 +353,7 @@ private slots:
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(QStringLiteral("No space left on device")));
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be written."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The disc could not be written."));
         QVERIFY2(log.failures.first().informative.contains(QStringLiteral("No space left on device")), qPrintable(log.failures.first().informative));
         QVERIFY(canRead(a + "/big.bin"));
         QCOMPARE(QFileInfo(a + "/big.bin").size(), qint64(2 * 1024 * 1024));
@@ -393,9 +375,7 @@ private slots:
         QVERIFY(logs.contains(QStringLiteral("No space left on device")));
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
         QCOMPARE(QFileInfo(image).size(), qint64(1024 * 1024));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be written."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The disc could not be written."));
         QVERIFY2(log.failures.first().informative.contains(QStringLiteral("No space left on device")), qPrintable(log.failures.first().informative));
     }
 
@@ -417,9 +397,7 @@ private slots:
             QVERIFY(rig.alerts.shown.isEmpty());
         }
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")) || logs.warned(QStringLiteral("ended abnormally")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The image could not be made."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The image could not be made."));
         QCOMPARE(QFileInfo(src + "/big.bin").size(), qint64(3 * 1024 * 1024));
         // The cut-short image is no image: it is gone.
         QVERIFY(!QFileInfo::exists(rig.tmp.path() + "/dst/image.iso"));

@@ -38,19 +38,6 @@ struct Rig : FlowRig {
         drive.onEject = [this] { drive.status = FakeDriveBackend::blank(QStringLiteral("CD")); };
     }
 
-    void answerCount(const QString &text)
-    {
-        AlertAnswer a;
-        a.button = 0;
-        a.input = text;
-        alerts.answers.enqueue(a);
-    }
-    void answerButton(int button)
-    {
-        AlertAnswer a;
-        a.button = button;
-        alerts.answers.enqueue(a);
-    }
     QStringList burnQuestions() const
     {
         QStringList out;
@@ -110,7 +97,7 @@ private slots:
         Rig rig(ToolPaths::Backend::MacOS);
         writeFile(rig.data + "/leftover", "x");
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("2"));
+        rig.alerts.answer(0, QStringLiteral("2"));
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         bool imageMadeFresh = false;
@@ -170,7 +157,7 @@ private slots:
         QFETCH(QStringList, questions);
         Rig rig(ToolPaths::Backend::MacOS);
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(answer);
+        rig.alerts.answer(0, answer);
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         flow.DuplicateMedia();
@@ -186,13 +173,13 @@ private slots:
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("2"));
+        rig.alerts.answer(0, QStringLiteral("2"));
         flow.DuplicateMedia();
         QVERIFY(log.waitEnded(1, 30000));
         rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));
         rig.alerts.shown.clear();
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("-3"));
+        rig.alerts.answer(0, QStringLiteral("-3"));
         flow.DuplicateMedia();
         QVERIFY(log.waitEnded(2, 30000));
         QCOMPARE(rig.burnQuestions(), (QStringList{"Burn Copy 1 of 2", "Burn Copy 2 of 2"}));
@@ -204,7 +191,7 @@ private slots:
         Rig rig(ToolPaths::Backend::MacOS);
         rig.drive.onEject = [&rig] { rig.drive.status = FakeDriveBackend::noDisc(); };
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("1"));
+        rig.alerts.answer(0, QStringLiteral("1"));
         int noDiscSeen = 0;
         rig.alerts.onShow = [&](const AlertRequest &r) {
             if (r.messageText == QLatin1String("No disc") && ++noDiscSeen == 2)
@@ -227,7 +214,7 @@ private slots:
         Rig rig(ToolPaths::Backend::MacOS);
         rig.drive.onEject = [&rig] { rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD")); };
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("1"));
+        rig.alerts.answer(0, QStringLiteral("1"));
         rig.alerts.onShow = [&](const AlertRequest &r) {
             if (r.messageText == QLatin1String("Media not writable"))
                 rig.drive.status = FakeDriveBackend::rewritable(QStringLiteral("CD"));
@@ -246,9 +233,9 @@ private slots:
     {
         Rig rig(ToolPaths::Backend::MacOS);
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("3"));
-        rig.answerButton(0);  // first copy
-        rig.answerButton(1);  // Cancel before the second
+        rig.alerts.answer(0, QStringLiteral("3"));
+        rig.alerts.answer(0);  // first copy
+        rig.alerts.answer(1);  // Cancel before the second
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         bool imageBeforeCancel = false;
@@ -273,7 +260,7 @@ private slots:
     {
         Rig rig(ToolPaths::Backend::MacOS);
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerButton(1);
+        rig.alerts.answer(1);
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         flow.DuplicateMedia();
@@ -300,7 +287,7 @@ private slots:
             rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
         };
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("2"));
+        rig.alerts.answer(0, QStringLiteral("2"));
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         QByteArray image;

@@ -438,10 +438,7 @@ private slots:
             rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
         };
         rig.picker.answers.enqueue({volume});
-        AlertAnswer count;
-        count.button = 0;
-        count.input = QStringLiteral("2");
-        rig.alerts.answers.enqueue(count);
+        rig.alerts.answer(0, QStringLiteral("2"));
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         connect(&flow, &SheetFlow::verifying, this, [&] { verifiedSinceLastEject = true; });
@@ -464,10 +461,7 @@ private slots:
         rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));
         rig.ctx.ejectDisc = [&] { rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD")); };
         rig.picker.answers.enqueue({volume});
-        AlertAnswer count;
-        count.button = 0;
-        count.input = QStringLiteral("2");
-        rig.alerts.answers.enqueue(count);
+        rig.alerts.answer(0, QStringLiteral("2"));
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         flow.DuplicateMedia();
