@@ -75,7 +75,7 @@ struct CancelRig : AppHarness<> {
             if (!xorriso.isEmpty())
                 c.tools.xorriso = xorriso;
         };
-        drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        drive->status = FakeDriveBackend::blank("CD");
         if (!start())
             return false;
         app->OnActionMP3CD();
@@ -222,7 +222,7 @@ private slots:
     {
         QFETCH(bool, byEscape);
         CancelRig r;
-        r.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        r.drive->status = FakeDriveBackend::blank("CD");
         QVERIFY(r.start());
         r.app->arrayMediaFiles->append({mediaRecord("/music/a.mp3", 2), mediaRecord("/music/b.mp3", 2)});
         r.app->OnActionAudioCD();
@@ -284,7 +284,7 @@ private slots:
         CancelRig r;
         QTemporaryDir photos;
         QVERIFY(writeFile(photos.filePath("a.txt"), QByteArray()));
-        r.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        r.drive->status = FakeDriveBackend::blank("CD");
         QVERIFY(r.start());
         NodeDataFolder f;
         f.s_Path = photos.path();
@@ -306,7 +306,7 @@ private slots:
         CancelRig r(ToolPaths::Backend::MacOS);
         QTemporaryDir photos;
         QVERIFY(writeFile(photos.filePath("a.txt"), QByteArray(4096, 'a')));
-        r.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        r.drive->status = FakeDriveBackend::blank("CD");
         QVERIFY(r.start());
         NodeDataFolder f;
         f.s_Path = photos.path();
@@ -355,7 +355,7 @@ private slots:
         QTemporaryDir dir;
         const QString image = dir.filePath("disc.iso");
         QVERIFY(writeFile(image, QByteArray()));
-        r.drive->status = FakeDriveBackend::medium(false, true, false, "DVD");
+        r.drive->status = FakeDriveBackend::blank("DVD");
         QVERIFY(r.start());
         r.picker.answers.enqueue({image});
         r.app->OnActionISOBurn();
@@ -369,7 +369,7 @@ private slots:
     void copyCancelledWhileReading()
     {
         CancelRig r;
-        r.drive->status = FakeDriveBackend::medium(false, false, false, "CD");
+        r.drive->status = FakeDriveBackend::finished("CD");
         QVERIFY(r.start());
         r.picker.answers.enqueue({"/media/disc"});
         r.app->DuplicateMedia();
@@ -406,7 +406,7 @@ private slots:
     void eraseCancelled()
     {
         CancelRig r;
-        r.drive->status = FakeDriveBackend::medium(false, false, true, "DVD");
+        r.drive->status = FakeDriveBackend::rewritable("DVD");
         r.drive->erase = ToolCommand{HangTool, {"blank"}};
         QVERIFY(r.start());
         r.app->mainWindow()->menuitemEraseQuick->trigger();

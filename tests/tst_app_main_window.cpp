@@ -230,7 +230,7 @@ private slots:
     void debugModeAddsTheCodedAlertAfterTheRefusal()
     {
         AppHarness<> h;
-        h.drive->status = FakeDriveBackend::medium(false, true, false, "DVD");
+        h.drive->status = FakeDriveBackend::blank("DVD");
         QVERIFY(h.start());
         h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
         h.app->OnMenuDebugMode();
@@ -279,7 +279,7 @@ private slots:
     void emptyListNeverShowsTheTwoBarSheet()
     {
         AppHarness<> h;
-        h.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        h.drive->status = FakeDriveBackend::blank("CD");
         QVERIFY(h.start());
         bool seen = false;
         QTimer watch;
@@ -369,7 +369,7 @@ private slots:
     void eraseRefusesAnEmptyDrive()
     {
         AppHarness<> h;
-        h.drive->status = FakeDriveBackend::medium(true, false, false, "Other");
+        h.drive->status = FakeDriveBackend::noDisc();
         QVERIFY(h.start());
         h.app->mainWindow()->menuitemEraseFull->trigger();
         QTRY_COMPARE(h.alerts.shown.size(), 1);
@@ -383,7 +383,7 @@ private slots:
     void eraseRefusesAWriteOnceDisc()
     {
         AppHarness<> h;
-        h.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        h.drive->status = FakeDriveBackend::blank("CD");
         QVERIFY(h.start());
         h.app->OnToolsFormatQuick();
         QTRY_COMPARE(h.alerts.shown.size(), 1);
@@ -396,7 +396,7 @@ private slots:
     {
         AppHarness<> h;
         h.drive->drives = {opticalDrive("1", "V", "M")};
-        h.drive->status = FakeDriveBackend::medium(false, false, true, "DVD");
+        h.drive->status = FakeDriveBackend::rewritable("DVD");
         h.drive->erase = ToolCommand{"/bin/sleep", {"0.3"}};
         QVERIFY(h.start());
         h.app->mainWindow()->menuitemEraseQuick->trigger();
@@ -425,7 +425,7 @@ private slots:
     void discInfoWithoutADiscSaysSo()
     {
         AppHarness<> h;
-        h.drive->status = FakeDriveBackend::medium(true, false, false, "Other");
+        h.drive->status = FakeDriveBackend::noDisc();
         QVERIFY(h.start());
         h.app->OnToolsDiscInfo();
         QTRY_COMPARE(h.alerts.shown.size(), 1);
@@ -436,7 +436,7 @@ private slots:
     void ejectAndCloseAskNothing()
     {
         AppHarness<> h;
-        h.drive->status = FakeDriveBackend::medium(true, false, false, "Other");
+        h.drive->status = FakeDriveBackend::noDisc();
         QVERIFY(h.start());
         h.app->mainWindow()->toolbar_btn_Tools_Eject_Disc->click();
         h.app->mainWindow()->toolbar_btn_Tools_Load_Disc->click();

@@ -19,7 +19,7 @@ struct NotifyRig : AppHarness<> {
     NotifyRig()
     {
         drive->drives = {opticalDrive("1", "Fake", "Writer")};
-        drive->status = FakeDriveBackend::medium(false, false, true, "DVD");
+        drive->status = FakeDriveBackend::rewritable("DVD");
         tune = [this](AppContext &c) {
             c.notifier = &notifier;
             c.clockMs = [this] { return now; };

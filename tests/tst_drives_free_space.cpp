@@ -178,7 +178,7 @@ private slots:
         QFETCH(int, result);
         FakeDriveBackend drive;
         FakeAlerts alerts;
-        drive.status = FakeDriveBackend::medium(false, true, false, QStringLiteral("DVD"));
+        drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         drive.space.answered = answered;
         drive.space.known = known;
         drive.space.freeSectors = 1000;
@@ -213,7 +213,7 @@ private slots:
     {
         FakeDriveBackend drive;
         FakeAlerts alerts;
-        drive.status = FakeDriveBackend::medium(false, true, false, QStringLiteral("CD"));
+        drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MediaQuestions q(drive, alerts, [] { return false; }, [] { return numberedDrive(QStringLiteral("1")); });
         int sized = 0;
         SizeEstimate size = [&](std::function<void(const DiscSize &)> done) {
@@ -234,7 +234,7 @@ private slots:
         // Without an estimate the chain asks nothing about the room.
         ended = false;
         drive.calls.clear();
-        drive.status = FakeDriveBackend::medium(false, true, false, QStringLiteral("DVD"));
+        drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         q.checkMedium(QStringLiteral("DVD"), [&](MediumCheck c) {
             got = c;
             ended = true;

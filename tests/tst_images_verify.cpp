@@ -37,6 +37,7 @@
 #include "support/ScopedEnv.h"
 #include "support/ListRecords.h"
 #include "support/TestMain.h"
+#include "support/Tools.h"
 
 namespace {
 
@@ -49,7 +50,7 @@ using Sheets = BurnSheetEvents;
 MediaBurnContext verifyingIn(const QTemporaryDir &tmp)
 {
     MediaBurnContext ctx;
-    ctx.sffmpegPath = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
+    ctx.sffmpegPath = ffmpegPath();
     ctx.s_Audio_Folder = tmp.filePath(QStringLiteral("TambloAudio"));
     ctx.s_Video_Folder = tmp.filePath(QStringLiteral("TambloVideo"));
     QDir().mkpath(ctx.s_Audio_Folder);
