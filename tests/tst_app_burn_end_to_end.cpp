@@ -37,6 +37,9 @@
 #include "images/ImageBurnFlow.h"
 #include "support/DiscImages.h"
 #include "support/FileSizeLimit.h"
+#include "support/ScopedEnv.h"
+#include "support/Tools.h"
+#include "support/AppHarness.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeDriveBackend.h"
 #include "support/FakeFilePicker.h"
@@ -97,40 +100,16 @@ private:
     const QObject *m_seen[4] = {nullptr, nullptr, nullptr, nullptr};
 };
 
-// Sets environment variables for one scope.
-class EnvGuard {
-public:
-    void set(const char *name, const QString &value)
-    {
-        m_names << name;
-        qputenv(name, value.toLocal8Bit());
-    }
-    ~EnvGuard()
-    {
-        for (const QByteArray &n : std::as_const(m_names))
-            qunsetenv(n.constData());
-    }
-
-private:
-    QList<QByteArray> m_names;
-};
-
 // One controller on its own Documents, settings file and pseudo-drive, all
 // inside the test's temporary HOME.
-struct Rig {
-    QTemporaryDir root{TestEnv::home() + QStringLiteral("/e2e-XXXXXX")};
-    QString documents = root.filePath(QStringLiteral("Documents"));
+struct Rig : AppHarness<> {
     QString disc = root.filePath(QStringLiteral("disc.iso"));
     QString device = QStringLiteral("stdio:") + disc;
-    std::unique_ptr<QSettings> settings =
-        std::make_unique<QSettings>(root.filePath(QStringLiteral("Tamblo.conf")), QSettings::IniFormat);
-    FakeAlerts alerts;
-    FakeFilePicker picker;
-    FakeDriveBackend *drive = nullptr;  // owned by the controller once it starts
-    QList<int> exits;
-    QList<QUrl> opened;
-    std::unique_ptr<AppDelegate> app;
 
+    Rig() : AppHarness(QString(), TestEnv::home() + QStringLiteral("/e2e-XXXXXX"))
+    {
+        listingWaitMs = 10000;
+    }
     ~Rig()
     {
         app.reset();
@@ -140,91 +119,32 @@ struct Rig {
     QString audioFolder() const { return documents + QStringLiteral("/TambloAudio"); }
     QString videoFolder() const { return documents + QStringLiteral("/TambloVideo"); }
     QString dataFolder() const { return documents + QStringLiteral("/TambloData"); }
-    QString logsDir() const { return root.filePath(QStringLiteral("logs")); }
-    DriveBackend *backend = nullptr;  // a real backend instead of the pseudo-drive, when set
 
     // Everything the operation logs wrote, newest file last.
     QString logText() const
     {
         QString all;
         QDir dir(logsDir());
-        for (const QString &f : dir.entryList({QStringLiteral("*.log")}, QDir::Files, QDir::Name)) {
-            QFile file(dir.filePath(f));
-            if (file.open(QIODevice::ReadOnly))
-                all += QString::fromUtf8(file.readAll());
-        }
+        for (const QString &f : dir.entryList({QStringLiteral("*.log")}, QDir::Files, QDir::Name))
+            all += readText(dir.filePath(f));
         return all;
     }
-    MainWindow *window() const { return app->mainWindow(); }
 
-    // Builds the controller, launches it and waits for the drive listing.
-    // `tools.backend` MacOS with `withFakeDrive` false makes the controller
-    // build its own drutil backend.
+    // Starts the controller on `tools` and waits for the drive listing and
+    // the window. Without the fake drive the controller uses `backend`, or
+    // builds its own from the tools (drutil with `tools.backend` MacOS).
     bool start(const ToolPaths &tools, bool withFakeDrive)
     {
-        AppContext c;
-        c.alerts = &alerts;
-        c.filePicker = &picker;
-        c.settings = settings.get();
-        c.documentsDir = documents;
-        c.tools = tools;
-        if (withFakeDrive) {
+        tune = [this, tools, withFakeDrive](AppContext &c) {
             // One drive whose device is a file: the Linux recorders write
             // their session into that file.
-            drive = new FakeDriveBackend;
-            drive->drives = {FakeDriveBackend::drive(QStringLiteral("1"), QStringLiteral("E2E"),
+            drive->drives = {opticalDrive(QStringLiteral("1"), QStringLiteral("E2E"),
                                                      QStringLiteral("Pseudo drive"), device)};
-            c.driveBackend = drive;
-        }
-        c.exitProcess = [this](int code) { exits << code; };
-        c.openUrl = [this](const QUrl &u) { opened << u; };
-        c.systemIsDark = [] { return false; };
-        c.logsDir = logsDir();
-        if (backend)
-            c.driveBackend = backend;
-        app = std::make_unique<AppDelegate>(c);
-        if (drive)
-            drive->setParent(app.get());
-        QSignalSpy listed(app.get(), &AppDelegate::drivesListed);
-        if (!app->applicationDidFinishLaunching())
-            return false;
-        if (listed.isEmpty() && !listed.wait(10000))
-            return false;
-        return QTest::qWaitForWindowExposed(app->mainWindow());
-    }
-
-    // Adds media files through the Add Files button of the current tab's
-    // toolbar and waits for them to be measured.
-    bool addMedia(QPushButton *addButton, const QStringList &paths)
-    {
-        const int before = app->arrayMediaFiles->count();
-        picker.answers.enqueue(paths);
-        QTest::mouseClick(addButton, Qt::LeftButton);
-        QElapsedTimer t;
-        t.start();
-        while (t.elapsed() < 30000) {
-            if (app->arrayMediaFiles->count() == before + paths.size() && !app->compilationActions()->isBusy()
-                && !app->windowUniqueProgress)
-                return true;
-            QTest::qWait(10);
-        }
-        return false;
-    }
-
-    bool addDataFolder(const QString &path)
-    {
-        const int before = app->arrayDataFolders->count();
-        picker.answers.enqueue({path});
-        QTest::mouseClick(window()->toolbar_btn_Data_Add_Folder, Qt::LeftButton);
-        QElapsedTimer t;
-        t.start();
-        while (t.elapsed() < 30000) {
-            if (app->arrayDataFolders->count() == before + 1 && !app->compilationActions()->isBusy()
-                && !app->windowUniqueProgress)
-                return true;
-            QTest::qWait(10);
-        }
-        return false;
+            c.tools = tools;
+            if (!withFakeDrive)
+                c.driveBackend = backend;
+        };
+        return AppHarness::start() && QTest::qWaitForWindowExposed(window());
     }
 };
 
@@ -233,77 +153,9 @@ struct Rig {
 class TestAppBurnEndToEnd : public QObject {
     Q_OBJECT
 
-    QString m_ffmpeg, m_ffprobe, m_xorriso, m_cdrskin, m_eject;
+    ToolPaths m_tools;  // the Linux tools on PATH
     QTemporaryDir m_media;
     QString m_mp3, m_wav, m_mp4;
-
-    static QString run(const QString &program, const QStringList &args, int *exitCode = nullptr,
-                       bool merged = true)
-    {
-        QProcess p;
-        p.setStandardInputFile(QProcess::nullDevice());
-        if (merged)
-            p.setProcessChannelMode(QProcess::MergedChannels);
-        p.start(program, args);
-        if (!p.waitForFinished(60000)) {
-            p.kill();
-            p.waitForFinished();
-        }
-        if (exitCode)
-            *exitCode = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
-        return QString::fromUtf8(p.readAllStandardOutput());
-    }
-
-    bool make(const QStringList &args)
-    {
-        int code = -1;
-        const QString out = run(m_ffmpeg, QStringList{"-v", "error", "-y"} + args, &code);
-        if (code != 0)
-            qWarning().noquote() << out;
-        return code == 0;
-    }
-
-    ToolPaths linuxTools() const
-    {
-        ToolPaths t;
-        t.backend = ToolPaths::Backend::Linux;
-        t.ffmpeg = m_ffmpeg;
-        t.xorriso = m_xorriso;
-        t.cdrskin = m_cdrskin;
-        t.eject = m_eject;
-        return t;
-    }
-
-    // The plain files of a pseudo-drive, as xorriso lists them ("'/a b.mp3'").
-    QStringList filesOn(const QString &disc) const
-    {
-        int code = -1;
-        QStringList files = run(m_xorriso, {"-indev", "stdio:" + disc, "-find", "/", "-type", "f"}, &code, false)
-                                .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        files.sort();
-        return files;
-    }
-
-    // Copies the whole tree of a pseudo-drive out into `dest`.
-    bool extractAll(const QString &disc, const QString &dest, QString *log) const
-    {
-        int code = -1;
-        *log = run(m_xorriso, {"-osirrox", "on", "-indev", "stdio:" + disc, "-extract", "/", dest}, &code);
-        return code == 0;
-    }
-
-    QJsonObject stream(const QString &path, const QString &type) const
-    {
-        const QString out = run(m_ffprobe,
-                                {"-v", "error", "-show_entries",
-                                 "stream=codec_name,codec_type,bit_rate,sample_rate,channels,width,height", "-of",
-                                 "json", path},
-                                nullptr, false);
-        for (const QJsonValue &v : QJsonDocument::fromJson(out.toUtf8()).object().value("streams").toArray())
-            if (v.toObject().value("codec_type").toString() == type)
-                return v.toObject();
-        return {};
-    }
 
     // Clicks Burn and waits for the completion sheet.
     static bool burnAndWaitForComplete(Rig &rig, SheetWatch &watch, int timeoutMs = 60000)
@@ -332,23 +184,19 @@ class TestAppBurnEndToEnd : public QObject {
 private slots:
     void initTestCase()
     {
-        m_ffmpeg = QStandardPaths::findExecutable("ffmpeg");
-        m_ffprobe = QStandardPaths::findExecutable("ffprobe");
-        m_xorriso = QStandardPaths::findExecutable("xorriso");
-        m_cdrskin = QStandardPaths::findExecutable("cdrskin");
-        m_eject = QStandardPaths::findExecutable("eject");
-        if (m_ffmpeg.isEmpty() || m_ffprobe.isEmpty())
+        m_tools = linuxToolsOnPath();
+        if (m_tools.ffmpeg.isEmpty() || ffprobePath().isEmpty())
             QFAIL("ffmpeg and ffprobe must be installed (on PATH) for the end-to-end burns");
-        if (m_xorriso.isEmpty() || m_cdrskin.isEmpty())
+        if (m_tools.xorriso.isEmpty() || m_tools.cdrskin.isEmpty())
             QFAIL("xorriso and cdrskin must be installed (on PATH) for the end-to-end burns");
         QVERIFY(m_media.isValid());
 
         m_mp3 = m_media.filePath("tone one.mp3");
         m_wav = m_media.filePath("tone two.wav");
         m_mp4 = m_media.filePath("clip.mp4");
-        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_mp3}));
-        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=660:duration=3", m_wav}));
-        QVERIFY(make({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25", "-f", "lavfi", "-i",
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_mp3}));
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=660:duration=3", m_wav}));
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25", "-f", "lavfi", "-i",
                       "sine=frequency=550:duration=2", "-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt",
                       "yuv420p", "-c:a", "aac", "-shortest", m_mp4}));
     }
@@ -359,14 +207,14 @@ private slots:
     void linuxMp3CdFromTheBurnButton()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         QCOMPARE(rig.drive->count("list"), 1);
         QCOMPARE(rig.app->currentDrive().s_Device_Path, rig.device);
         QCOMPARE(w->tabviewMain->currentIndex(), 0);
 
-        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3, m_wav}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {m_mp3, m_wav}));
         QCOMPARE(rig.app->arrayMediaFiles->at(0).s_File_Path, m_mp3);
         QCOMPARE(rig.app->arrayMediaFiles->at(1).s_File_Path, m_wav);
         QCOMPARE(rig.app->arrayMediaFiles->at(0).i_Duration_in_Seconds, qint64(2));
@@ -388,7 +236,7 @@ private slots:
         QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join("\n")));
         QCOMPARE(rig.drive->count("status"), 3);  // empty?, writable?, which family?
         QCOMPARE(recordings.size(), 1);
-        QCOMPARE(recordings.first().program, m_xorriso);
+        QCOMPARE(recordings.first().program, m_tools.xorriso);
         QCOMPARE(recordings.first().arguments,
                  (QStringList{"-pacifier", "interval=0.2", "-md5", "on", "-dev", rig.device, "-joliet", "on", "-volid", "TambloAudio", "-map", rig.audioFolder(), "/", "-commit"}));
         QVERIFY(!rig.app->mediaBurn()->isBusy());
@@ -403,9 +251,9 @@ private slots:
         QCOMPARE(volumeId(rig.disc), QStringLiteral("TambloAudio"));
         const QString out = rig.root.filePath("readback");
         QString log;
-        QVERIFY2(extractAll(rig.disc, out, &log), qPrintable(log));
+        QVERIFY2(extract(rig.disc, out, &log), qPrintable(log));
         for (const QString &name : {QStringLiteral("tone one.mp3"), QStringLiteral("tone two.mp3")}) {
-            const QJsonObject a = stream(out + "/" + name, "audio");
+            const QJsonObject a = firstStream(out + "/" + name, "audio");
             QVERIFY2(!a.isEmpty(), qPrintable(name));
             QCOMPARE(a.value("codec_name").toString(), QStringLiteral("mp3"));
             QCOMPARE(a.value("bit_rate").toString(), QStringLiteral("192000"));
@@ -421,7 +269,7 @@ private slots:
     void linuxVideoDvdFromTheBurnButton()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         MainWindow *w = rig.window();
         QCOMPARE(rig.app->s_Video_Output_Format, QStringLiteral("0"));
@@ -432,7 +280,7 @@ private slots:
         w->tabviewMain->setCurrentIndex(1);
         QCOMPARE(w->selectedTabIdentifier(), QStringLiteral("2"));
         QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Video DVD"));
-        QVERIFY(rig.addMedia(w->toolbar_btn_Video_Add_Files, {m_mp4}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Video_Add_Files, {m_mp4}));
         QCOMPARE(rig.app->arrayMediaFiles->at(0).i_Duration_in_Seconds, qint64(2));
         QVERIFY(w->btnVideoDVD->isVisible());
         QTest::mouseClick(w->btnVideoDVD, Qt::LeftButton);
@@ -456,9 +304,9 @@ private slots:
         QCOMPARE(filesOn(rig.disc), QStringList{"'/clip.mpg'"});
         const QString out = rig.root.filePath("readback");
         QString log;
-        QVERIFY2(extractAll(rig.disc, out, &log), qPrintable(log));
-        const QJsonObject v = stream(out + "/clip.mpg", "video");
-        const QJsonObject a = stream(out + "/clip.mpg", "audio");
+        QVERIFY2(extract(rig.disc, out, &log), qPrintable(log));
+        const QJsonObject v = firstStream(out + "/clip.mpg", "video");
+        const QJsonObject a = firstStream(out + "/clip.mpg", "audio");
         QCOMPARE(v.value("codec_name").toString(), QStringLiteral("mpeg2video"));
         QCOMPARE(v.value("width").toInt(), 720);
         QCOMPARE(v.value("height").toInt(), 480);
@@ -472,7 +320,7 @@ private slots:
     void emptyAudioListIsRefusedBeforeTheDriveIsAsked()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         writeFile(rig.audioFolder() + "/left-over.wav", "mine");
@@ -499,10 +347,10 @@ private slots:
     void dvdInTheDriveRefusesAnAudioCd()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         MainWindow *w = rig.window();
-        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
         QTest::mouseClick(w->btnAudioCD, Qt::LeftButton);
         QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Audio CD"));
         const QString notCd = QStringLiteral(
@@ -539,7 +387,7 @@ private slots:
     void emptyDataListIsRefused()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         w->tabviewMain->setCurrentIndex(2);
@@ -564,7 +412,7 @@ private slots:
     void linuxDataCdWithTwoFoldersCalledPhotos()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
 
@@ -606,7 +454,7 @@ private slots:
 
         const QString out = rig.root.filePath("readback");
         QString log;
-        QVERIFY2(extractAll(rig.disc, out, &log), qPrintable(log));
+        QVERIFY2(extract(rig.disc, out, &log), qPrintable(log));
         QMap<QString, QString> expected = under("Photos", tree(a));
         expected.insert(under("Photos 1/Photos", tree(b)));
         expected.insert("Photos 1", "dir");
@@ -631,7 +479,7 @@ private slots:
     void linuxDataBurnShowsTheWriteAsItGoes()
     {
         Rig rig;
-        ToolPaths tools = linuxTools();
+        ToolPaths tools = m_tools;
         tools.xorriso = fake("xorriso-slow");
         QVERIFY(rig.start(tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("DVD"));
@@ -719,7 +567,7 @@ private slots:
         Rig rig;
         const QString drutilLog = rig.root.filePath("drutil.log");
         const QString snapshot = rig.root.filePath("handed-to-drutil");
-        EnvGuard env;
+        ScopedEnv env;
         env.set("TAMBLO_FAKE_DRUTIL_LOG", drutilLog);
         env.set("TAMBLO_FAKE_DRUTIL_LIST", fixture("drutil-list-one-drive.txt"));
         env.set("TAMBLO_FAKE_DRUTIL_STATUS", fixture("synthetic-drutil-status-blank-cdr.txt"));
@@ -727,7 +575,7 @@ private slots:
 
         ToolPaths tools;
         tools.backend = ToolPaths::Backend::MacOS;
-        tools.ffmpeg = m_ffmpeg;
+        tools.ffmpeg = m_tools.ffmpeg;
         tools.drutil = fake("e2e-drutil-snapshot");  // copies the folder, then runs ./drutil
         tools.hdiutil = fake("hdiutil");
         QVERIFY(QFileInfo(tools.drutil).isExecutable());
@@ -737,7 +585,7 @@ private slots:
         QCOMPARE(rig.app->currentDrive().s_Drive_Number, QStringLiteral("1"));
         QCOMPARE(readLines(drutilLog), QStringList{"list"});
 
-        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
         QTest::mouseClick(w->btnAudioCD, Qt::LeftButton);
         QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Audio CD"));
 
@@ -755,7 +603,7 @@ private slots:
 
         // What drutil was handed: the one transcoded track, CD audio.
         QCOMPARE(entries(snapshot), QStringList{"tone one.wav"});
-        const QJsonObject a = stream(snapshot + "/tone one.wav", "audio");
+        const QJsonObject a = firstStream(snapshot + "/tone one.wav", "audio");
         QCOMPARE(a.value("codec_name").toString(), QStringLiteral("pcm_s16le"));
         QCOMPARE(a.value("sample_rate").toString(), QStringLiteral("44100"));
         QCOMPARE(a.value("channels").toInt(), 2);
@@ -774,7 +622,7 @@ private slots:
     void linuxDuplicationOfTwoCopiesFromTheCopyDiscButton()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::finished(QStringLiteral("CD"));  // the disc to copy
         MainWindow *w = rig.window();
 
@@ -794,10 +642,7 @@ private slots:
             rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         };
         rig.picker.answers.enqueue({volume});
-        AlertAnswer count;
-        count.button = 0;
-        count.input = QStringLiteral("2");
-        rig.alerts.answers.enqueue(count);
+        rig.alerts.answer(0, QStringLiteral("2"));
         QByteArray image;
         QStringList dataFolderWhileImaging{"unset"};
         rig.alerts.onShow = [&](const AlertRequest &r) {
@@ -840,7 +685,7 @@ private slots:
             QCOMPARE(f.read(image.size()), image);
             const QString out = copy + QStringLiteral(".tree");
             QString log;
-            QVERIFY2(extractAll(copy, out, &log), qPrintable(log));
+            QVERIFY2(extract(copy, out, &log), qPrintable(log));
             QCOMPARE(tree(out), tree(volume));
             QCOMPARE(volumeId(copy), QStringLiteral("HOLIDAY 2024"));
         }
@@ -855,7 +700,7 @@ private slots:
     void cancellingTheSecondCopyDeletesTheImage()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::finished(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         const QString volume = rig.root.filePath("Volumes/OLD DISC");
@@ -865,14 +710,9 @@ private slots:
             rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         };
         rig.picker.answers.enqueue({volume});
-        AlertAnswer count;
-        count.button = 0;
-        count.input = QStringLiteral("3");
-        AlertAnswer burn;
-        burn.button = 0;
-        AlertAnswer cancel;
-        cancel.button = 1;
-        rig.alerts.answers << count << burn << cancel;
+        rig.alerts.answer(0, QStringLiteral("3"));  // three copies
+        rig.alerts.answer(0);                       // burn the first
+        rig.alerts.answer(1);                       // cancel at the second
 
         w->tabviewMain->setCurrentIndex(0);
         QVERIFY(w->toolbar_btn_Audio_Copy_Disc->isVisible());
@@ -915,10 +755,10 @@ private slots:
         const QString bad = m_media.filePath("not really.mp3");
         QVERIFY(writeFile(bad, QByteArray(8192, 'x')));
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
-        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {bad}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {bad}));
         QTest::mouseClick(w->btnMP3CD, Qt::LeftButton);
         QSignalSpy recordings(rig.app->mediaBurn(), &MediaBurn::recordingStarted);
         SheetWatch watch(rig.app.get());
@@ -938,7 +778,7 @@ private slots:
         const QString log = rig.logText();
         QVERIFY2(log.startsWith("Burn MP3 CD"), qPrintable(log.left(200)));
         QVERIFY(!log.contains(" -i \"" + bad + "\"\n"));  // measuring is not an operation of its own
-        QVERIFY(log.contains("$ " + m_ffmpeg + " -i \"" + bad + "\""));
+        QVERIFY(log.contains("$ " + m_tools.ffmpeg + " -i \"" + bad + "\""));
         QVERIFY(log.contains("ffmpeg: failed, exit code"));
     }
 
@@ -948,13 +788,13 @@ private slots:
         QTemporaryDir dir;
         const QString a1 = dir.filePath("a.mp3");
         const QString a2 = dir.filePath("a.wav");
-        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", a1}));
-        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=880:duration=1", a2}));
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", a1}));
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=880:duration=1", a2}));
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
-        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {a1, a2}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {a1, a2}));
         QTest::mouseClick(w->btnMP3CD, Qt::LeftButton);
         SheetWatch watch(rig.app.get());
         QVERIFY2(burnAndWaitForComplete(rig, watch), qPrintable(rig.alerts.texts().join("\n")));
@@ -968,7 +808,7 @@ private slots:
     {
         Rig rig;
         rig.device = QStringLiteral("stdio:/dev/full");
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         const QString folder = rig.root.filePath("Stuff");
         writeFile(folder + "/big.bin", pseudoRandom(1024 * 1024, 9));
@@ -988,7 +828,7 @@ private slots:
         QVERIFY(!sheet->textDetails->isVisible());
         QTest::mouseClick(sheet->btnDetails, Qt::LeftButton);
         QVERIFY(sheet->textDetails->isVisible());
-        QVERIFY(sheet->textDetails->toPlainText().contains("$ " + m_xorriso));
+        QVERIFY(sheet->textDetails->toPlainText().contains("$ " + m_tools.xorriso));
         QVERIFY(sheet->textDetails->toPlainText().contains("xorriso : FAILURE :"));
         QCOMPARE(watch.events.last(), QStringLiteral("complete"));
         QVERIFY(!watch.events.contains(QStringLiteral("-complete")));
@@ -1004,13 +844,12 @@ private slots:
     void aHungDriveIsNotNoDisc()
     {
         Rig rig;
-        rig.backend = new XorrisoBackend(fake("xorriso-hangs-on-status"), m_eject, nullptr,
+        rig.backend = new XorrisoBackend(fake("xorriso-hangs-on-status"), m_tools.eject, nullptr,
                                          5000, 300);
-        QVERIFY(rig.start(linuxTools(), false));
-        rig.backend->setParent(rig.app.get());
+        QVERIFY(rig.start(m_tools, false));
         MainWindow *w = rig.window();
         QVERIFY(!rig.app->currentDrive().s_Device_Path.isEmpty());
-        QVERIFY(rig.addMedia(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
+        QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {m_mp3}));
         burnAndWaitForTheEnd(rig, 20000);
         QCOMPARE(rig.alerts.shown.size(), 1);
         QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("The drive does not answer."));
@@ -1023,10 +862,10 @@ private slots:
     void aMissingTranscoderIsNamed()
     {
         Rig rig;
-        ToolPaths tools = linuxTools();
+        ToolPaths tools = m_tools;
         QVERIFY(rig.start(tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
-        QVERIFY(rig.addMedia(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3}));
+        QVERIFY(rig.addFiles(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3}));
         rig.app->sffmpegPath = rig.root.filePath("gone/ffmpeg");
         QTest::mouseClick(rig.window()->btnMP3CD, Qt::LeftButton);
         burnAndWaitForTheEnd(rig);
@@ -1041,11 +880,11 @@ private slots:
     void aFullDiskWhileTranscodingRecordsNothing()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         const QString longer = m_media.filePath("longer.flac");
-        QVERIFY(make({"-f", "lavfi", "-i", "sine=frequency=440:duration=20", longer}));
-        QVERIFY(rig.addMedia(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3, longer}));
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=20", longer}));
+        QVERIFY(rig.addFiles(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3, longer}));
         QSignalSpy recordings(rig.app->mediaBurn(), &MediaBurn::recordingStarted);
         {
             // Every file a child writes may hold 600 KB: the 2 s WAV fits, the 20 s WAV does not fit.
@@ -1062,7 +901,7 @@ private slots:
     void showLogsOpensTheLogFolder()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.window()->menuitemHelpShowLogs->trigger();
         QVERIFY(QFileInfo(rig.logsDir()).isDir());
         QCOMPARE(rig.opened, QList<QUrl>{QUrl::fromLocalFile(rig.logsDir())});
@@ -1076,10 +915,10 @@ private slots:
     // behind Details.
     void aDataDiscThatDoesNotReadBackAsWritten()
     {
-        EnvGuard env;
+        ScopedEnv env;
         env.set("TAMBLO_DAMAGE_FILE", QStringLiteral("/Stuff/big.bin"));
         Rig rig;
-        ToolPaths tools = linuxTools();
+        ToolPaths tools = m_tools;
         tools.xorriso = fake("xorriso-damaging");
         QVERIFY(rig.start(tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
@@ -1130,7 +969,7 @@ private slots:
     void anImageIsReadBackOnTheWorkingSheet()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         const QString image = rig.root.filePath("raw.img");
         writeFile(image, pseudoRandom(4 * 1024 * 1024, 22));
@@ -1165,7 +1004,7 @@ private slots:
     void verifyAfterWritingIsACheckInTheDriveMenu()
     {
         Rig rig;
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         rig.drive->status = FakeDriveBackend::blank(QStringLiteral("CD"));
         MainWindow *w = rig.window();
         QAction *item = w->menuitemVerifyAfterWriting;
@@ -1212,7 +1051,7 @@ private slots:
 
         // The next start reads it back.
         rig.app.reset();
-        QVERIFY(rig.start(linuxTools(), true));
+        QVERIFY(rig.start(m_tools, true));
         QVERIFY(!rig.window()->menuitemVerifyAfterWriting->isChecked());
         rig.window()->menuitemVerifyAfterWriting->trigger();
         QCOMPARE(rig.settings->value(SettingsKeys::VerifyAfterWriting).toString(), QStringLiteral("1"));

@@ -51,7 +51,7 @@ struct CancelRig : AppHarness<> {
     {
         qputenv("TAMBLO_FAKE_HANG_PIDS", QFile::encodeName(pids));
         QFile::remove(pids);
-        drive->drives = {FakeDriveBackend::drive("1", "Fake", "Writer", "stdio:" + root.filePath("disc.iso"))};
+        drive->drives = {opticalDrive("1", "Fake", "Writer", "stdio:" + root.filePath("disc.iso"))};
         tune = [backend](AppContext &c) {
             c.tools.backend = backend;
             c.tools.ffmpeg = HangTool;
@@ -75,7 +75,7 @@ struct CancelRig : AppHarness<> {
             if (!xorriso.isEmpty())
                 c.tools.xorriso = xorriso;
         };
-        drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        drive->status = FakeDriveBackend::blank("CD");
         if (!start())
             return false;
         app->OnActionMP3CD();
@@ -222,7 +222,7 @@ private slots:
     {
         QFETCH(bool, byEscape);
         CancelRig r;
-        r.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        r.drive->status = FakeDriveBackend::blank("CD");
         QVERIFY(r.start());
         r.app->arrayMediaFiles->append({mediaRecord("/music/a.mp3", 2), mediaRecord("/music/b.mp3", 2)});
         r.app->OnActionAudioCD();
@@ -255,9 +255,7 @@ private slots:
         QTRY_VERIFY(r.app->windowPerformingOperation);
         QTRY_COMPARE(r.started().size(), 1);
 
-        AlertAnswer keepOn;
-        keepOn.button = 1;  // Continue
-        r.alerts.answers.enqueue(keepOn);
+        r.alerts.answer(1);  // Continue
         QTest::mouseClick(r.app->windowPerformingOperation->btnCancel, Qt::LeftButton);
         QCOMPARE(r.alerts.shown.size(), 1);
         QCOMPARE(r.alerts.shown.first().messageText, StopQuestion);
@@ -286,7 +284,7 @@ private slots:
         CancelRig r;
         QTemporaryDir photos;
         QVERIFY(writeFile(photos.filePath("a.txt"), QByteArray()));
-        r.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        r.drive->status = FakeDriveBackend::blank("CD");
         QVERIFY(r.start());
         NodeDataFolder f;
         f.s_Path = photos.path();
@@ -308,7 +306,7 @@ private slots:
         CancelRig r(ToolPaths::Backend::MacOS);
         QTemporaryDir photos;
         QVERIFY(writeFile(photos.filePath("a.txt"), QByteArray(4096, 'a')));
-        r.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        r.drive->status = FakeDriveBackend::blank("CD");
         QVERIFY(r.start());
         NodeDataFolder f;
         f.s_Path = photos.path();
@@ -357,7 +355,7 @@ private slots:
         QTemporaryDir dir;
         const QString image = dir.filePath("disc.iso");
         QVERIFY(writeFile(image, QByteArray()));
-        r.drive->status = FakeDriveBackend::medium(false, true, false, "DVD");
+        r.drive->status = FakeDriveBackend::blank("DVD");
         QVERIFY(r.start());
         r.picker.answers.enqueue({image});
         r.app->OnActionISOBurn();
@@ -371,7 +369,7 @@ private slots:
     void copyCancelledWhileReading()
     {
         CancelRig r;
-        r.drive->status = FakeDriveBackend::medium(false, false, false, "CD");
+        r.drive->status = FakeDriveBackend::finished("CD");
         QVERIFY(r.start());
         r.picker.answers.enqueue({"/media/disc"});
         r.app->DuplicateMedia();
@@ -408,7 +406,7 @@ private slots:
     void eraseCancelled()
     {
         CancelRig r;
-        r.drive->status = FakeDriveBackend::medium(false, false, true, "DVD");
+        r.drive->status = FakeDriveBackend::rewritable("DVD");
         r.drive->erase = ToolCommand{HangTool, {"blank"}};
         QVERIFY(r.start());
         r.app->mainWindow()->menuitemEraseQuick->trigger();

@@ -41,14 +41,6 @@ QString companion(Harness &h, ThemeColor c)
     return h.setting(ThemeDefaults::key(c) + SettingsKeys::CompanionSuffix);
 }
 
-// Restarts the application on the same Documents and settings file.
-bool restart(Harness &h)
-{
-    h.app.reset();
-    h.drive = new FakeDriveBackend;
-    return h.start();
-}
-
 bool openColours(Harness &h)
 {
     MainWindow *w = h.app->mainWindow();
@@ -64,23 +56,6 @@ void pickWith(Window_Colors *dialog, ColorWell *well, const QColor &answer)
 {
     dialog->setColorPicker([answer](const QColor &, QWidget *, const QString &) { return answer; });
     QTest::mouseClick(well, Qt::LeftButton);
-}
-
-// Adds files through a tab's Add Files button and waits until they are measured.
-bool addFiles(Harness &h, QPushButton *add, const QStringList &paths)
-{
-    const int before = h.app->arrayMediaFiles->count();
-    h.picker.answers.enqueue(paths);
-    QTest::mouseClick(add, Qt::LeftButton);
-    QElapsedTimer t;
-    t.start();
-    while (t.elapsed() < 30000) {
-        if (h.app->arrayMediaFiles->count() == before + paths.size() && !h.app->compilationActions()->isBusy()
-            && !h.app->windowUniqueProgress)
-            return true;
-        QTest::qWait(10);
-    }
-    return false;
 }
 
 void selectRows(CompilationTable *table, const QList<int> &rows)
@@ -186,7 +161,7 @@ private slots:
 
         // The next start reads the defaults: banded white tables in a light
         // look; the missing companion is written again with the default.
-        QVERIFY(restart(h));
+        QVERIFY(h.restart());
         w = h.app->mainWindow();
         for (CompilationTable *t : tables(w)) {
             QCOMPARE(t->palette().color(QPalette::Base), QColor(Qt::white));
@@ -245,7 +220,7 @@ private slots:
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
         w->tabviewMain->setCurrentIndex(0);
-        QVERIFY(addFiles(h, w->toolbar_btn_Audio_Add_Files, {m_files.mp3, m_files.mp4, m_files.silent}));
+        QVERIFY(h.addFiles(w->toolbar_btn_Audio_Add_Files, {m_files.mp3, m_files.mp4, m_files.silent}));
         selectRows(w->tableviewAudioFiles, {2, 1});
         QCOMPARE(w->tableviewAudioFiles->selectedRows(), (QList<int>{1, 2}));
 
@@ -286,7 +261,7 @@ private slots:
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
         w->tabviewMain->setCurrentIndex(0);
-        QVERIFY(addFiles(h, w->toolbar_btn_Audio_Add_Files, {m_files.mp3}));
+        QVERIFY(h.addFiles(w->toolbar_btn_Audio_Add_Files, {m_files.mp3}));
         selectRows(w->tableviewAudioFiles, {0});
         QTest::mouseClick(w->toolbar_btn_Audio_Play, Qt::LeftButton);
         QPointer<AVSPDocument> player = h.app->windowPlayer;
@@ -299,7 +274,7 @@ private slots:
 
         w->tabviewMain->setCurrentIndex(1);
         QCOMPARE(h.app->arrayMediaFiles->count(), 0);  // a new tab, a new list
-        QVERIFY(addFiles(h, w->toolbar_btn_Video_Add_Files, {m_files.silent, m_files.text}));
+        QVERIFY(h.addFiles(w->toolbar_btn_Video_Add_Files, {m_files.silent, m_files.text}));
         selectRows(w->tableviewVideoFiles, {0});
         QTest::mouseClick(w->toolbar_btn_Video_Play, Qt::LeftButton);
         player = h.app->windowPlayer;

@@ -11,6 +11,7 @@
 #include "compilation/ui/Window_New_Disc.h"
 #include "support/AppHarness.h"
 #include "support/BurnDispatchProbe.h"
+#include "support/ListRecords.h"
 #include "support/TestMain.h"
 
 
@@ -19,23 +20,6 @@
 class TestAppKeyboard : public QObject {
     Q_OBJECT
 
-    static NodeMediaFile media(const QString &name)
-    {
-        NodeMediaFile n;
-        n.s_File_Path = "/music/" + name;
-        n.s_File_URL = QUrl::fromLocalFile(n.s_File_Path);
-        n.s_File_Name_With_Extension = name;
-        n.s_Folder_Path = "/music";
-        n.i_Duration_in_Seconds = 60;
-        return n;
-    }
-    static NodeDataFolder folder(const QString &path)
-    {
-        NodeDataFolder f;
-        f.s_Path = path;
-        f.i_Size_in_KBytes = 10;
-        return f;
-    }
     static QStringList names(const MediaListModel *m)
     {
         QStringList out;
@@ -69,7 +53,7 @@ private slots:
         AppHarness<> h;
         MainWindow *w = started(h);
         QVERIFY(w);
-        h.app->arrayMediaFiles->append({media("a.mp3"), media("b.mp3"), media("c.mp3"), media("d.mp3")});
+        h.app->arrayMediaFiles->append({musicTrack("a.mp3"), musicTrack("b.mp3"), musicTrack("c.mp3"), musicTrack("d.mp3")});
         h.app->refreshTableAudioFiles();
         CompilationTable *table = w->tableviewAudioFiles;
         table->setFocus();
@@ -82,7 +66,7 @@ private slots:
 
         // On the Data tab the same key removes folders.
         h.app->OnMenuTabData();
-        h.app->arrayDataFolders->append({folder("/a"), folder("/b")});
+        h.app->arrayDataFolders->append({folderRecord("/a", 10), folderRecord("/b", 10)});
         h.app->refreshTableDataFolders();
         w->tableviewDataFolders->setFocus();
         w->tableviewDataFolders->selectRow(0);
@@ -123,7 +107,7 @@ private slots:
         QCOMPARE(h.alerts.texts(), QStringList{"There is no file selected. / There is no file selected."});
 
         // Clear.
-        h.app->arrayMediaFiles->append({media("a.mp3"), media("b.mp3")});
+        h.app->arrayMediaFiles->append({musicTrack("a.mp3"), musicTrack("b.mp3")});
         h.app->refreshTableVideoFiles();
         QTest::keyClick(w, Qt::Key_Delete, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(h.app->arrayMediaFiles->count(), 0);

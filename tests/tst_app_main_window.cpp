@@ -18,6 +18,7 @@
 #include "support/AppHarness.h"
 #include "support/BurnDispatchProbe.h"
 #include "support/Files.h"
+#include "support/ListRecords.h"
 #include "support/TestMain.h"
 #include "toolrun/ui/StatusWindows.h"
 
@@ -27,36 +28,19 @@
 static bool startOnXorriso(AppHarness<> &h, const QString &xorriso, DriveAccess::DeviceNodes nodes,
                            int waitMs = 10000)
 {
-    AppContext c = h.context();
-    c.driveBackend = nullptr;
-    c.tools.xorriso = xorriso;
-    c.tools.eject = QStringLiteral("/bin/true");
-    c.opticalDeviceNodes = std::move(nodes);
-    h.app = std::make_unique<AppDelegate>(c);
-    QSignalSpy listed(h.app.get(), &AppDelegate::drivesListed);
-    return h.app->applicationDidFinishLaunching() && listed.wait(waitMs);
+    h.listingWaitMs = waitMs;
+    h.tune = [xorriso, nodes = std::move(nodes)](AppContext &c) {
+        c.driveBackend = nullptr;
+        c.tools.xorriso = xorriso;
+        c.tools.eject = QStringLiteral("/bin/true");
+        c.opticalDeviceNodes = nodes;
+    };
+    return h.start();
 }
 
 class TestAppMainWindow : public QObject {
     Q_OBJECT
 
-    static NodeMediaFile media(const QString &name, qint64 seconds = 60)
-    {
-        NodeMediaFile n;
-        n.s_File_Path = "/music/" + name;
-        n.s_File_URL = QUrl::fromLocalFile(n.s_File_Path);
-        n.s_File_Name_With_Extension = name;
-        n.s_Folder_Path = "/music";
-        n.i_Duration_in_Seconds = seconds;
-        return n;
-    }
-    static NodeDataFolder folder(const QString &path, quint64 kb)
-    {
-        NodeDataFolder f;
-        f.s_Path = path;
-        f.i_Size_in_KBytes = kb;
-        return f;
-    }
     static QStringList checkedTabItems(MainWindow *w)
     {
         QStringList out;
@@ -135,8 +119,8 @@ private slots:
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
         w->btnMP3DVD->click();
-        h.app->arrayMediaFiles->append(media("a.mp3"));
-        h.app->arrayDataFolders->append(folder("/d", 10));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
+        h.app->arrayDataFolders->append(folderRecord("/d", 10));
         w->tabviewMain->setCurrentIndex(1);
         QCOMPARE(h.app->arrayMediaFiles->count(), 0);
         QCOMPARE(h.app->arrayDataFolders->count(), 0);
@@ -152,7 +136,7 @@ private slots:
         AppHarness<> h;
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
-        h.app->arrayMediaFiles->append(media("a.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
         w->tabviewMain->setCurrentIndex(3);
         QCOMPARE(h.app->arrayMediaFiles->count(), 1);
         QVERIFY(!w->btnBurn->isVisible());
@@ -172,13 +156,13 @@ private slots:
         AppHarness<> h;
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
-        h.app->arrayMediaFiles->append(media("a.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
         w->submenuItemTabData->trigger();
         QCOMPARE(w->tabviewMain->currentIndex(), 2);
         QCOMPARE(checkedTabItems(w), QStringList{"Data"});
         QCOMPARE(w->btnBurn->text(), QString("Burn Data CD"));
         QCOMPARE(h.app->arrayMediaFiles->count(), 0);
-        h.app->arrayDataFolders->append(folder("/d", 10));
+        h.app->arrayDataFolders->append(folderRecord("/d", 10));
         w->submenuItemTabTools->trigger();
         QCOMPARE(w->tabviewMain->currentIndex(), 4);
         QCOMPARE(checkedTabItems(w), QStringList{"Tools"});
@@ -246,9 +230,9 @@ private slots:
     void debugModeAddsTheCodedAlertAfterTheRefusal()
     {
         AppHarness<> h;
-        h.drive->status = FakeDriveBackend::medium(false, true, false, "DVD");
+        h.drive->status = FakeDriveBackend::blank("DVD");
         QVERIFY(h.start());
-        h.app->arrayMediaFiles->append(media("a.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
         h.app->OnMenuDebugMode();
         h.app->mainWindow()->btnBurn->click();
         QTRY_COMPARE(h.alerts.shown.size(), 2);
@@ -295,7 +279,7 @@ private slots:
     void emptyListNeverShowsTheTwoBarSheet()
     {
         AppHarness<> h;
-        h.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        h.drive->status = FakeDriveBackend::blank("CD");
         QVERIFY(h.start());
         bool seen = false;
         QTimer watch;
@@ -315,8 +299,8 @@ private slots:
     void firstRunWithTwoDrivesTakesTheFirst()
     {
         AppHarness<> h;
-        h.drive->drives = {FakeDriveBackend::drive("1", "HL-DT-ST", "DVDRW  GX50N"),
-                           FakeDriveBackend::drive("2", "PIONEER", "BD-RW BDR-XD07")};
+        h.drive->drives = {opticalDrive("1", "HL-DT-ST", "DVDRW  GX50N"),
+                           opticalDrive("2", "PIONEER", "BD-RW BDR-XD07")};
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
         QCOMPARE(h.app->s_Current_Drive_Number, QString("1"));
@@ -341,8 +325,8 @@ private slots:
     {
         AppHarness<> h;
         h.settings->setValue("Zendrova_Last_Selected_Drive_18", "PIONEER - BD-RW BDR-XD07");
-        h.drive->drives = {FakeDriveBackend::drive("1", "HL-DT-ST", "DVDRW  GX50N"),
-                           FakeDriveBackend::drive("2", "PIONEER", "BD-RW BDR-XD07")};
+        h.drive->drives = {opticalDrive("1", "HL-DT-ST", "DVDRW  GX50N"),
+                           opticalDrive("2", "PIONEER", "BD-RW BDR-XD07")};
         QVERIFY(h.start());
         QCOMPARE(h.app->s_Current_Drive_Number, QString("2"));
         QVERIFY(h.app->mainWindow()->submenuItemDriveSlot[1]->isChecked());
@@ -368,10 +352,8 @@ private slots:
     {
         // The real Linux backend on a tool that takes its time: start-up does not wait.
         AppHarness<> h;
-        AppContext c = h.context();
-        c.driveBackend = new XorrisoBackend(fake("xorriso-slow-list"), "/bin/true");
-        h.app = std::make_unique<AppDelegate>(c);
-        c.driveBackend->setParent(h.app.get());
+        h.backend = new XorrisoBackend(fake("xorriso-slow-list"), "/bin/true");
+        h.build();
         QSignalSpy listed(h.app.get(), &AppDelegate::drivesListed);
         QElapsedTimer t;
         t.start();
@@ -387,7 +369,7 @@ private slots:
     void eraseRefusesAnEmptyDrive()
     {
         AppHarness<> h;
-        h.drive->status = FakeDriveBackend::medium(true, false, false, "Other");
+        h.drive->status = FakeDriveBackend::noDisc();
         QVERIFY(h.start());
         h.app->mainWindow()->menuitemEraseFull->trigger();
         QTRY_COMPARE(h.alerts.shown.size(), 1);
@@ -401,7 +383,7 @@ private slots:
     void eraseRefusesAWriteOnceDisc()
     {
         AppHarness<> h;
-        h.drive->status = FakeDriveBackend::medium(false, true, false, "CD");
+        h.drive->status = FakeDriveBackend::blank("CD");
         QVERIFY(h.start());
         h.app->OnToolsFormatQuick();
         QTRY_COMPARE(h.alerts.shown.size(), 1);
@@ -413,8 +395,8 @@ private slots:
     void eraseRunsWithTheWorkingSheetAndEndsInCompletion()
     {
         AppHarness<> h;
-        h.drive->drives = {FakeDriveBackend::drive("1", "V", "M")};
-        h.drive->status = FakeDriveBackend::medium(false, false, true, "DVD");
+        h.drive->drives = {opticalDrive("1", "V", "M")};
+        h.drive->status = FakeDriveBackend::rewritable("DVD");
         h.drive->erase = ToolCommand{"/bin/sleep", {"0.3"}};
         QVERIFY(h.start());
         h.app->mainWindow()->menuitemEraseQuick->trigger();
@@ -443,7 +425,7 @@ private slots:
     void discInfoWithoutADiscSaysSo()
     {
         AppHarness<> h;
-        h.drive->status = FakeDriveBackend::medium(true, false, false, "Other");
+        h.drive->status = FakeDriveBackend::noDisc();
         QVERIFY(h.start());
         h.app->OnToolsDiscInfo();
         QTRY_COMPARE(h.alerts.shown.size(), 1);
@@ -454,7 +436,7 @@ private slots:
     void ejectAndCloseAskNothing()
     {
         AppHarness<> h;
-        h.drive->status = FakeDriveBackend::medium(true, false, false, "Other");
+        h.drive->status = FakeDriveBackend::noDisc();
         QVERIFY(h.start());
         h.app->mainWindow()->toolbar_btn_Tools_Eject_Disc->click();
         h.app->mainWindow()->toolbar_btn_Tools_Load_Disc->click();
@@ -523,8 +505,8 @@ private slots:
         AppHarness<> h;
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
-        h.app->arrayMediaFiles->append(media("a.mp3"));
-        h.app->arrayDataFolders->append(folder("/d", 1));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
+        h.app->arrayDataFolders->append(folderRecord("/d", 1));
         w->toolbar_btn_Audio_New_Disc->click();
         QVERIFY(h.app->windowNewDisc);
         QVERIFY(h.app->windowNewDisc->radio1->isChecked());
@@ -547,7 +529,7 @@ private slots:
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
         h.app->i_Type_of_New_Disc = 7;
-        h.app->arrayMediaFiles->append(media("a.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
         w->menuitemNewDisc->trigger();
         QVERIFY(h.app->windowNewDisc->radio7->isChecked());
         h.app->windowNewDisc->btnCancel->click();
@@ -563,7 +545,7 @@ private slots:
         AppHarness<> h;
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
-        h.app->arrayMediaFiles->append(media("a.mp3", 2220));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3", 2220));
         h.app->refreshTableAudioFiles();
         QCOMPARE(h.app->i_Audio_Total_Duration_in_Seconds, qint64(2220));
         QCOMPARE(w->spaceoccupiedviewControl->i_Percentage(), qint64(50));
@@ -571,8 +553,8 @@ private slots:
         h.app->PaintSpaceOccupiedControl();
         QCOMPARE(w->spaceoccupiedviewControl->i_Percentage(), qint64(0));
         w->tabviewMain->setCurrentIndex(2);
-        h.app->arrayDataFolders->append(folder("/a", 683593));
-        h.app->arrayDataFolders->append(folder("/a", 683593));  // the same folder twice counts twice
+        h.app->arrayDataFolders->append(folderRecord("/a", 683593));
+        h.app->arrayDataFolders->append(folderRecord("/a", 683593));  // the same folder twice counts twice
         h.app->refreshTableDataFolders();
         QCOMPARE(h.app->i_Data_Total_Size_in_KBytes, qint64(1367186));
         QCOMPARE(w->spaceoccupiedviewControl->i_Percentage(), qint64(200));
@@ -583,9 +565,9 @@ private slots:
         AppHarness<> h;
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
-        h.app->arrayMediaFiles->append(media("Track 10.mp3"));
-        h.app->arrayMediaFiles->append(media("track 2.mp3"));
-        h.app->arrayMediaFiles->append(media("Track 1.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("Track 10.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("track 2.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("Track 1.mp3"));
         emit w->tableviewAudioFiles->horizontalHeader()->sectionClicked(0);
         QStringList names;
         for (const NodeMediaFile &n : h.app->arrayMediaFiles->records())
@@ -602,7 +584,7 @@ private slots:
         QVERIFY(h.start());
         MainWindow *w = h.app->mainWindow();
         for (const QString &n : {"a.mp3", "b.mp3", "c.mp3"})
-            h.app->arrayMediaFiles->append(media(n, 100));
+            h.app->arrayMediaFiles->append(musicTrack(n, 100));
         h.app->refreshTableAudioFiles();
         w->toolbar_btn_Audio_Delete->click();  // nothing selected: nothing goes, total recomputed
         QCOMPARE(h.app->arrayMediaFiles->count(), 3);
@@ -678,7 +660,7 @@ private slots:
     {
         AppHarness<> h;
         QVERIFY(h.start());
-        h.app->arrayMediaFiles->append(media("a.mp3"));
+        h.app->arrayMediaFiles->append(musicTrack("a.mp3"));
         h.app->mainWindow()->toolbar_btn_Audio_Play->click();
         QCOMPARE(h.alerts.texts(), QStringList{"There is no file selected. / There is no file selected."});
         QVERIFY(!h.app->windowPlayer);

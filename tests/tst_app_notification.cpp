@@ -18,8 +18,8 @@ struct NotifyRig : AppHarness<> {
     qint64 now = 0;
     NotifyRig()
     {
-        drive->drives = {FakeDriveBackend::drive("1", "Fake", "Writer")};
-        drive->status = FakeDriveBackend::medium(false, false, true, "DVD");
+        drive->drives = {opticalDrive("1", "Fake", "Writer")};
+        drive->status = FakeDriveBackend::rewritable("DVD");
         tune = [this](AppContext &c) {
             c.notifier = &notifier;
             c.clockMs = [this] { return now; };

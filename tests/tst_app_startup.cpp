@@ -74,8 +74,7 @@ private slots:
         }
         h.settings->setValue("ZendrovaVideoFormat18", "1");
         h.settings->setValue("ZendrovaAudioFormat18", "1");
-        h.app = std::make_unique<AppDelegate>(h.context());
-        h.drive->setParent(h.app.get());
+        h.build();
         QStringList seenWhenShown;
         h.app->mainWindow()->installEventFilter(this);
         m_onShow = [&] {
@@ -186,9 +185,7 @@ private slots:
         ToolRun *run = startSleeper(&owner, ToolRun::Purpose::Write);
         QTRY_VERIFY(run->isRunning());
         h.app->Show_Window_Performing_Operation();
-        AlertAnswer cont;
-        cont.button = 1;
-        h.alerts.answers.enqueue(cont);
+        h.alerts.answer(1);  // Continue
         h.app->mainWindow()->menuitemQuit->trigger();
         QCOMPARE(h.alerts.texts(),
                  QStringList{"A disc is being written. Quit anyway? The disc may become unusable. / "});

@@ -27,9 +27,7 @@
 #include "compilation/MediaListModel.h"
 #include "compilation/ui/CompilationTable.h"
 #include "compilation/ui/SpaceOccupiedView.h"
-#include "support/FakeAlerts.h"
-#include "support/FakeDriveBackend.h"
-#include "support/FakeFilePicker.h"
+#include "support/AppHarness.h"
 
 namespace {
 
@@ -66,32 +64,10 @@ double distance(const QColor &a, const QColor &b)
     return std::sqrt(dr * dr + dg * dg + db * db);
 }
 
-// The application on test seams, with its own settings file in the test's
-// HOME and its own Documents folder.
-struct Session {
-    explicit Session(const QString &name, bool darkSystem) : dark(darkSystem)
-    {
-        const QString conf = TestEnv::home() + QStringLiteral("/%1.conf").arg(name);
-        QFile::remove(conf);
-        settings = std::make_unique<QSettings>(conf, QSettings::IniFormat);
-    }
-
-    bool start()
-    {
-        AppContext c;
-        c.alerts = &alerts;
-        c.filePicker = &picker;
-        c.settings = settings.get();
-        c.documentsDir = documents.filePath(QStringLiteral("Documents"));
-        c.tools.backend = ToolPaths::Backend::Linux;
-        c.driveBackend = drives;
-        c.exitProcess = [this](int code) { exits << code; };
-        c.openUrl = [](const QUrl &) {};
-        c.systemIsDark = [this] { return dark; };
-        app = std::make_unique<AppDelegate>(c);
-        drives->setParent(app.get());
-        return app->applicationDidFinishLaunching();
-    }
+// The application on test seams (its own settings file and Documents, no
+// drive attached), on a light or dark system.
+struct Session : AppHarness<> {
+    explicit Session(bool darkSystem) { dark = darkSystem; }
 
     // Three tracks, 2159 s in all: 48 % of an Audio CD's 4440 s.
     void addTracks()
@@ -101,17 +77,6 @@ struct Session {
         app->arrayMediaFiles->append(track(QStringLiteral("03 Finale.mp3"), 64));
         app->refreshTableAudioFiles();
     }
-
-    MainWindow *window() const { return app->mainWindow(); }
-
-    QTemporaryDir documents;
-    std::unique_ptr<QSettings> settings;
-    FakeAlerts alerts;
-    FakeFilePicker picker;
-    FakeDriveBackend *drives = new FakeDriveBackend;  // no drive attached
-    QList<int> exits;
-    bool dark = false;
-    std::unique_ptr<AppDelegate> app;  // last: goes first
 };
 
 // What the grabbed window shows, in window coordinates.
@@ -258,7 +223,7 @@ class TestAppearanceScreenshots : public QObject {
 private slots:
     void lightSystemLook()
     {
-        Session s(QStringLiteral("light"), false);
+        Session s(false);
         startWithTracks(s);
         if (QTest::currentTestFailed())
             return;
@@ -270,7 +235,7 @@ private slots:
 
     void darkSystemLook()
     {
-        Session s(QStringLiteral("dark"), true);
+        Session s(true);
         startWithTracks(s);
         if (QTest::currentTestFailed())
             return;
@@ -282,7 +247,7 @@ private slots:
 
     void themeChosenInTheColourDialog()
     {
-        Session s(QStringLiteral("custom"), false);
+        Session s(false);
         startWithTracks(s);
         if (QTest::currentTestFailed())
             return;

@@ -1,4 +1,5 @@
 #include "support/TestMain.h"
+#include "support/Themes.h"
 
 #include "platform/AppSettings.h"
 #include "appearance/ThemeWriting.h"
@@ -46,18 +47,6 @@ QList<QStringList> changesPerSave(int skip)
         out << changed;
     }
     return out;
-}
-
-Theme customTheme(qint64 flag)
-{
-    Theme t;
-    t.colorTableBackground = QColor(10, 20, 30);
-    t.colorTableForeground = QColor(200, 210, 220);
-    t.colorToolbar = QColor(1, 2, 3);
-    t.colorBottomBar = QColor(4, 5, 6);
-    t.colorSpaceOccupiedBar = QColor(7, 8, 9);
-    t.b_List_Alternating_Rows = flag;
-    return t;
 }
 
 QStringList keysOf(const QList<ThemeWriting::SettingWrite> &writes)
@@ -179,25 +168,12 @@ private slots:
         QTemporaryDir tmp;
         QSettings s(tmp.filePath("t.conf"), QSettings::IniFormat);
         AppSettings settings(s);
-        const Theme custom = customTheme(0);
-        for (ThemeColor c : ThemeDefaults::all) {
-            settings.setColor(ThemeDefaults::key(c), custom[c]);
-            settings.setString(ThemeDefaults::key(c) + "_String", "Recorded");
-        }
-        s.remove(SettingsKeys::ColorToolbar + "_String");                    // absent stays absent
-        settings.setString(SettingsKeys::ColorBottomBar + "_String", "odd");  // odd stays odd
-        settings.setString(SettingsKeys::AlternatingRows, "0");
+        fillStoreWithOddCompanions(s, settings, customTheme(0));
 
         ThemeWriting::restoreOriginals(settings);
 
-        for (ThemeColor c : ThemeDefaults::all)
-            QCOMPARE(settings.color(ThemeDefaults::key(c)), ThemeDefaults::color(c));
+        checkDefaultsStoredCompanionsKept(s, settings);
         QCOMPARE(s.value(SettingsKeys::AlternatingRows).toString(), QStringLiteral("1"));
-        QCOMPARE(s.value(SettingsKeys::ColorTableBackground + "_String").toString(), QStringLiteral("Recorded"));
-        QCOMPARE(s.value(SettingsKeys::ColorTableForeground + "_String").toString(), QStringLiteral("Recorded"));
-        QVERIFY(!s.contains(SettingsKeys::ColorToolbar + "_String"));
-        QCOMPARE(s.value(SettingsKeys::ColorBottomBar + "_String").toString(), QStringLiteral("odd"));
-        QCOMPARE(s.value(SettingsKeys::ColorSpaceOccupiedBar + "_String").toString(), QStringLiteral("Recorded"));
     }
 
     void writeAfterOkReadsBackAtNextStart()

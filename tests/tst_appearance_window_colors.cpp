@@ -1,4 +1,5 @@
 #include "support/TestMain.h"
+#include "support/Themes.h"
 
 #include "platform/AppSettings.h"
 #include "appearance/Theme.h"
@@ -12,30 +13,6 @@
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-
-namespace {
-Theme customTheme(qint64 flag)
-{
-    Theme t;
-    t.colorTableBackground = QColor(10, 20, 30);
-    t.colorTableForeground = QColor(200, 210, 220);
-    t.colorToolbar = QColor(1, 2, 3);
-    t.colorBottomBar = QColor(4, 5, 6);
-    t.colorSpaceOccupiedBar = QColor(7, 8, 9);
-    t.b_List_Alternating_Rows = flag;
-    return t;
-}
-
-// A store as a previous run left it: custom colours, companions, flag "0".
-void fillStore(AppSettings &settings, const Theme &t)
-{
-    for (ThemeColor c : ThemeDefaults::all) {
-        settings.setColor(ThemeDefaults::key(c), t[c]);
-        settings.setString(ThemeDefaults::key(c) + "_String", "Recorded");
-    }
-    settings.setString(SettingsKeys::AlternatingRows, QString::number(t.b_List_Alternating_Rows));
-}
-} // namespace
 
 class TestWindowColors : public QObject {
     Q_OBJECT
@@ -72,9 +49,7 @@ private slots:
         QSettings s(tmp.filePath("t.conf"), QSettings::IniFormat);
         AppSettings settings(s);
         const Theme t = customTheme(0);
-        fillStore(settings, t);
-        s.remove(SettingsKeys::ColorToolbar + "_String");
-        settings.setString(SettingsKeys::ColorBottomBar + "_String", "odd");
+        fillStoreWithOddCompanions(s, settings, t);
 
         Window_Colors w(t, settings);
         QSignalSpy restored(&w, &Window_Colors::originalsRestored);
@@ -105,13 +80,7 @@ private slots:
         QCOMPARE(cancelled.size(), 1);
         QCOMPARE(accepted.size(), 0);
         QVERIFY(!w.isVisible());
-        for (ThemeColor c : ThemeDefaults::all)
-            QCOMPARE(settings.color(ThemeDefaults::key(c)), ThemeDefaults::color(c));
-        QCOMPARE(s.value(SettingsKeys::ColorTableBackground + "_String").toString(), QStringLiteral("Recorded"));
-        QCOMPARE(s.value(SettingsKeys::ColorTableForeground + "_String").toString(), QStringLiteral("Recorded"));
-        QVERIFY(!s.contains(SettingsKeys::ColorToolbar + "_String"));
-        QCOMPARE(s.value(SettingsKeys::ColorBottomBar + "_String").toString(), QStringLiteral("odd"));
-        QCOMPARE(s.value(SettingsKeys::ColorSpaceOccupiedBar + "_String").toString(), QStringLiteral("Recorded"));
+        checkDefaultsStoredCompanionsKept(s, settings);
     }
 
     void cancelChangesNothing()

@@ -29,7 +29,10 @@
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
 #include "support/SmallDisk.h"
+#include "support/FlowRig.h"
+#include "support/ListRecords.h"
 #include "support/TestMain.h"
+#include "support/Tools.h"
 #include "toolrun/ToolRun.h"
 
 namespace {
@@ -39,35 +42,22 @@ namespace {
 constexpr qint64 OneMegabyte = 1024 * 1024 / 2048;
 
 
-NodeMediaFile media(const QString &path, qint64 seconds)
-{
-    NodeMediaFile f;
-    f.s_File_Path = path;
-    f.i_Duration_in_Seconds = seconds;
-    return f;
-}
-
 QStringList names(const QString &folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
 }
 
-// The medium checks answered by a blank disc of `family`, the room by the
-// real xorriso on the pseudo-drive.
-struct Drive {
-    FakeDriveBackend fake;
+// The flows' context on the pseudo-drive `device`: the medium checks
+// answered by a blank disc of `family`, the room by the real xorriso on the
+// pseudo-drive.
+struct RoomRig : FlowRig {
     XorrisoBackend xorriso{xorrisoPath(), QStringLiteral("eject")};
-    FakeAlerts alerts;
-    Object_Optical_Drive current;
-    std::unique_ptr<MediaQuestions> media;
 
-    Drive(const QString &family, const QString &device)
+    RoomRig(const QString &family, const QString &device)
     {
-        fake.status = FakeDriveBackend::blank(family);
-        fake.spaceFrom = &xorriso;
-        current.s_Drive_Number = QStringLiteral("1");
+        drive.status = FakeDriveBackend::blank(family);
+        drive.spaceFrom = &xorriso;
         current.s_Device_Path = device;
-        media = std::make_unique<MediaQuestions>(fake, alerts, [] { return false; }, [this] { return current; });
     }
 };
 
@@ -90,16 +80,6 @@ class TestBurnDiscRoom : public QObject {
     QString m_ffmpeg;
     QString m_tone;
     QString m_clip;
-
-    void make(const QStringList &args)
-    {
-        QProcess p;
-        p.setStandardInputFile(QProcess::nullDevice());
-        p.setProcessChannelMode(QProcess::MergedChannels);
-        p.start(m_ffmpeg, QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")} + args);
-        QVERIFY(p.waitForFinished(60000));
-        QVERIFY2(p.exitCode() == 0, p.readAll().constData());
-    }
 
     // Sectors xorriso wrote for a session of `tree` under /T, as a data burn
     // writes it ("Written to medium : N sectors").
@@ -132,24 +112,23 @@ class TestBurnDiscRoom : public QObject {
             out.alerts << disk.error();
             return out;
         }
-        Drive drive(family, disk.device());
-        QTemporaryDir docs;
+        RoomRig rig(family, disk.device());
         MediaBurnContext ctx;
         ctx.ffmpeg = m_ffmpeg;
-        ctx.audioFolder = docs.filePath(QStringLiteral("TambloAudio"));
-        ctx.videoFolder = docs.filePath(QStringLiteral("TambloVideo"));
-        ctx.currentDrive = drive.current;
+        ctx.audioFolder = rig.tmp.filePath(QStringLiteral("TambloAudio"));
+        ctx.videoFolder = rig.tmp.filePath(QStringLiteral("TambloVideo"));
+        ctx.currentDrive = rig.current;
         const QString folder = BurnMessages::isVideoBurn(op) ? ctx.videoFolder : ctx.audioFolder;
         writeFile(folder + "/left over.txt", "mine\n");
         XorrisoRecorder recorder(xorrisoPath(), QStandardPaths::findExecutable(QStringLiteral("cdrskin")));
-        MediaBurn burn(recorder, drive.alerts, drive.media->checker());
+        MediaBurn burn(recorder, rig.alerts, rig.media->checker());
         SheetLog sheets(&burn);
         QSignalSpy refused(&burn, &MediaBurn::refused);
         burn.burn(op, list, ctx);
         if (!QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000))
             out.alerts << QStringLiteral("the burn did not end");
         out.sheets = sheets.steps();
-        out.alerts = drive.alerts.texts();
+        out.alerts = rig.alerts.texts();
         out.refused = refused.count();
         out.folderAfter = names(folder);
         return out;
@@ -172,8 +151,8 @@ private slots:
         QVERIFY2(!xorrisoPath().isEmpty(), "xorriso must be installed");
         m_tone = m_media.filePath(QStringLiteral("tone.mp3"));
         m_clip = m_media.filePath(QStringLiteral("clip.mov"));
-        make({"-f", "lavfi", "-i", "sine=frequency=440:duration=1", m_tone});
-        make({"-f", "lavfi", "-i", "testsrc=duration=1:size=160x120:rate=25", "-f", "lavfi", "-i",
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=1", m_tone});
+        makeMedia({"-f", "lavfi", "-i", "testsrc=duration=1:size=160x120:rate=25", "-f", "lavfi", "-i",
               "sine=duration=1", "-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt", "yuv420p", "-c:a", "aac",
               "-shortest", m_clip});
     }
@@ -345,7 +324,7 @@ private slots:
         const qint64 estimate = size(seconds).sectors;
         QList<NodeMediaFile> list;
         for (qint64 s : seconds)
-            list << media(source, s);
+            list << mediaFile(source, s);
 
         // Exactly its room: the transcodes begin.
         const MediaRun fits = runMediaBurn(operation, family, list, estimate);
@@ -378,7 +357,7 @@ private slots:
     {
         // 54 s of audio on a disc with room for 47 s.
         const MediaRun over = runMediaBurn(BurnOperation::AudioCD, QStringLiteral("CD"),
-                                           {media(m_tone, 30), media(m_tone, 24)}, 4050 - OneMegabyte);
+                                           {mediaFile(m_tone, 30), mediaFile(m_tone, 24)}, 4050 - OneMegabyte);
         QCOMPARE(over.alerts, QStringList{roomAlert(QStringLiteral("The compilation"), QStringLiteral("about 0:54 of audio"),
                                                     QStringLiteral("0:47"), CompilationAdvice)});
     }
@@ -393,38 +372,28 @@ private slots:
             writeFile(folder + "/c.bin", pseudoRandom(2048, 3));
         const qint64 estimate = DiscRoom::fileSystem(DiscRoom::census({folder})).sectors;
         QCOMPARE(estimate % 2, qint64(0));
-        NodeDataFolder listed;
-        listed.s_Path = folder;
-        listed.i_Size_in_KBytes = Measurements::folderSize(folder) >> 10;
+        const NodeDataFolder listed = measuredFolder(folder);
 
         for (const qint64 room : {estimate, estimate - OneMegabyte}) {
             SmallDisk disk = SmallDisk::withRoomFor(room);
             QVERIFY2(disk.isMounted(), qPrintable(disk.error()));
-            Drive drive(QStringLiteral("DVD"), disk.device());
-            ImageFlowContext ctx;
-            ctx.tools.backend = ToolPaths::Backend::Linux;
-            ctx.tools.xorriso = xorrisoPath();
-            ctx.dataFolder = tmp.filePath(QStringLiteral("TambloData"));
-            writeFile(ctx.dataFolder + "/left over.txt", "mine\n");
-            ctx.homeFolder = tmp.path();
-            ctx.alerts = &drive.alerts;
-            ctx.media = drive.media.get();
-            ctx.currentDrive = [&drive] { return drive.current; };
-            DataBurnFlow flow(ctx);
+            RoomRig rig(QStringLiteral("DVD"), disk.device());
+            writeFile(rig.data + "/left over.txt", "mine\n");
+            DataBurnFlow flow(rig.ctx);
             SheetLog log(&flow);
             flow.burn(ImageMessages::DataDisc::DVD, {listed});
             QVERIFY(log.waitEnded(1, 120000));
             if (room == estimate) {
-                QVERIFY2(drive.alerts.shown.isEmpty(), qPrintable(drive.alerts.texts().join('\n')));
+                QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join('\n')));
                 QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
                 QVERIFY(QFileInfo(disk.file()).size() > 3 * 1024 * 1024);
             } else {
                 const QString need = QStringLiteral("about ") + Measurements::sizeText(quint64(estimate) * 2048);
                 const QString left = Measurements::sizeText(quint64(room) * 2048);
-                QCOMPARE(drive.alerts.texts(),
+                QCOMPARE(rig.alerts.texts(),
                          QStringList{roomAlert(QStringLiteral("The compilation"), need, left, CompilationAdvice)});
                 QCOMPARE(log.sheets(), QStringList{"ended"});
-                QCOMPARE(names(ctx.dataFolder), QStringList{"left over.txt"});
+                QCOMPARE(names(rig.data), QStringList{"left over.txt"});
                 QVERIFY(!QFile::exists(disk.file()));
             }
         }
@@ -439,24 +408,14 @@ private slots:
         for (const qint64 room : {sectors, sectors - OneMegabyte}) {
             SmallDisk disk = SmallDisk::withRoomFor(room);
             QVERIFY2(disk.isMounted(), qPrintable(disk.error()));
-            Drive drive(QStringLiteral("Other"), disk.device());
-            FakeFilePicker picker;
-            picker.answers.enqueue({image});
-            ImageFlowContext ctx;
-            ctx.tools.backend = ToolPaths::Backend::Linux;
-            ctx.tools.xorriso = xorrisoPath();
-            ctx.dataFolder = tmp.filePath(QStringLiteral("TambloData"));
-            ctx.homeFolder = tmp.path();
-            ctx.alerts = &drive.alerts;
-            ctx.picker = &picker;
-            ctx.media = drive.media.get();
-            ctx.currentDrive = [&drive] { return drive.current; };
-            ImageBurnFlow flow(ctx);
+            RoomRig rig(QStringLiteral("Other"), disk.device());
+            rig.picker.answers.enqueue({image});
+            ImageBurnFlow flow(rig.ctx);
             SheetLog log(&flow);
             flow.start();
             QVERIFY(log.waitEnded(1, 120000));
             if (room == sectors) {
-                QVERIFY2(drive.alerts.shown.isEmpty(), qPrintable(drive.alerts.texts().join('\n')));
+                QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join('\n')));
                 QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
                 // The image, then at most the rest of the recorder's write unit in zeros.
                 QFile disc(disk.file());
@@ -468,7 +427,7 @@ private slots:
                 QVERIFY(tail.size() < 64 * 1024);
                 QCOMPARE(tail, QByteArray(tail.size(), '\0'));
             } else {
-                QCOMPARE(drive.alerts.texts(),
+                QCOMPARE(rig.alerts.texts(),
                          QStringList{roomAlert(QStringLiteral("The image"), QStringLiteral("about 2.03 MB"),
                                                QStringLiteral("1.03 MB"), DiscAdvice)});
                 QCOMPARE(log.sheets(), QStringList{"ended"});
@@ -504,40 +463,26 @@ private slots:
         for (const qint64 room : {sectors, sectors - OneMegabyte}) {
             SmallDisk disk = SmallDisk::withRoomFor(room);
             QVERIFY2(disk.isMounted(), qPrintable(disk.error()));
-            Drive drive(QStringLiteral("Other"), disk.device());
-            drive.fake.status = FakeDriveBackend::finished(QStringLiteral("CD"));  // the source disc
-            FakeFilePicker picker;
-            picker.answers.enqueue({volume});
-            AlertAnswer count;
-            count.button = 0;
-            count.input = QStringLiteral("1");
-            drive.alerts.answers.enqueue(count);           // one copy
-            drive.alerts.answers.enqueue(AlertAnswer{0, {}});  // "Burn Copy 1 of 1"
+            RoomRig rig(QStringLiteral("Other"), disk.device());
+            rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));  // the source disc
+            rig.drive.onEject = [&rig] { rig.drive.status = FakeDriveBackend::blank(QStringLiteral("Other")); };
+            rig.picker.answers.enqueue({volume});
+            rig.alerts.answer(0, QStringLiteral("1"));  // one copy
+            rig.alerts.answer(0);  // "Burn Copy 1 of 1"
             if (room != sectors) {
-                drive.alerts.answers.enqueue(AlertAnswer{0, {}});  // "Close" on the room alert
-                drive.alerts.answers.enqueue(AlertAnswer{1, {}});  // then "Cancel"
+                rig.alerts.answer(0);  // "Close" on the room alert
+                rig.alerts.answer(1);  // then "Cancel"
             }
-            ImageFlowContext ctx;
-            ctx.tools.backend = ToolPaths::Backend::Linux;
-            ctx.tools.xorriso = xorrisoPath();
-            ctx.dataFolder = tmp.filePath(QStringLiteral("TambloData"));
-            QDir().mkpath(ctx.dataFolder);
-            ctx.homeFolder = tmp.path();
-            ctx.alerts = &drive.alerts;
-            ctx.picker = &picker;
-            ctx.media = drive.media.get();
-            ctx.currentDrive = [&drive] { return drive.current; };
-            ctx.ejectDisc = [&drive] { drive.fake.status = FakeDriveBackend::blank(QStringLiteral("Other")); };
-            DuplicationFlow flow(ctx);
+            DuplicationFlow flow(rig.ctx);
             SheetLog log(&flow);
             QStringList imageWhenRefused;
-            drive.alerts.onShow = [&](const AlertRequest &r) {
+            rig.alerts.onShow = [&](const AlertRequest &r) {
                 if (r.messageText == DiscRoom::NoRoomMessage)
-                    imageWhenRefused = names(ctx.dataFolder);
+                    imageWhenRefused = names(rig.data);
             };
             flow.start();
             QVERIFY(log.waitEnded(1, 180000));
-            const QStringList texts = drive.alerts.texts();
+            const QStringList texts = rig.alerts.texts();
             if (room == sectors) {
                 QVERIFY2(!texts.join('\n').contains(QStringLiteral("Not enough room")), qPrintable(texts.join('\n')));
                 QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
@@ -549,7 +494,7 @@ private slots:
                 // Then the question again, with the same numbers; the image
                 // was there, untouched, until the user cancelled.
                 QCOMPARE(texts.size(), 4);
-                QCOMPARE(drive.alerts.shown.at(3).buttons.value(0), QStringLiteral("Burn Copy 1 of 1"));
+                QCOMPARE(rig.alerts.shown.at(3).buttons.value(0), QStringLiteral("Burn Copy 1 of 1"));
                 QCOMPARE(imageWhenRefused, QStringList{"image.iso"});
                 QVERIFY(!QFile::exists(disk.file()));
                 QCOMPARE(log.commands.size(), 1);  // the imaging, no recording

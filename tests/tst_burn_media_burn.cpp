@@ -14,8 +14,10 @@
 #include "support/FakeAlerts.h"
 #include "support/FakeDriveBackend.h"
 #include "support/Files.h"
+#include "support/ListRecords.h"
 #include "support/SheetLog.h"
 #include "support/TestMain.h"
+#include "support/Tools.h"
 #include "support/WorkingSheet.h"
 #include "toolrun/ui/StatusWindows.h"
 
@@ -168,14 +170,6 @@ private:
     QString m_fixture;
 };
 
-static NodeMediaFile media(const QString &path, qint64 seconds)
-{
-    NodeMediaFile f;
-    f.s_File_Path = path;
-    f.i_Duration_in_Seconds = seconds;
-    return f;
-}
-
 class TestBurnMediaBurn : public QObject {
     Q_OBJECT
 private:
@@ -184,15 +178,6 @@ private:
     QTemporaryDir m_docs;
     QString m_log;
     MediaBurnContext m_ctx;
-
-    void make(const QStringList &args)
-    {
-        QProcess p;
-        p.setStandardInputFile(QProcess::nullDevice());
-        p.start(m_ffmpeg, QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")} + args);
-        QVERIFY(p.waitForFinished(30000));
-        QCOMPARE(p.exitCode(), 0);
-    }
 
     QStringList logLines() const
     {
@@ -206,7 +191,7 @@ private:
 
     QList<NodeMediaFile> audioList() const
     {
-        return {media(m_media.filePath("b song.mp3"), 2), media(m_media.filePath("a.flac"), 1)};
+        return {mediaFile(m_media.filePath("b song.mp3"), 2), mediaFile(m_media.filePath("a.flac"), 1)};
     }
 
     // An MP3 CD of one file whose recorder prints `fixture`: the working
@@ -222,7 +207,7 @@ private:
         MediaBurn burn(recorder, alerts, drive.check());
         sheets.follow(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
-        burn.burn(BurnOperation::MP3CD, {media(m_media.filePath("b song.mp3"), 2)}, m_ctx);
+        burn.burn(BurnOperation::MP3CD, {mediaFile(m_media.filePath("b song.mp3"), 2)}, m_ctx);
         if (!completed.wait(60000) || !sheets.windowOperationCompleted)
             return {};
         return sheets.workingSheet;
@@ -233,9 +218,9 @@ private slots:
     {
         m_ffmpeg = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
         QVERIFY(!m_ffmpeg.isEmpty());
-        make({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_media.filePath("b song.mp3")});
-        make({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", m_media.filePath("a.flac")});
-        make({"-f", "lavfi", "-i", "testsrc=duration=1:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=1",
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_media.filePath("b song.mp3")});
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", m_media.filePath("a.flac")});
+        makeMedia({"-f", "lavfi", "-i", "testsrc=duration=1:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=1",
               "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "aac", "-shortest", m_media.filePath("clip.mov")});
         m_log = m_docs.filePath(QStringLiteral("drutil.log"));
         qputenv("TAMBLO_FAKE_BURN_LOG", m_log.toLocal8Bit());
@@ -355,7 +340,7 @@ private slots:
         ctx.videoFormat = QStringLiteral("1");
         ctx.audioFormat = QStringLiteral("0");
         ctx.currentDrive.s_Drive_Number = QStringLiteral("2");
-        burn.burn(BurnOperation(op), {media(m_media.filePath("clip.mov"), 1)}, ctx);
+        burn.burn(BurnOperation(op), {mediaFile(m_media.filePath("clip.mov"), 1)}, ctx);
         QVERIFY(completed.wait(30000));
         QVERIFY(alerts.shown.isEmpty());
         QCOMPARE(logLines(), (QStringList{"burn|-noverify|" + m_ctx.videoFolder + "|-drive|2", "list: clip.mpg "}));
@@ -420,7 +405,7 @@ private slots:
         MediaBurnContext ctx = m_ctx;
         ctx.debugMode = true;
         const QList<NodeMediaFile> list = emptyList ? QList<NodeMediaFile>{}
-                                                    : QList<NodeMediaFile>{media(m_media.filePath("a.flac"), 1)};
+                                                    : QList<NodeMediaFile>{mediaFile(m_media.filePath("a.flac"), 1)};
         burn.burn(BurnOperation(op), list, ctx);
         QCOMPARE(refused.count(), 1);
         QVERIFY(!burn.isBusy());
@@ -454,7 +439,7 @@ private slots:
         SheetLog sheets(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
         QSignalSpy failed(&burn, &MediaBurn::failed);
-        burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("a.flac"), 1)}, m_ctx);
+        burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("a.flac"), 1)}, m_ctx);
         QVERIFY(failed.wait(30000));
         qunsetenv("TAMBLO_FAKE_BURN_EXIT");
         qunsetenv("TAMBLO_FAKE_BURN_SAY");
@@ -477,7 +462,7 @@ private slots:
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
         QSignalSpy failed(&burn, &MediaBurn::failed);
-        burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("a.flac"), 1)}, m_ctx);
+        burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("a.flac"), 1)}, m_ctx);
         QVERIFY(failed.wait(30000));
         QCOMPARE(alerts.shown.size(), 1);
         QCOMPARE(alerts.shown.first().messageText, QStringLiteral("drutil could not be started."));
@@ -497,7 +482,7 @@ private slots:
         QSignalSpy failed(&burn, &MediaBurn::failed);
         QSignalSpy started(&burn, &MediaBurn::recordingStarted);
         const QString missing = m_media.filePath("missing.mp3");
-        burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("a.flac"), 1), media(missing, 4)}, m_ctx);
+        burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("a.flac"), 1), mediaFile(missing, 4)}, m_ctx);
         QVERIFY(failed.wait(30000));
         QTest::qWait(300);
         QCOMPARE(started.count(), 0);
@@ -522,8 +507,8 @@ private slots:
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
         QSignalSpy completed(&burn, &MediaBurn::completed);
-        burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("a.flac"), 1)}, m_ctx);
-        burn.burn(BurnOperation::VideoDVD, {media(m_media.filePath("clip.mov"), 1)}, m_ctx);
+        burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("a.flac"), 1)}, m_ctx);
+        burn.burn(BurnOperation::VideoDVD, {mediaFile(m_media.filePath("clip.mov"), 1)}, m_ctx);
         QVERIFY(completed.wait(30000));
         QTest::qWait(300);
         QCOMPARE(completed.count(), 1);

@@ -12,6 +12,7 @@
 #include "toolrun/ToolRun.h"
 #include "toolrun/ToolVerdict.h"
 #include "support/TestMain.h"
+#include "support/Tools.h"
 #include "support/Files.h"
 
 // What ffprobe says about a file.
@@ -37,15 +38,6 @@ private:
     QString m_ffprobe;
     QTemporaryDir m_media;
     QTemporaryDir m_out;
-
-    void make(const QStringList &args)
-    {
-        QProcess p;
-        p.setStandardInputFile(QProcess::nullDevice());
-        p.start(m_ffmpeg, QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-y")} + args);
-        QVERIFY(p.waitForFinished(30000));
-        QVERIFY2(p.exitCode() == 0, p.readAllStandardError().constData());
-    }
 
     Probe probe(const QString &path)
     {
@@ -150,15 +142,15 @@ private slots:
         QVERIFY(!m_ffprobe.isEmpty());
         const QString d = m_media.path();
         // A mono 22.05 kHz MP3 at 128 kbit/s carrying a cover picture.
-        make({"-f", "lavfi", "-i", "sine=frequency=440:duration=3", "-f", "lavfi", "-i", "color=c=red:s=64x64:d=1",
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=3", "-f", "lavfi", "-i", "color=c=red:s=64x64:d=1",
               "-map", "0:a", "-map", "1:v", "-c:a", "libmp3lame", "-b:a", "128k", "-ar", "22050", "-ac", "1", "-c:v",
               "mjpeg", "-frames:v", "1", "-disposition:v", "attached_pic", "-id3v2_version", "3", d + "/cover.mp3"});
-        make({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", "-ac", "1", d + "/other.flac"});
-        make({"-f", "lavfi", "-i", "sine=frequency=330:duration=2", "-ar", "8000", d + "/a.mp3"});
-        make({"-f", "lavfi", "-i", "sine=frequency=550:duration=1", d + "/a.flac"});
-        make({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=2",
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", "-ac", "1", d + "/other.flac"});
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=330:duration=2", "-ar", "8000", d + "/a.mp3"});
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=550:duration=1", d + "/a.flac"});
+        makeMedia({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=2",
               "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "aac", "-shortest", d + "/clip.mov"});
-        make({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25", "-c:v", "libx264", "-preset",
+        makeMedia({"-f", "lavfi", "-i", "testsrc=duration=2:size=320x240:rate=25", "-c:v", "libx264", "-preset",
               "ultrafast", "-pix_fmt", "yuv420p", d + "/no sound.mp4"});
     }
 

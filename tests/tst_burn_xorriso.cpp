@@ -14,73 +14,26 @@
 #include "support/FakeAlerts.h"
 #include "support/FakeDriveBackend.h"
 #include "support/Files.h"
+#include "support/ListRecords.h"
 #include "support/TestMain.h"
+#include "support/Tools.h"
 
-
-static NodeMediaFile media(const QString &path, qint64 seconds)
-{
-    NodeMediaFile f;
-    f.s_File_Path = path;
-    f.i_Duration_in_Seconds = seconds;
-    return f;
-}
 
 class TestBurnXorriso : public QObject {
     Q_OBJECT
 private:
-    QString m_ffmpeg, m_ffprobe, m_xorriso, m_cdrskin;
+    ToolPaths m_tools;  // the Linux tools on PATH
     QTemporaryDir m_media;
     QTemporaryDir m_docs;
     MediaBurnContext m_ctx;
 
-    QString run(const QString &program, const QStringList &args, int *exitCode = nullptr)
-    {
-        QProcess p;
-        p.setStandardInputFile(QProcess::nullDevice());
-        p.setProcessChannelMode(QProcess::MergedChannels);
-        p.start(program, args);
-        p.waitForFinished(60000);
-        if (exitCode)
-            *exitCode = p.exitCode();
-        return QString::fromUtf8(p.readAll());
-    }
-
-    void make(const QStringList &args)
-    {
-        int code = -1;
-        const QString out = run(m_ffmpeg, QStringList{"-v", "error", "-y"} + args, &code);
-        QVERIFY2(code == 0, qPrintable(out));
-    }
-
-    // The files of the image's visible tree, as xorriso reads them back.
-    QStringList filesOn(const QString &image)
-    {
-        QProcess p;
-        p.setStandardInputFile(QProcess::nullDevice());
-        p.start(m_xorriso, {"-indev", "stdio:" + image, "-find", "/", "-type", "f"});
-        p.waitForFinished(30000);
-        QStringList files = QString::fromUtf8(p.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
-        files.sort();
-        return files;
-    }
-
-    QString extract(const QString &image, const QString &isoPath, const QString &name)
+    // Copies the file `isoPath` of an image out, as `name` in the documents.
+    QString extractFile(const QString &image, const QString &isoPath, const QString &name)
     {
         const QString target = m_docs.filePath(name);
         QFile::remove(target);
-        run(m_xorriso, {"-osirrox", "on", "-indev", "stdio:" + image, "-extract", isoPath, target});
+        runTool(m_tools.xorriso, {"-osirrox", "on", "-indev", "stdio:" + image, "-extract", isoPath, target});
         return target;
-    }
-
-    QJsonObject firstStream(const QString &path, const QString &type)
-    {
-        const QString out = run(m_ffprobe, {"-v", "error", "-show_entries",
-                                            "stream=codec_name,codec_type,bit_rate,sample_rate,channels,width,height",
-                                            "-of", "json", path});
-        for (const QJsonValue &v : QJsonDocument::fromJson(out.toUtf8()).object().value("streams").toArray())
-            if (v.toObject().value("codec_type").toString() == type)
-                return v.toObject();
-        return {};
     }
 
     void burnAndWait(MediaBurn &burn, BurnOperation op, const QList<NodeMediaFile> &list, const MediaBurnContext &ctx)
@@ -93,17 +46,14 @@ private:
 private slots:
     void initTestCase()
     {
-        m_ffmpeg = QStandardPaths::findExecutable("ffmpeg");
-        m_ffprobe = QStandardPaths::findExecutable("ffprobe");
-        m_xorriso = QStandardPaths::findExecutable("xorriso");
-        m_cdrskin = QStandardPaths::findExecutable("cdrskin");
-        QVERIFY(!m_ffmpeg.isEmpty() && !m_ffprobe.isEmpty());
-        QVERIFY2(!m_xorriso.isEmpty() && !m_cdrskin.isEmpty(), "xorriso and cdrskin must be installed");
-        make({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_media.filePath("zulu.mp3")});
-        make({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", m_media.filePath("alpha song.flac")});
-        make({"-f", "lavfi", "-i", "testsrc=duration=1:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=1",
+        m_tools = linuxToolsOnPath();
+        QVERIFY(!m_tools.ffmpeg.isEmpty() && !ffprobePath().isEmpty());
+        QVERIFY2(!m_tools.xorriso.isEmpty() && !m_tools.cdrskin.isEmpty(), "xorriso and cdrskin must be installed");
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=2", m_media.filePath("zulu.mp3")});
+        makeMedia({"-f", "lavfi", "-i", "sine=frequency=660:duration=1", m_media.filePath("alpha song.flac")});
+        makeMedia({"-f", "lavfi", "-i", "testsrc=duration=1:size=320x240:rate=25", "-f", "lavfi", "-i", "sine=duration=1",
               "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "aac", "-shortest", m_media.filePath("clip.mov")});
-        m_ctx.ffmpeg = m_ffmpeg;
+        m_ctx.ffmpeg = m_tools.ffmpeg;
         m_ctx.audioFolder = m_docs.filePath("TambloAudio");
         m_ctx.videoFolder = m_docs.filePath("TambloVideo");
         QDir().mkpath(m_ctx.audioFolder);
@@ -116,22 +66,22 @@ private slots:
         const QString image = m_docs.filePath("mp3-disc.iso");
         MediaBurnContext ctx = m_ctx;
         ctx.currentDrive.s_Device_Path = "stdio:" + image;
-        XorrisoRecorder recorder(m_xorriso, m_cdrskin);
+        XorrisoRecorder recorder(m_tools.xorriso, m_tools.cdrskin);
         FakeAlerts alerts;
         MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("CD")));
         SheetLog sheets(&burn);
         QSignalSpy started(&burn, &MediaBurn::recordingStarted);
         burnAndWait(burn, BurnOperation::MP3CD,
-                    {media(m_media.filePath("zulu.mp3"), 2), media(m_media.filePath("alpha song.flac"), 1)}, ctx);
+                    {mediaFile(m_media.filePath("zulu.mp3"), 2), mediaFile(m_media.filePath("alpha song.flac"), 1)}, ctx);
         QCOMPARE(sheets.steps().last(), QStringLiteral("operationComplete"));
         const ToolCommand cmd = started.first().first().value<ToolCommand>();
-        QCOMPARE(cmd.program, m_xorriso);
+        QCOMPARE(cmd.program, m_tools.xorriso);
         QVERIFY(!cmd.arguments.join(' ').contains("blank"));
 
         QCOMPARE(filesOn(image), (QStringList{"'/alpha song.mp3'", "'/zulu.mp3'"}));
-        const QString pvd = run(m_xorriso, {"-indev", "stdio:" + image, "-pvd_info"});
+        const QString pvd = runTool(m_tools.xorriso, {"-indev", "stdio:" + image, "-pvd_info"}).output;
         QVERIFY2(pvd.contains(QRegularExpression("Volume Id\\s*:\\s*TambloAudio")), qPrintable(pvd));
-        const QJsonObject a = firstStream(extract(image, "/zulu.mp3", "back.mp3"), "audio");
+        const QJsonObject a = firstStream(extractFile(image, "/zulu.mp3", "back.mp3"), "audio");
         QCOMPARE(a.value("codec_name").toString(), QStringLiteral("mp3"));
         QCOMPARE(a.value("bit_rate").toString(), QStringLiteral("192000"));
         QCOMPARE(a.value("sample_rate").toString(), QStringLiteral("44100"));
@@ -147,7 +97,7 @@ private slots:
         const QString clip = m_media.filePath("Vidéo de Noël.mov");
         QVERIFY(QFile::copy(m_media.filePath("alpha song.flac"), song));
         QVERIFY(QFile::copy(m_media.filePath("clip.mov"), clip));
-        XorrisoRecorder recorder(m_xorriso, m_cdrskin);
+        XorrisoRecorder recorder(m_tools.xorriso, m_tools.cdrskin);
         struct Case {
             BurnOperation op;
             QString family, source, discName;
@@ -163,7 +113,7 @@ private slots:
             MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(c.family)));
             SheetLog sheets(&burn);
             QSignalSpy started(&burn, &MediaBurn::recordingStarted);
-            burnAndWait(burn, c.op, {media(c.source, 1)}, ctx);
+            burnAndWait(burn, c.op, {mediaFile(c.source, 1)}, ctx);
             QCOMPARE(started.size(), 1);
             const QStringList args = started.first().first().value<ToolCommand>().arguments;
             QVERIFY2(args.join(' ').contains("-joliet on"), qPrintable(args.join(' ')));
@@ -174,7 +124,7 @@ private slots:
             // Joliet is not found.
             QVERIFY(writeFile(drives.filePath("plain/" + c.discName), QByteArray()));
             const QString control = drives.filePath("control.iso");
-            run(m_xorriso, {"-outdev", "stdio:" + control, "-map", drives.filePath("plain"), "/", "-commit"});
+            runTool(m_tools.xorriso, {"-outdev", "stdio:" + control, "-map", drives.filePath("plain"), "/", "-commit"});
             QVERIFY(QFileInfo(control).size() > 0);
             QVERIFY(!jolietHolds(control, c.discName));
         }
@@ -186,26 +136,26 @@ private slots:
         MediaBurnContext ctx = m_ctx;
         ctx.currentDrive.s_Device_Path = "stdio:" + image;
         ctx.videoFormat = "1";
-        XorrisoRecorder recorder(m_xorriso, m_cdrskin);
+        XorrisoRecorder recorder(m_tools.xorriso, m_tools.cdrskin);
         FakeAlerts alerts;
         MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("DVD")));
         SheetLog sheets(&burn);
-        burnAndWait(burn, BurnOperation::VideoDVD, {media(m_media.filePath("clip.mov"), 1)}, ctx);
+        burnAndWait(burn, BurnOperation::VideoDVD, {mediaFile(m_media.filePath("clip.mov"), 1)}, ctx);
         QCOMPARE(filesOn(image), QStringList{"'/clip.mpg'"});
-        const QJsonObject v = firstStream(extract(image, "/clip.mpg", "back.mpg"), "video");
+        const QJsonObject v = firstStream(extractFile(image, "/clip.mpg", "back.mpg"), "video");
         QCOMPARE(v.value("codec_name").toString(), QStringLiteral("mpeg2video"));
         QCOMPARE(v.value("width").toInt(), 720);
         QCOMPARE(v.value("height").toInt(), 576);
-        const QString pvd = run(m_xorriso, {"-indev", "stdio:" + image, "-pvd_info"});
+        const QString pvd = runTool(m_tools.xorriso, {"-indev", "stdio:" + image, "-pvd_info"}).output;
         QVERIFY(pvd.contains(QRegularExpression("Volume Id\\s*:\\s*TambloVideo")));
         QVERIFY(QDir(m_ctx.videoFolder).isEmpty());
 
         // The same disc, now written and appendable: an MP3 DVD adds a session
         // and nothing of the first one is lost.
         MediaBurn second(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("DVD")));
-        burnAndWait(second, BurnOperation::MP3DVD, {media(m_media.filePath("zulu.mp3"), 2)}, ctx);
+        burnAndWait(second, BurnOperation::MP3DVD, {mediaFile(m_media.filePath("zulu.mp3"), 2)}, ctx);
         QCOMPARE(filesOn(image), (QStringList{"'/clip.mpg'", "'/zulu.mp3'"}));
-        const QString toc = run(m_xorriso, {"-indev", "stdio:" + image, "-toc"});
+        const QString toc = runTool(m_tools.xorriso, {"-indev", "stdio:" + image, "-toc"}).output;
         QCOMPARE(toc.count(QRegularExpression("ISO session\\s*:")), 2);
         QVERIFY(toc.contains("TambloVideo"));
         QVERIFY(toc.contains("TambloAudio"));
@@ -219,14 +169,14 @@ private slots:
             QFile::remove(log);
             MediaBurnContext ctx = m_ctx;
             ctx.currentDrive.s_Device_Path = device;
-            XorrisoRecorder recorder(m_xorriso, fake("burn-args-logger"));
+            XorrisoRecorder recorder(m_tools.xorriso, fake("burn-args-logger"));
             FakeAlerts alerts;
             MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("CD")));
             SheetLog sheets(&burn);
             // zulu before alpha: the list's order, not the folder's.
             burnAndWait(burn, BurnOperation::AudioCD,
-                        {media(m_media.filePath("zulu.mp3"), 2), media(m_media.filePath("alpha song.flac"), 1),
-                         media(m_media.filePath("zulu.mp3"), 2)},
+                        {mediaFile(m_media.filePath("zulu.mp3"), 2), mediaFile(m_media.filePath("alpha song.flac"), 1),
+                         mediaFile(m_media.filePath("zulu.mp3"), 2)},
                         ctx);
             QFile f(log);
             QVERIFY(f.open(QIODevice::ReadOnly));
@@ -250,12 +200,12 @@ private slots:
         // keeps the whole output behind Details.
         MediaBurnContext ctx = m_ctx;
         ctx.currentDrive.s_Device_Path = "stdio:" + m_docs.filePath("refused.img");
-        XorrisoRecorder recorder(m_xorriso, m_cdrskin);
+        XorrisoRecorder recorder(m_tools.xorriso, m_tools.cdrskin);
         FakeAlerts alerts;
         MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("CD")));
         SheetLog sheets(&burn);
         QSignalSpy failed(&burn, &MediaBurn::failed);
-        burn.burn(BurnOperation::AudioCD, {media(m_media.filePath("alpha song.flac"), 1)}, ctx);
+        burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("alpha song.flac"), 1)}, ctx);
         QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, 60000);
         QCOMPARE(sheets.steps(), (QStringList{"showTranscoding", "closeTranscoding", "showPerformingOperation", "closePerformingOperation", "operationFailed"}));
         QCOMPARE(sheets.failure().message, QStringLiteral("The disc could not be written."));

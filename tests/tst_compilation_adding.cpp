@@ -2,6 +2,7 @@
 // for, the progress sheet, the order in which records land, and bad input.
 // Media is made here with ffmpeg's lavfi sources.
 #include "support/TestMain.h"
+#include "support/Tools.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -99,22 +100,9 @@ class TestCompilationAdding : public QObject {
 
     QString path(const QString &name) const { return m_dir.filePath(name); }
 
-    bool ffmpeg(const QStringList &args)
-    {
-        QProcess p;
-        p.setProgram(m_ffmpeg);
-        p.setArguments(QStringList{QStringLiteral("-nostdin"), QStringLiteral("-v"),
-                                   QStringLiteral("error"), QStringLiteral("-y")}
-                       + args);
-        p.setStandardInputFile(QProcess::nullDevice());
-        p.start();
-        return p.waitForFinished(120000) && p.exitStatus() == QProcess::NormalExit
-            && p.exitCode() == 0;
-    }
-
     bool makeTone(const QString &file, int seconds)
     {
-        return ffmpeg({QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
+        return makeMedia({QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
                        QStringLiteral("sine=frequency=440:d=%1").arg(seconds), file});
     }
 
@@ -160,7 +148,7 @@ private slots:
         QVERIFY(m_dir.isValid());
         QVERIFY(makeTone(path("base2.mp3"), 2));
         QVERIFY(makeTone(path("base3.mp3"), 3));
-        QVERIFY(ffmpeg({"-f", "lavfi", "-i", "testsrc=d=2:s=160x120:r=25", "-pix_fmt", "yuv420p",
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "testsrc=d=2:s=160x120:r=25", "-pix_fmt", "yuv420p",
                         path("base2.mp4")}));
     }
 
@@ -606,7 +594,7 @@ private slots:
         }, ToolRun::Report::Quiet);
 
         const QString dir = newFolder("batches");
-        QVERIFY(ffmpeg({"-f", "lavfi", "-i", "testsrc=d=2:s=160x120:r=25", "-c:v", "libx264", "-f", "h264",
+        QVERIFY(makeMedia({"-f", "lavfi", "-i", "testsrc=d=2:s=160x120:r=25", "-c:v", "libx264", "-f", "h264",
                         dir + "/raw.h264"}));
         QVERIFY(writeFile(dir + "/garbage.mp3", QByteArray(5000, '\x7f')));
         QVERIFY(QDir().mkpath(dir + "/folder.mp3"));

@@ -1,3 +1,4 @@
+#include "support/DriveQueries.h"
 #include "support/Files.h"
 #include "support/TestMain.h"
 
@@ -12,18 +13,11 @@
 static const QString kFakeDrutil = fake("drutil");
 static const QString kHangTool = fake("hang-tool");
 
-#define STATUS(var, backend, drive)       \
-    MediaStatus var;                      \
-    query(backend, drive, var);           \
-    if (QTest::currentTestFailed())       \
+#define STATUS(var, backend, drive)             \
+    MediaStatus var;                            \
+    statusOnce(backend, drive, var, 10000, 50); \
+    if (QTest::currentTestFailed())             \
         return;
-
-static Object_Optical_Drive driveNumber(const QString &n)
-{
-    Object_Optical_Drive d;
-    d.s_Drive_Number = n;
-    return d;
-}
 
 class TestDrivesDrutilBackend : public QObject {
     Q_OBJECT
@@ -34,22 +28,6 @@ class TestDrivesDrutilBackend : public QObject {
     QStringList logLines() const
     {
         return readText(m_log).split('\n', Qt::SkipEmptyParts);
-    }
-
-    // One status query, answered once and never inside the call.
-    void query(DrutilBackend &backend, const Object_Optical_Drive &drive, MediaStatus &result)
-    {
-        bool answered = false;
-        int calls = 0;
-        backend.queryStatus(drive, [&](const MediaStatus &s) {
-            result = s;
-            answered = true;
-            ++calls;
-        });
-        QVERIFY2(!answered, "answered inside the call");
-        QVERIFY(QTest::qWaitFor([&] { return answered; }, 10000));
-        QTest::qWait(50);  // a second answer would arrive now
-        QCOMPARE(calls, 1);
     }
 
 private slots:
@@ -97,14 +75,14 @@ private slots:
     void statusOfEachDrive()
     {
         DrutilBackend backend(kFakeDrutil);
-        STATUS(s1, backend, driveNumber("1"))
+        STATUS(s1, backend, numberedDrive("1"))
         QCOMPARE(s1.text, fixtureText("synthetic-drutil-status-blank-cdr.txt"));
         QCOMPARE(s1.answers.driveEmpty, false);
         QCOMPARE(s1.answers.oneTimeWritable, true);
         QCOMPARE(s1.answers.reWritable, false);
         QCOMPARE(s1.answers.family, QString("CD"));  // though the drive is a "DVDRW"
 
-        STATUS(s2, backend, driveNumber("2"))
+        STATUS(s2, backend, numberedDrive("2"))
         QCOMPARE(s2.answers.driveEmpty, false);
         QCOMPARE(s2.answers.oneTimeWritable, true);
         QCOMPARE(s2.answers.reWritable, true);
@@ -134,7 +112,7 @@ private slots:
         QFETCH(QString, family);
         qputenv("TAMBLO_FAKE_DRUTIL_STATUS_1", fixture(file).toLocal8Bit());
         DrutilBackend backend(kFakeDrutil);
-        STATUS(s, backend, driveNumber("1"))
+        STATUS(s, backend, numberedDrive("1"))
         QCOMPARE(s.text, fixtureText(file));
         QCOMPARE(s.answers.driveEmpty, empty);
         QCOMPARE(s.answers.oneTimeWritable, writable);
@@ -145,7 +123,7 @@ private slots:
     void rejectedDriveNumberIsSearchedLikeAnyText()
     {
         DrutilBackend backend(kFakeDrutil);
-        STATUS(s, backend, driveNumber("7"))
+        STATUS(s, backend, numberedDrive("7"))
         QCOMPARE(logLines(), QStringList{"status|-drive|7"});
         QVERIFY2(s.text.contains("invalid drive number 7"), qPrintable(s.text));  // standard error is read too
         QCOMPARE(s.answers.driveEmpty, false);
@@ -167,14 +145,14 @@ private slots:
         qunsetenv("TAMBLO_FAKE_DRUTIL_STATUS_1");
         qunsetenv("TAMBLO_FAKE_DRUTIL_LIST");
         DrutilBackend backend(kFakeDrutil);
-        STATUS(s, backend, driveNumber("1"))
+        STATUS(s, backend, numberedDrive("1"))
         QCOMPARE(logLines(), QStringList{"status|-drive|1"});
         QVERIFY(s.text.isEmpty());
         QCOMPARE(s.answers.driveEmpty, false);
         QCOMPARE(s.answers.oneTimeWritable, false);
         QCOMPARE(s.answers.reWritable, false);
         QCOMPARE(s.answers.family, QString("Other"));
-        DriveList got{driveNumber("x")};
+        DriveList got{numberedDrive("x")};
         bool answered = false;
         backend.listDrives([&](const DriveList &l) { got = l; answered = true; });
         QTRY_VERIFY_WITH_TIMEOUT(answered, 10000);
@@ -184,21 +162,21 @@ private slots:
     void missingTool()
     {
         DrutilBackend backend(m_dir.filePath("no-such-drutil"));
-        STATUS(s, backend, driveNumber("1"))
+        STATUS(s, backend, numberedDrive("1"))
         QVERIFY(s.text.isEmpty());
         QCOMPARE(s.answers.driveEmpty, false);
         QCOMPARE(s.answers.oneTimeWritable, false);
         QCOMPARE(s.answers.reWritable, false);
         QCOMPARE(s.answers.family, QString("Other"));
         bool answered = false;
-        DriveList got{driveNumber("x")};
+        DriveList got{numberedDrive("x")};
         backend.listDrives([&](const DriveList &l) { got = l; answered = true; });
         QVERIFY(!answered);
         QTRY_VERIFY_WITH_TIMEOUT(answered, 10000);
         QVERIFY(got.isEmpty());
 
         DrutilBackend noPath{QString()};
-        STATUS(none, noPath, driveNumber("1"))
+        STATUS(none, noPath, numberedDrive("1"))
         QVERIFY(none.text.isEmpty());
     }
 
@@ -213,7 +191,7 @@ private slots:
         ticker.start(20);
         QElapsedTimer clock;
         clock.start();
-        STATUS(s, backend, driveNumber("3"))
+        STATUS(s, backend, numberedDrive("3"))
         const qint64 ms = clock.elapsed();
         QVERIFY2(ms >= 350 && ms < 5000, qPrintable(QString::number(ms)));
         QVERIFY2(ticks >= 5, "the event loop kept running while the tool hung");
@@ -228,7 +206,7 @@ private slots:
         QCOMPARE(readText(hangLog), QString("status -drive 3\n"));
 
         bool answered = false;
-        DriveList got{driveNumber("x")};
+        DriveList got{numberedDrive("x")};
         backend.listDrives([&](const DriveList &l) { got = l; answered = true; });
         QTRY_VERIFY_WITH_TIMEOUT(answered, 5000);
         QVERIFY(got.isEmpty());
@@ -238,25 +216,25 @@ private slots:
     void trayCommandsAreLaunched()
     {
         DrutilBackend backend(kFakeDrutil);
-        backend.ejectTray(driveNumber("2"));
+        backend.ejectTray(numberedDrive("2"));
         QTRY_COMPARE_WITH_TIMEOUT(logLines(), QStringList{"tray|eject|-drive|2"}, 10000);
-        backend.closeTray(driveNumber("2"));
+        backend.closeTray(numberedDrive("2"));
         QTRY_COMPARE_WITH_TIMEOUT(logLines(), QStringList({"tray|eject|-drive|2", "tray|close|-drive|2"}), 10000);
-        QCOMPARE(backend.trayCommand(driveNumber("1"), true),
+        QCOMPARE(backend.trayCommand(numberedDrive("1"), true),
                  (ToolCommand{kFakeDrutil, {"tray", "eject", "-drive", "1"}}));
     }
 
     void eraseAndInfoCommands()
     {
         DrutilBackend backend("/usr/bin/drutil");
-        QCOMPARE(backend.eraseCommand(driveNumber("2"), true),
+        QCOMPARE(backend.eraseCommand(numberedDrive("2"), true),
                  (ToolCommand{"/usr/bin/drutil", {"erase", "full", "-drive", "2"}}));
-        QCOMPARE(backend.eraseCommand(driveNumber("2"), false),
+        QCOMPARE(backend.eraseCommand(numberedDrive("2"), false),
                  (ToolCommand{"/usr/bin/drutil", {"erase", "quick", "-drive", "2"}}));
-        QCOMPARE(backend.discInfoCommand(driveNumber("3")),
+        QCOMPARE(backend.discInfoCommand(numberedDrive("3")),
                  (ToolCommand{"/usr/bin/drutil", {"status", "-drive", "3"}}));
         QCOMPARE(backend.listCommand(), (ToolCommand{"/usr/bin/drutil", {"list"}}));
-        QCOMPARE(backend.statusCommand(driveNumber("3")),
+        QCOMPARE(backend.statusCommand(numberedDrive("3")),
                  (ToolCommand{"/usr/bin/drutil", {"status", "-drive", "3"}}));
     }
 
@@ -266,7 +244,7 @@ private slots:
         QStringList families(6);
         int answered = 0;
         for (int i = 0; i < 6; ++i) {
-            backend.queryStatus(driveNumber(i % 2 ? "2" : "1"), [&, i](const MediaStatus &s) {
+            backend.queryStatus(numberedDrive(i % 2 ? "2" : "1"), [&, i](const MediaStatus &s) {
                 families[i] = s.answers.family;
                 ++answered;
             });

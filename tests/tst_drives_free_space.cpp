@@ -2,6 +2,7 @@
 // (the stand-in drutil printing recorded status texts) and from xorriso's
 // "Media space" on Linux (the real xorriso on pseudo-drives of a size the
 // test chooses), and the room as the last link of the medium check chain.
+#include "support/DriveQueries.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeDriveBackend.h"
 #include "support/SmallDisk.h"
@@ -20,34 +21,10 @@
 static const QString kFakeDrutil = fake("drutil");
 static const QString kHangTool = fake("hang-tool");
 
-static Object_Optical_Drive numbered(const QString &n, const QString &device = QString())
-{
-    Object_Optical_Drive d;
-    d.s_Drive_Number = n;
-    d.s_Device_Path = device;
-    return d;
-}
-
-// One free-space query, answered once and never inside the call.
-static void ask(DriveBackend &backend, const Object_Optical_Drive &drive, MediaSpace &result)
-{
-    bool answered = false;
-    int calls = 0;
-    backend.queryFreeSpace(drive, [&](const MediaSpace &s) {
-        result = s;
-        answered = true;
-        ++calls;
-    });
-    QVERIFY2(!answered, "answered inside the call");
-    QVERIFY(QTest::qWaitFor([&] { return answered; }, 60000));
-    QTest::qWait(20);  // a second answer would arrive now
-    QCOMPARE(calls, 1);
-}
-
-#define SPACE(var, backend, drive)  \
-    MediaSpace var;                 \
-    ask(backend, drive, var);       \
-    if (QTest::currentTestFailed()) \
+#define SPACE(var, backend, drive)                  \
+    MediaSpace var;                                 \
+    freeSpaceOnce(backend, drive, var, 60000, 20);  \
+    if (QTest::currentTestFailed())                 \
         return;
 
 class TestDrivesFreeSpace : public QObject {
@@ -118,9 +95,9 @@ private slots:
         qputenv("TAMBLO_FAKE_DRUTIL_STATUS_1", fixture("synthetic-drutil-status-blank-cdr.txt").toLocal8Bit());
         qputenv("TAMBLO_FAKE_DRUTIL_STATUS_2", fixture("drutil-status-blank-dvdr.txt").toLocal8Bit());
         DrutilBackend backend(kFakeDrutil);
-        SPACE(cd, backend, numbered(QStringLiteral("1")));
-        SPACE(dvd, backend, numbered(QStringLiteral("2")));
-        SPACE(unknown, backend, numbered(QStringLiteral("7")));
+        SPACE(cd, backend, numberedDrive(QStringLiteral("1")));
+        SPACE(dvd, backend, numberedDrive(QStringLiteral("2")));
+        SPACE(unknown, backend, numberedDrive(QStringLiteral("7")));
         qunsetenv("TAMBLO_FAKE_DRUTIL_LOG");
         qunsetenv("TAMBLO_FAKE_DRUTIL_STATUS_1");
         qunsetenv("TAMBLO_FAKE_DRUTIL_STATUS_2");
@@ -138,7 +115,7 @@ private slots:
     void aHungDrutilDoesNotAnswer()
     {
         DrutilBackend backend(kHangTool, nullptr, 1000, 300);
-        SPACE(s, backend, numbered(QStringLiteral("1")));
+        SPACE(s, backend, numberedDrive(QStringLiteral("1")));
         QVERIFY(!s.answered);
         QVERIFY(!s.known);
         QCOMPARE(s.verdict.outcome, ToolVerdict::Outcome::TimedOut);
@@ -152,7 +129,7 @@ private slots:
         SmallDisk disk(8 * 1024 * 1024);
         QVERIFY2(disk.isMounted(), qPrintable(disk.error()));
         XorrisoBackend backend(xorriso, QStringLiteral("eject"));
-        SPACE(blank, backend, numbered(QStringLiteral("1"), disk.device()));
+        SPACE(blank, backend, numberedDrive(QStringLiteral("1"), disk.device()));
         QVERIFY(blank.answered);
         QVERIFY2(blank.known, qPrintable(blank.text));
         QCOMPARE(blank.freeSectors, qint64(8 * 1024 * 1024 / 2048 - SmallDisk::ReservedSectors));
@@ -161,23 +138,23 @@ private slots:
 
         // Another file on the same file system takes its room.
         QVERIFY(writeFile(disk.file(QStringLiteral("other")), QByteArray(1024 * 1024, 'x')));
-        SPACE(less, backend, numbered(QStringLiteral("1"), disk.device()));
+        SPACE(less, backend, numberedDrive(QStringLiteral("1"), disk.device()));
         QCOMPARE(less.freeSectors, blank.freeSectors - 512);
 
         SmallDisk room = SmallDisk::withRoomFor(4000);
         QVERIFY2(room.isMounted(), qPrintable(room.error()));
-        SPACE(exact, backend, numbered(QStringLiteral("1"), room.device()));
+        SPACE(exact, backend, numberedDrive(QStringLiteral("1"), room.device()));
         QCOMPARE(exact.freeSectors, qint64(4000));
     }
 
     void linuxNoDeviceNoFigure()
     {
         XorrisoBackend backend(QStringLiteral("xorriso"), QStringLiteral("eject"));
-        QVERIFY(backend.spaceCommand(numbered(QStringLiteral("1"))).isNull());
-        SPACE(none, backend, numbered(QStringLiteral("1")));
+        QVERIFY(backend.spaceCommand(numberedDrive(QStringLiteral("1"))).isNull());
+        SPACE(none, backend, numberedDrive(QStringLiteral("1")));
         QVERIFY(none.answered);
         QVERIFY(!none.known);
-        SPACE(missing, backend, numbered(QStringLiteral("1"), QStringLiteral("/dev/sr9")));
+        SPACE(missing, backend, numberedDrive(QStringLiteral("1"), QStringLiteral("/dev/sr9")));
         QVERIFY(!missing.known);
     }
 
@@ -201,13 +178,13 @@ private slots:
         QFETCH(int, result);
         FakeDriveBackend drive;
         FakeAlerts alerts;
-        drive.status = FakeDriveBackend::medium(false, true, false, QStringLiteral("DVD"));
+        drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         drive.space.answered = answered;
         drive.space.known = known;
         drive.space.freeSectors = 1000;
         if (!answered)
             drive.space.verdict.outcome = ToolVerdict::Outcome::TimedOut;
-        MediaQuestions q(drive, alerts, [] { return false; }, [] { return numbered(QStringLiteral("3")); });
+        MediaQuestions q(drive, alerts, [] { return false; }, [] { return numberedDrive(QStringLiteral("3")); });
         int sized = 0;
         SizeEstimate size = [&](std::function<void(const DiscSize &)> done) {
             ++sized;
@@ -236,8 +213,8 @@ private slots:
     {
         FakeDriveBackend drive;
         FakeAlerts alerts;
-        drive.status = FakeDriveBackend::medium(false, true, false, QStringLiteral("CD"));
-        MediaQuestions q(drive, alerts, [] { return false; }, [] { return numbered(QStringLiteral("1")); });
+        drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
+        MediaQuestions q(drive, alerts, [] { return false; }, [] { return numberedDrive(QStringLiteral("1")); });
         int sized = 0;
         SizeEstimate size = [&](std::function<void(const DiscSize &)> done) {
             ++sized;
@@ -257,7 +234,7 @@ private slots:
         // Without an estimate the chain asks nothing about the room.
         ended = false;
         drive.calls.clear();
-        drive.status = FakeDriveBackend::medium(false, true, false, QStringLiteral("DVD"));
+        drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
         q.check(MediumNeed::Writable, QStringLiteral("DVD"), [&](MediumCheck c) {
             got = c;
             ended = true;

@@ -1,21 +1,13 @@
+#include "support/DriveQueries.h"
 #include "support/TestMain.h"
 
 #include "drives/DriveSelection.h"
-
-static Object_Optical_Drive drive(const QString &number, const QString &vendor, const QString &model)
-{
-    Object_Optical_Drive d;
-    d.s_Drive_Number = number;
-    d.sManufacturer = vendor;
-    d.sModel = model;
-    return d;
-}
 
 static DriveList drives(int count)
 {
     DriveList list;
     for (int i = 1; i <= count; ++i)
-        list << drive(QString::number(i), QStringLiteral("VEND%1").arg(i), QStringLiteral("MODEL %1").arg(i));
+        list << opticalDrive(QString::number(i), QStringLiteral("VEND%1").arg(i), QStringLiteral("MODEL %1").arg(i));
     return list;
 }
 
@@ -64,7 +56,7 @@ private slots:
     void savedDriveKeepsSelectionWhenRenumbered()
     {
         // drutil numbers need not follow the order; the label decides.
-        DriveList list{drive("4", "AAA", "ONE"), drive("2", "BBB", "TWO")};
+        DriveList list{opticalDrive("4", "AAA", "ONE"), opticalDrive("2", "BBB", "TWO")};
         const DriveMenuState s = DriveSelection::afterListing(list, QStringLiteral("BBB - TWO"));
         QCOMPARE(s.currentDriveNumber, QString("2"));
         QCOMPARE(s.currentDriveIndex, 1);
@@ -72,7 +64,7 @@ private slots:
 
     void twoEqualLabels()
     {
-        DriveList list{drive("1", "SAME", "DRIVE"), drive("2", "OTHER", "DRIVE"), drive("3", "SAME", "DRIVE")};
+        DriveList list{opticalDrive("1", "SAME", "DRIVE"), opticalDrive("2", "OTHER", "DRIVE"), opticalDrive("3", "SAME", "DRIVE")};
         const DriveMenuState s = DriveSelection::afterListing(list, QStringLiteral("SAME - DRIVE"));
         QCOMPARE(checkedOf(s), QList<bool>({true, false, true, false, false, false}));
         QCOMPARE(s.currentDriveNumber, QString("3"));
@@ -87,7 +79,7 @@ private slots:
 
     void labelWithInnerBlanks()
     {
-        DriveList list{drive("1", "ACME", "SUPER  DRIVE")};
+        DriveList list{opticalDrive("1", "ACME", "SUPER  DRIVE")};
         const DriveMenuState s = DriveSelection::afterListing(list, QString());
         QCOMPARE(s.titles[0], QString("ACME - SUPER  DRIVE"));
         QCOMPARE(s.labelToStore, QString("ACME - SUPER  DRIVE"));
@@ -167,7 +159,7 @@ private slots:
         QCOMPARE(checkedOf(s), QList<bool>({false, false, true, false, false, false}));
         QCOMPARE(visibleOf(s), QList<bool>({true, true, true, false, false, false}));
         // Choosing clears a double check of equal labels too.
-        DriveList same{drive("1", "S", "D"), drive("2", "S", "D")};
+        DriveList same{opticalDrive("1", "S", "D"), opticalDrive("2", "S", "D")};
         DriveMenuState t = DriveSelection::afterListing(same, QStringLiteral("S - D"));
         QCOMPARE(checkedOf(t), QList<bool>({true, true, false, false, false, false}));
         QVERIFY(DriveSelection::chooseItem(same, 1, t));

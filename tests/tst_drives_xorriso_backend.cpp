@@ -1,3 +1,4 @@
+#include "support/DriveQueries.h"
 #include "support/Files.h"
 #include "support/TestMain.h"
 
@@ -14,10 +15,10 @@
 #include "drives/XorrisoParsing.h"
 #include "toolrun/ToolProcess.h"
 
-#define STATUS(var, backend, drive)       \
-    MediaStatus var;                      \
-    query(backend, drive, var);           \
-    if (QTest::currentTestFailed())       \
+#define STATUS(var, backend, drive)             \
+    MediaStatus var;                            \
+    statusOnce(backend, drive, var, 30000, 20); \
+    if (QTest::currentTestFailed())             \
         return;
 
 static const QString kArgsLogger = fake("args-logger");
@@ -30,14 +31,6 @@ static QByteArray checksum(const QString &path)
     if (!f.open(QIODevice::ReadOnly))
         return QByteArray();
     return QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha1);
-}
-
-static Object_Optical_Drive device(const QString &path)
-{
-    Object_Optical_Drive d;
-    d.s_Drive_Number = QStringLiteral("1");
-    d.s_Device_Path = path;
-    return d;
 }
 
 class TestDrivesXorrisoBackend : public QObject {
@@ -64,22 +57,6 @@ class TestDrivesXorrisoBackend : public QObject {
         const QString iso = m_dir.filePath(name);
         runToEnd({m_xorriso, {"-outdev", "stdio:" + iso, "-map", data, "/", "-commit"}});
         return iso;
-    }
-
-    // One status query, answered once and never inside the call.
-    void query(DriveBackend &backend, const Object_Optical_Drive &drive, MediaStatus &result)
-    {
-        bool answered = false;
-        int calls = 0;
-        backend.queryStatus(drive, [&](const MediaStatus &s) {
-            result = s;
-            answered = true;
-            ++calls;
-        });
-        QVERIFY2(!answered, "answered inside the call");
-        QVERIFY(QTest::qWaitFor([&] { return answered; }, 30000));
-        QTest::qWait(20);
-        QCOMPARE(calls, 1);
     }
 
     static void check(const MediaAnswers &a, bool empty, bool writable, bool rewritable, const QString &family)
@@ -109,7 +86,7 @@ private slots:
         QVERIFY(x);
         QCOMPARE(x->parent(), &owner);
         QCOMPARE(x->listCommand(), (ToolCommand{m_xorriso, {"-devices"}}));
-        QCOMPARE(x->trayCommand(device("/dev/sr0"), false), (ToolCommand{"/usr/bin/eject", {"-t", "/dev/sr0"}}));
+        QCOMPARE(x->trayCommand(numberedDrive("1", "/dev/sr0"), false), (ToolCommand{"/usr/bin/eject", {"-t", "/dev/sr0"}}));
 
         ToolPaths mac;
         mac.backend = ToolPaths::Backend::MacOS;
@@ -122,7 +99,7 @@ private slots:
     void listWithRealXorriso()
     {
         XorrisoBackend backend(m_xorriso, "eject");
-        DriveList got{device("x")};
+        DriveList got{numberedDrive("1", "x")};
         bool answered = false;
         backend.listDrives([&](const DriveList &l) { got = l; answered = true; });
         QVERIFY(!answered);
@@ -165,7 +142,7 @@ private slots:
                                    return QStringList{"/dev/sr0"};
                                });
         QVERIFY(!backend.access().denied());
-        DriveList got{device("x")};
+        DriveList got{numberedDrive("1", "x")};
         DriveAccess seenInCallback;
         bool answered = false;
         backend.listDrives([&](const DriveList &l) {
@@ -182,7 +159,7 @@ private slots:
         // so by itself, and reads as an empty drive.
         XorrisoBackend fresh(kNoPermission, "eject", nullptr, XorrisoBackend::DefaultListTimeoutMs,
                              XorrisoBackend::DefaultStatusTimeoutMs, [] { return QStringList(); });
-        STATUS(s, fresh, device("/dev/sr0"))
+        STATUS(s, fresh, numberedDrive("1", "/dev/sr0"))
         QVERIFY2(s.text.contains("Failed to open device '/dev/sr0' : Permission denied"), qPrintable(s.text));
         check(s.answers, true, false, false, "Other");
         QCOMPARE(fresh.access().deniedDevices, QStringList{"/dev/sr0"});
@@ -207,7 +184,7 @@ private slots:
     {
         XorrisoBackend backend(m_xorriso, "eject");
         const QString path = m_dir.filePath("new.iso");
-        STATUS(s, backend, device("stdio:" + path))
+        STATUS(s, backend, numberedDrive("1", "stdio:" + path))
         QVERIFY2(s.text.contains("Media status : is blank"), qPrintable(s.text));
         check(s.answers, false, true, true, "Other");
         QVERIFY2(!QFile::exists(path), "the status query must not create the file");
@@ -218,7 +195,7 @@ private slots:
         const QString path = m_dir.filePath("empty.img");
         QVERIFY(writeFile(path, QByteArray()));
         XorrisoBackend backend(m_xorriso, "eject");
-        STATUS(s, backend, device("stdio:" + path))
+        STATUS(s, backend, numberedDrive("1", "stdio:" + path))
         check(s.answers, false, true, true, "Other");
         QCOMPARE(QFileInfo(path).size(), 0);
     }
@@ -229,7 +206,7 @@ private slots:
         QVERIFY(QFileInfo(iso).size() > 0);
         const QByteArray before = checksum(iso);
         XorrisoBackend backend(m_xorriso, "eject");
-        STATUS(s, backend, device("stdio:" + iso))
+        STATUS(s, backend, numberedDrive("1", "stdio:" + iso))
         QVERIFY2(s.text.contains("is written , is appendable"), qPrintable(s.text));
         QVERIFY(s.text.contains("ISO session  :   1"));  // the -toc part, from standard output
         check(s.answers, false, true, true, "Other");
@@ -243,7 +220,7 @@ private slots:
         QVERIFY(writeFile(more + "/b.txt", "second"));
         runToEnd({m_xorriso, {"-dev", "stdio:" + iso, "-map", more, "/more", "-commit"}});
         XorrisoBackend backend(m_xorriso, "eject");
-        STATUS(s, backend, device("stdio:" + iso))
+        STATUS(s, backend, numberedDrive("1", "stdio:" + iso))
         QVERIFY2(s.text.contains("2 sessions"), qPrintable(s.text));
         check(s.answers, false, true, true, "Other");
     }
@@ -259,7 +236,7 @@ private slots:
         f.write(junk);
         f.close();
         XorrisoBackend backend(m_xorriso, "eject");
-        STATUS(s, backend, device("stdio:" + path))
+        STATUS(s, backend, numberedDrive("1", "stdio:" + path))
         QVERIFY2(s.text.contains("is written , is closed"), qPrintable(s.text));
         check(s.answers, false, false, true, "Other");
     }
@@ -267,7 +244,7 @@ private slots:
     void sequentialDevNull()
     {
         XorrisoBackend backend(m_xorriso, "eject");
-        STATUS(s, backend, device("stdio:/dev/null"))
+        STATUS(s, backend, numberedDrive("1", "stdio:/dev/null"))
         QVERIFY2(s.text.contains("stdio file, sequential"), qPrintable(s.text));
         check(s.answers, false, true, false, "Other");
     }
@@ -275,10 +252,10 @@ private slots:
     void unopenableDriveIsEmpty()
     {
         XorrisoBackend backend(m_xorriso, "eject");
-        STATUS(s, backend, device("stdio:" + m_dir.filePath("no/such/dir/x.iso")))
+        STATUS(s, backend, numberedDrive("1", "stdio:" + m_dir.filePath("no/such/dir/x.iso")))
         QVERIFY2(s.text.contains("Cannot acquire drive"), qPrintable(s.text));
         check(s.answers, true, false, false, "Other");
-        STATUS(absent, backend, device("/dev/tamblo-no-such-drive"))
+        STATUS(absent, backend, numberedDrive("1", "/dev/tamblo-no-such-drive"))
         check(absent.answers, true, false, false, "Other");
     }
 
@@ -294,13 +271,13 @@ private slots:
         QFETCH(bool, full);
         const QString iso = writeIso(full ? "erase-full.iso" : "erase-quick.iso");
         XorrisoBackend backend(m_xorriso, "eject");
-        const ToolCommand erase = backend.eraseCommand(device("stdio:" + iso), full);
+        const ToolCommand erase = backend.eraseCommand(numberedDrive("1", "stdio:" + iso), full);
         QCOMPARE(erase.arguments, QStringList({"-outdev", "stdio:" + iso, "-blank", full ? "all" : "fast"}));
         const QString out = runToEnd(erase);
         QVERIFY2(out.contains(QStringLiteral("Beginning to blank medium in mode '%1'.").arg(full ? "all" : "fast")),
                  qPrintable(out));
         QVERIFY2(out.contains("Blanking done"), qPrintable(out));
-        STATUS(s, backend, device("stdio:" + iso))
+        STATUS(s, backend, numberedDrive("1", "stdio:" + iso))
         QVERIFY2(s.text.contains("Media status : is blank"), qPrintable(s.text));
         check(s.answers, false, true, true, "Other");
     }
@@ -309,7 +286,7 @@ private slots:
     {
         const QString iso = writeIso("info.iso");
         XorrisoBackend backend(m_xorriso, "eject");
-        const ToolCommand info = backend.discInfoCommand(device("stdio:" + iso));
+        const ToolCommand info = backend.discInfoCommand(numberedDrive("1", "stdio:" + iso));
         QCOMPARE(info, XorrisoParsing::statusCommand(m_xorriso, "stdio:" + iso));
         const QString text = runToEnd(info);
         QVERIFY(text.contains("Media current: stdio file, overwriteable"));
@@ -340,9 +317,9 @@ private slots:
         const QString log = m_dir.filePath("eject.log");
         qputenv("TAMBLO_FAKE_ARGS_LOG", log.toLocal8Bit());
         XorrisoBackend backend(m_xorriso, kArgsLogger);
-        backend.ejectTray(device("/dev/sr3"));
+        backend.ejectTray(numberedDrive("1", "/dev/sr3"));
         QTRY_COMPARE_WITH_TIMEOUT(readText(log), QString("/dev/sr3\n"), 10000);
-        backend.closeTray(device("/dev/sr3"));
+        backend.closeTray(numberedDrive("1", "/dev/sr3"));
         QTRY_COMPARE_WITH_TIMEOUT(readText(log), QString("/dev/sr3\n-t|/dev/sr3\n"), 10000);
         qunsetenv("TAMBLO_FAKE_ARGS_LOG");
     }
@@ -350,10 +327,10 @@ private slots:
     void missingXorriso()
     {
         XorrisoBackend backend(m_dir.filePath("no-such-xorriso"), "eject");
-        STATUS(s, backend, device("/dev/sr0"))
+        STATUS(s, backend, numberedDrive("1", "/dev/sr0"))
         QVERIFY(s.text.isEmpty());
         check(s.answers, true, false, false, "Other");
-        DriveList got{device("x")};
+        DriveList got{numberedDrive("1", "x")};
         bool answered = false;
         backend.listDrives([&](const DriveList &l) { got = l; answered = true; });
         QTRY_VERIFY_WITH_TIMEOUT(answered, 10000);
@@ -365,14 +342,14 @@ private slots:
         XorrisoBackend backend(kHangTool, "eject", nullptr, 300, 300);
         QElapsedTimer clock;
         clock.start();
-        STATUS(s, backend, device("/dev/sr0"))
+        STATUS(s, backend, numberedDrive("1", "/dev/sr0"))
         QVERIFY2(clock.elapsed() < 5000, qPrintable(QString::number(clock.elapsed())));
         // The hanging tool printed a "Media status : is blank" line first; it is dropped.
         QVERIFY(!s.answered);
         QCOMPARE(s.verdict.outcome, ToolVerdict::Outcome::TimedOut);
         QVERIFY(s.text.isEmpty());
         check(s.answers, true, false, false, "Other");
-        DriveList got{device("x")};
+        DriveList got{numberedDrive("1", "x")};
         bool answered = false;
         backend.listDrives([&](const DriveList &l) { got = l; answered = true; });
         QTRY_VERIFY_WITH_TIMEOUT(answered, 5000);

@@ -5,6 +5,7 @@
 #include "compilation/Measurements.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
+#include "support/FlowRig.h"
 #include "support/TestMain.h"
 
 #include <QTemporaryDir>
@@ -18,6 +19,7 @@
 #endif
 
 #include "drives/MediaQuestions.h"
+#include "support/SheetChecks.h"
 #include "support/SheetLog.h"
 #include "support/LogCatcher.h"
 #include "support/DiscImages.h"
@@ -32,43 +34,12 @@
 
 namespace {
 
-struct Rig {
-    QTemporaryDir tmp;
-    FakeDriveBackend drive;
-    FakeAlerts alerts;
-    FakeFilePicker picker;
-    Object_Optical_Drive current;
-    std::unique_ptr<MediaQuestions> media;
-    ImageFlowContext ctx;
-    QString data;
-
-    explicit Rig(ToolPaths::Backend backend = ToolPaths::Backend::Linux)
+// A blank DVD in the drive; the staging copy measured often.
+struct Rig : FlowRig {
+    explicit Rig(ToolPaths::Backend backend = ToolPaths::Backend::Linux) : FlowRig(backend)
     {
-        data = tmp.path() + "/Documents/TambloData";
-        QDir().mkpath(data);
-        current.s_Drive_Number = QStringLiteral("1");
-        current.s_Device_Path = QStringLiteral("stdio:") + tmp.path() + "/disc.bin";
-        media = std::make_unique<MediaQuestions>(drive, alerts, [] { return false; }, [this] { return current; });
         drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
-        ctx.tools.backend = backend;
-        ctx.tools.xorriso = xorrisoPath();
-        ctx.tools.drutil = fake("drutil");
-        ctx.tools.hdiutil = fake("hdiutil");
-        ctx.dataFolder = data;
-        ctx.homeFolder = tmp.path();
-        ctx.alerts = &alerts;
-        ctx.picker = &picker;
-        ctx.media = media.get();
-        ctx.currentDrive = [this] { return current; };
-        ctx.ejectDisc = [] {};
         ctx.stagingPollMs = 30;
-    }
-    NodeDataFolder folder(const QString &path)
-    {
-        NodeDataFolder n;
-        n.s_Path = path;
-        n.i_Size_in_KBytes = Measurements::folderSize(path) >> 10;
-        return n;
     }
 };
 
@@ -121,7 +92,7 @@ private slots:
         const QString b = rig.tmp.path() + "/b/Photos";
         writeFile(a + "/1.jpg", pseudoRandom(10000, 1));
         writeFile(b + "/2.jpg", pseudoRandom(10000, 2));
-        const QList<NodeDataFolder> list{rig.folder(a), rig.folder(b)};
+        const QList<NodeDataFolder> list{measuredFolder(a), measuredFolder(b)};
         QVERIFY(QDir(a).removeRecursively());
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
@@ -135,7 +106,7 @@ private slots:
         QVERIFY(log.commands.isEmpty());  // nothing was recorded
         QCOMPARE(log.sheets().last(), QStringLiteral("ended"));
         QVERIFY(QFileInfo::exists(b + "/2.jpg"));
-        QVERIFY(!QFileInfo::exists(rig.tmp.path() + "/disc.bin") || QFileInfo(rig.tmp.path() + "/disc.bin").size() == 0);
+        QVERIFY(!QFileInfo::exists(rig.disc) || QFileInfo(rig.disc).size() == 0);
         QVERIFY(QDir(rig.data).isEmpty());
     }
 
@@ -156,7 +127,7 @@ private slots:
         QMap<QString, QString> staged;
         connect(&flow, &SheetFlow::toolStarted, this, [&] { staged = tree(rig.data); });
         LogCatcher logs;
-        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a), rig.folder(b)});
+        flow.burn(ImageMessages::DataDisc::DVD, {measuredFolder(a), measuredFolder(b)});
         QVERIFY(log.waitEnded(1, 60000));
         QCOMPARE(rig.alerts.shown.size(), 1);
         QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("A folder on the list is no longer there."));
@@ -181,9 +152,7 @@ private slots:
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(QStringLiteral("Cannot determine attributes of source file")));
         QVERIFY(logs.warned(rig.ctx.tools.xorriso + QStringLiteral(" ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The image could not be made."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The image could not be made."));
         QVERIFY2(log.failures.first().informative.contains(QStringLiteral("Cannot determine attributes of source file")), qPrintable(log.failures.first().informative));
         QCOMPARE(readLines(dst + "/my notes.txt"), QStringList{"mine"});
     }
@@ -194,10 +163,7 @@ private slots:
         rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));
         rig.ctx.ejectDisc = [&rig] { rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD")); };
         rig.picker.answers.enqueue({rig.tmp.path() + "/Volumes/Gone"});
-        AlertAnswer count;
-        count.button = 0;
-        count.input = QStringLiteral("1");
-        rig.alerts.answers.enqueue(count);
+        rig.alerts.answer(0, QStringLiteral("1"));
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
@@ -210,9 +176,7 @@ private slots:
         QCOMPARE(flow.copiesDone(), 0);
         QCOMPARE(log.commands.size(), 1);
         QVERIFY(QDir(rig.data).isEmpty());
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be copied: its image could not be made."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The disc could not be copied: its image could not be made."));
         QVERIFY2(log.failures.first().informative.contains(QStringLiteral("Cannot determine attributes of source file")), qPrintable(log.failures.first().informative));
     }
 
@@ -227,10 +191,8 @@ private slots:
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be written."));
-        QVERIFY(!QFileInfo::exists(rig.tmp.path() + "/disc.bin") || QFileInfo(rig.tmp.path() + "/disc.bin").size() == 0);
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The disc could not be written."));
+        QVERIFY(!QFileInfo::exists(rig.disc) || QFileInfo(rig.disc).size() == 0);
     }
 
     // ---- an unreadable file -----------------------------------------------
@@ -244,15 +206,13 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(a + "/secret.jpg"));
         QVERIFY(logs.contains(QStringLiteral("Access to file is not allowed")));
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be written."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The disc could not be written."));
         QVERIFY(QFileInfo::exists(a + "/secret.jpg"));
         QVERIFY(QFileInfo::exists(a + "/fine.jpg"));
         QVERIFY(QDir(rig.data).isEmpty());
@@ -274,7 +234,7 @@ private slots:
         QMap<QString, QString> staged;
         connect(&flow, &SheetFlow::toolStarted, this, [&] { staged = tree(rig.data); });
         LogCatcher logs;
-        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 60000));
         QCOMPARE(rig.alerts.shown.size(), 1);
         QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("The folders could not be copied for the disc."));
@@ -307,9 +267,7 @@ private slots:
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(src + "/no.txt"));
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The image could not be made."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The image could not be made."));
         QVERIFY(QFileInfo::exists(src + "/no.txt"));
         QVERIFY(QFileInfo::exists(src + "/ok.txt"));
     }
@@ -335,9 +293,7 @@ private slots:
         QFile::setPermissions(dst, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QVERIFY(logs.warned(QStringLiteral("Could not remove the earlier image \"%1/image.iso\"").arg(dst)));
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The image could not be made."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The image could not be made."));
         QCOMPARE(readLines(dst + "/image.iso"), QStringList{"an old image"});
         QVERIFY(QFileInfo::exists(src + "/f.txt"));
     }
@@ -351,7 +307,7 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 60000));
         QCOMPARE(rig.alerts.shown.size(), 1);
         QCOMPARE(rig.alerts.shown.first().messageText, QStringLiteral("The folders could not be copied for the disc."));
@@ -381,9 +337,7 @@ private slots:
         QFile::setPermissions(locked, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QVERIFY(logs.contains(QStringLiteral("Cannot acquire drive")) || logs.contains(QStringLiteral("Permission denied")));
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be written."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The disc could not be written."));
         QVERIFY(canRead(image));
     }
 
@@ -397,14 +351,12 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher logs;
-        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 60000));
         QVERIFY(rig.alerts.shown.isEmpty() || rig.alerts.shown.first().hasInput);
         QVERIFY(logs.contains(QStringLiteral("No space left on device")));
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be written."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The disc could not be written."));
         QVERIFY2(log.failures.first().informative.contains(QStringLiteral("No space left on device")), qPrintable(log.failures.first().informative));
         QVERIFY(canRead(a + "/big.bin"));
         QCOMPARE(QFileInfo(a + "/big.bin").size(), qint64(2 * 1024 * 1024));
@@ -426,9 +378,7 @@ private slots:
         QVERIFY(logs.contains(QStringLiteral("No space left on device")));
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")));
         QCOMPARE(QFileInfo(image).size(), qint64(1024 * 1024));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The disc could not be written."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The disc could not be written."));
         QVERIFY2(log.failures.first().informative.contains(QStringLiteral("No space left on device")), qPrintable(log.failures.first().informative));
     }
 
@@ -450,9 +400,7 @@ private slots:
             QVERIFY(rig.alerts.shown.isEmpty());
         }
         QVERIFY(logs.warned(QStringLiteral("ended with exit code")) || logs.warned(QStringLiteral("ended abnormally")));
-        QCOMPARE(log.sheets().last(2), (QStringList{"operationFailed", "ended"}));
-        QCOMPARE(log.failures.size(), 1);
-        QCOMPARE(log.failures.first().message, QStringLiteral("The image could not be made."));
+        CHECK_ENDED_IN_FAILURE(log, QStringLiteral("The image could not be made."));
         QCOMPARE(QFileInfo(src + "/big.bin").size(), qint64(3 * 1024 * 1024));
         // The cut-short image is no image: it is gone.
         QVERIFY(!QFileInfo::exists(rig.tmp.path() + "/dst/image.iso"));
@@ -471,7 +419,7 @@ private slots:
         LogCatcher logs;
         {
             FileSizeLimit full(256 * 1024);
-            flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
+            flow.burn(ImageMessages::DataDisc::DVD, {measuredFolder(a)});
             QVERIFY(log.waitEnded(1, 60000));
             QCOMPARE(rig.alerts.shown.size(), 1);
         }

@@ -4,6 +4,7 @@
 #include "compilation/Measurements.h"
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
+#include "support/FlowRig.h"
 #include "support/TestMain.h"
 
 #include <QTemporaryDir>
@@ -19,45 +20,12 @@
 
 namespace {
 
-struct Rig {
-    QTemporaryDir tmp;
-    FakeDriveBackend drive;
-    FakeAlerts alerts;
-    FakeFilePicker picker;
-    bool debug = false;
-    Object_Optical_Drive current;
-    std::unique_ptr<MediaQuestions> media;
-    ImageFlowContext ctx;
-    QString data;
-
-    explicit Rig(ToolPaths::Backend backend)
+// The current drive is the second; the staging copy is measured often.
+struct Rig : FlowRig {
+    explicit Rig(ToolPaths::Backend backend) : FlowRig(backend)
     {
-        data = tmp.path() + "/Documents/TambloData";
-        QDir().mkpath(data);
         current.s_Drive_Number = QStringLiteral("2");
-        current.s_Device_Path = QStringLiteral("stdio:") + tmp.path() + "/disc.iso";
-        media = std::make_unique<MediaQuestions>(drive, alerts, [this] { return debug; },
-                                                 [this] { return current; });
-        ctx.tools.backend = backend;
-        ctx.tools.xorriso = xorrisoPath();
-        ctx.tools.drutil = fake("drutil");
-        ctx.tools.hdiutil = fake("hdiutil");
-        ctx.dataFolder = data;
-        ctx.homeFolder = tmp.path();
-        ctx.alerts = &alerts;
-        ctx.picker = &picker;
-        ctx.media = media.get();
-        ctx.currentDrive = [this] { return current; };
-        ctx.debugMode = [this] { return debug; };
         ctx.stagingPollMs = 50;
-    }
-
-    NodeDataFolder folder(const QString &path)
-    {
-        NodeDataFolder n;
-        n.s_Path = path;
-        n.i_Size_in_KBytes = Measurements::folderSize(path) >> 10;
-        return n;
     }
 };
 
@@ -123,7 +91,7 @@ private slots:
         writeFile(rig.tmp.path() + "/src/Photos/p.jpg", "p");
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.burn(ImageMessages::DataDisc(kind), {rig.folder(rig.tmp.path() + "/src/Photos")});
+        flow.burn(ImageMessages::DataDisc(kind), {measuredFolder(rig.tmp.path() + "/src/Photos")});
         QVERIFY(log.waitEnded());
         // In debug mode the medium questions explain their own "no" first.
         QStringList shown = rig.alerts.texts();
@@ -146,7 +114,7 @@ private slots:
         writeFile(rig.tmp.path() + "/src/Photos/p.jpg", "p");
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(rig.tmp.path() + "/src/Photos")});
+        flow.burn(ImageMessages::DataDisc::DVD, {measuredFolder(rig.tmp.path() + "/src/Photos")});
         QVERIFY(log.waitEnded());
         QVERIFY(rig.alerts.shown.isEmpty());
         QCOMPARE(log.commands.size(), 1);
@@ -170,7 +138,7 @@ private slots:
         connect(&flow, &SheetFlow::toolStarted, this, [&] {
             dataAtLaunch = QDir(rig.data).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
         });
-        flow.burn(ImageMessages::DataDisc::Bluray, {rig.folder(rig.tmp.path() + "/a/Photos"), rig.folder(rig.tmp.path() + "/b/Photos")});
+        flow.burn(ImageMessages::DataDisc::Bluray, {measuredFolder(rig.tmp.path() + "/a/Photos"), measuredFolder(rig.tmp.path() + "/b/Photos")});
         QVERIFY(log.waitEnded());
         qunsetenv("TAMBLO_FAKE_ARGS_LOG");
         QCOMPARE(log.sheets(), (QStringList{"toolStarted", "showPerformingOperation", "toolFinished",
@@ -214,7 +182,7 @@ private slots:
                 staleGoneBeforeStaging = !QFileInfo::exists(rig.data + "/stale.bin");
         });
         connect(&flow, &SheetFlow::toolStarted, this, [&] { staged = tree(rig.data); });
-        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a), rig.folder(b), rig.folder(c)});
+        flow.burn(ImageMessages::DataDisc::DVD, {measuredFolder(a), measuredFolder(b), measuredFolder(c)});
         QVERIFY(log.waitEnded());
         qunsetenv("TAMBLO_FAKE_DRUTIL_LOG");
         QVERIFY(rig.alerts.shown.isEmpty());
@@ -260,7 +228,7 @@ private slots:
                 dataEmptyDuringBurn = QDir(rig.data).isEmpty();
         });
         LogCatcher logs;
-        flow.burn(ImageMessages::DataDisc::CD, {rig.folder(a), rig.folder(b), rig.folder(c)});
+        flow.burn(ImageMessages::DataDisc::CD, {measuredFolder(a), measuredFolder(b), measuredFolder(c)});
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
         QVERIFY(dataEmptyDuringBurn);

@@ -3,6 +3,8 @@
 // question, with a stand-in hdiutil and with real xorriso making two copies.
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
+#include "support/FlowRig.h"
+#include "support/ScopedEnv.h"
 #include "support/TestMain.h"
 
 #include <QTemporaryDir>
@@ -18,64 +20,24 @@ namespace {
 
 const QString insertText = QStringLiteral("Insert a writable media and click OK or click Cancel to stop the media duplication.");
 
-struct Rig {
-    QTemporaryDir tmp;
-    FakeDriveBackend drive;
-    FakeAlerts alerts;
-    FakeFilePicker picker;
-    Object_Optical_Drive current;
-    std::unique_ptr<MediaQuestions> media;
-    ImageFlowContext ctx;
-    QString data;
-    QString volume;
-    QString hdiutilLog;
+// A volume to copy, the source disc in the drive (a finished CD), and the
+// stand-in hdiutil noting its runs and burning as recorded.
+struct Rig : FlowRig {
+    QString volume = tmp.path() + "/Volumes/MY DISC";
+    QString hdiutilLog = tmp.path() + "/hdiutil.log";
+    ScopedEnv env;
 
-    explicit Rig(ToolPaths::Backend backend)
+    explicit Rig(ToolPaths::Backend backend) : FlowRig(backend)
     {
-        data = tmp.path() + "/Documents/TambloData";
-        QDir().mkpath(data);
-        volume = tmp.path() + "/Volumes/MY DISC";
         writeFile(volume + "/README.txt", "readme\n");
         writeFile(volume + "/data/blob.bin", pseudoRandom(200000, 51));
-        current.s_Drive_Number = QStringLiteral("1");
-        current.s_Device_Path = QStringLiteral("stdio:") + tmp.path() + "/drive.bin";
-        media = std::make_unique<MediaQuestions>(drive, alerts, [] { return false; }, [this] { return current; });
-        ctx.tools.backend = backend;
-        ctx.tools.xorriso = xorrisoPath();
-        ctx.tools.hdiutil = fake("hdiutil");
-        ctx.dataFolder = data;
-        ctx.homeFolder = tmp.path();
-        ctx.alerts = &alerts;
-        ctx.picker = &picker;
-        ctx.media = media.get();
-        ctx.currentDrive = [this] { return current; };
-        ctx.ejectDisc = [this] { drive.ejectTray(current); };
-        hdiutilLog = tmp.path() + "/hdiutil.log";
-        qputenv("TAMBLO_FAKE_HDIUTIL_LOG", hdiutilLog.toLocal8Bit());
-        qputenv("TAMBLO_FAKE_HDIUTIL_BURN", fixture("hdiutil-burn-iso-success-2023.txt").toLocal8Bit());
+        env.set("TAMBLO_FAKE_HDIUTIL_LOG", hdiutilLog);
+        env.set("TAMBLO_FAKE_HDIUTIL_BURN", fixture("hdiutil-burn-iso-success-2023.txt"));
         drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));  // the source disc
         // Taking a disc out puts a blank one in, unless a test says otherwise.
         drive.onEject = [this] { drive.status = FakeDriveBackend::blank(QStringLiteral("CD")); };
     }
-    ~Rig()
-    {
-        qunsetenv("TAMBLO_FAKE_HDIUTIL_LOG");
-        qunsetenv("TAMBLO_FAKE_HDIUTIL_BURN");
-    }
 
-    void answerCount(const QString &text)
-    {
-        AlertAnswer a;
-        a.button = 0;
-        a.input = text;
-        alerts.answers.enqueue(a);
-    }
-    void answerButton(int button)
-    {
-        AlertAnswer a;
-        a.button = button;
-        alerts.answers.enqueue(a);
-    }
     QStringList burnQuestions() const
     {
         QStringList out;
@@ -135,7 +97,7 @@ private slots:
         Rig rig(ToolPaths::Backend::MacOS);
         writeFile(rig.data + "/leftover", "x");
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("2"));
+        rig.alerts.answer(0, QStringLiteral("2"));
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         bool imageMadeFresh = false;
@@ -195,7 +157,7 @@ private slots:
         QFETCH(QStringList, questions);
         Rig rig(ToolPaths::Backend::MacOS);
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(answer);
+        rig.alerts.answer(0, answer);
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         flow.start();
@@ -211,13 +173,13 @@ private slots:
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("2"));
+        rig.alerts.answer(0, QStringLiteral("2"));
         flow.start();
         QVERIFY(log.waitEnded(1, 30000));
         rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));
         rig.alerts.shown.clear();
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("-3"));
+        rig.alerts.answer(0, QStringLiteral("-3"));
         flow.start();
         QVERIFY(log.waitEnded(2, 30000));
         QCOMPARE(rig.burnQuestions(), (QStringList{"Burn Copy 1 of 2", "Burn Copy 2 of 2"}));
@@ -229,7 +191,7 @@ private slots:
         Rig rig(ToolPaths::Backend::MacOS);
         rig.drive.onEject = [&rig] { rig.drive.status = FakeDriveBackend::noDisc(); };
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("1"));
+        rig.alerts.answer(0, QStringLiteral("1"));
         int noDiscSeen = 0;
         rig.alerts.onShow = [&](const AlertRequest &r) {
             if (r.messageText == QLatin1String("No disc") && ++noDiscSeen == 2)
@@ -252,7 +214,7 @@ private slots:
         Rig rig(ToolPaths::Backend::MacOS);
         rig.drive.onEject = [&rig] { rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD")); };
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("1"));
+        rig.alerts.answer(0, QStringLiteral("1"));
         rig.alerts.onShow = [&](const AlertRequest &r) {
             if (r.messageText == QLatin1String("Media not writable"))
                 rig.drive.status = FakeDriveBackend::rewritable(QStringLiteral("CD"));
@@ -271,9 +233,9 @@ private slots:
     {
         Rig rig(ToolPaths::Backend::MacOS);
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("3"));
-        rig.answerButton(0);  // first copy
-        rig.answerButton(1);  // Cancel before the second
+        rig.alerts.answer(0, QStringLiteral("3"));
+        rig.alerts.answer(0);  // first copy
+        rig.alerts.answer(1);  // Cancel before the second
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         bool imageBeforeCancel = false;
@@ -298,7 +260,7 @@ private slots:
     {
         Rig rig(ToolPaths::Backend::MacOS);
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerButton(1);
+        rig.alerts.answer(1);
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         flow.start();
@@ -316,7 +278,7 @@ private slots:
         Rig rig(ToolPaths::Backend::Linux);
         writeFile(rig.volume + "/Ünïcødé/ñ.txt", "n\n");
         QDir().mkpath(rig.volume + "/empty");
-        const QString drive = rig.tmp.path() + "/drive.bin";
+        const QString drive = rig.disc;
         int copy = 0;
         rig.drive.onEject = [&] {
             // The disc in the drive comes out; a blank one goes in.
@@ -325,7 +287,7 @@ private slots:
             rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
         };
         rig.picker.answers.enqueue({rig.volume});
-        rig.answerCount(QStringLiteral("2"));
+        rig.alerts.answer(0, QStringLiteral("2"));
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         QByteArray image;

@@ -3,6 +3,7 @@
 // writing into a pseudo-drive.
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
+#include "support/FlowRig.h"
 #include "support/TestMain.h"
 
 #include <QRegularExpression>
@@ -19,31 +20,7 @@
 
 namespace {
 
-struct Rig {
-    QTemporaryDir tmp;
-    FakeDriveBackend drive;
-    FakeAlerts alerts;
-    FakeFilePicker picker;
-    Object_Optical_Drive current;
-    std::unique_ptr<MediaQuestions> media;
-    ImageFlowContext ctx;
-
-    explicit Rig(ToolPaths::Backend backend)
-    {
-        current.s_Drive_Number = QStringLiteral("1");
-        current.s_Device_Path = QStringLiteral("stdio:") + tmp.path() + "/disc.bin";
-        media = std::make_unique<MediaQuestions>(drive, alerts, [] { return false; }, [this] { return current; });
-        ctx.tools.backend = backend;
-        ctx.tools.xorriso = xorrisoPath();
-        ctx.tools.hdiutil = fake("hdiutil");
-        ctx.dataFolder = tmp.path() + "/TambloData";
-        ctx.homeFolder = tmp.path();
-        ctx.alerts = &alerts;
-        ctx.picker = &picker;
-        ctx.media = media.get();
-        ctx.currentDrive = [this] { return current; };
-    }
-};
+using Rig = FlowRig;
 
 bool isSubsequence(const QList<double> &part, const QList<double> &whole)
 {
@@ -276,7 +253,7 @@ private slots:
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets().last(2), (QStringList{"operationComplete", "ended"}));
         const QByteArray img = readBytes(image);
-        const QByteArray disc = readBytes(rig.tmp.path() + "/disc.bin");
+        const QByteArray disc = readBytes(rig.disc);
         QVERIFY(img.size() > 700000);
         // The image's bytes, then at most the rest of one 32 KiB write unit of zeros.
         QCOMPARE(disc.left(img.size()), img);
@@ -285,7 +262,7 @@ private slots:
         QCOMPARE(tail, QByteArray(tail.size(), '\0'));
         QCOMPARE(disc.size() % (32 * 1024), 0);
         QString xlog;
-        QVERIFY2(extract(rig.tmp.path() + "/disc.bin", rig.tmp.path() + "/rb", &xlog), qPrintable(xlog));
+        QVERIFY2(extract(rig.disc, rig.tmp.path() + "/rb", &xlog), qPrintable(xlog));
         QCOMPARE(tree(rig.tmp.path() + "/rb"), tree(src));
     }
 
@@ -303,7 +280,7 @@ private slots:
         flow.start();
         QVERIFY(log.waitEnded(1, 120000));
         const QByteArray img = readBytes(image);
-        const QByteArray disc = readBytes(rig.tmp.path() + "/disc.bin");
+        const QByteArray disc = readBytes(rig.disc);
         QCOMPARE(disc.size(), img.size());
         QVERIFY(disc == img);
     }
@@ -337,7 +314,7 @@ private slots:
             if (r.writtenMB && r.totalMB && *r.totalMB == 12.0)
                 ++withFigures;
         QVERIFY2(withFigures > 0, "no report with MB figures");
-        QVERIFY(readBytes(rig.tmp.path() + "/disc.bin") == readBytes(image));
+        QVERIFY(readBytes(rig.disc) == readBytes(image));
     }
 };
 

@@ -2,6 +2,7 @@
 // exact hdiutil command (stand-in tool) and real xorriso images read back.
 #include "support/FakeAlerts.h"
 #include "support/FakeFilePicker.h"
+#include "support/FlowRig.h"
 #include "support/TestMain.h"
 
 #include <QTemporaryDir>
@@ -14,21 +15,12 @@
 
 namespace {
 
-struct Rig {
-    QTemporaryDir tmp;
-    FakeAlerts alerts;
-    FakeFilePicker picker;
-    ImageFlowContext ctx;
-
-    explicit Rig(ToolPaths::Backend backend)
+// No working folder made, and the destination panel starts in the
+// Documents of a home of its own.
+struct Rig : FlowRig {
+    explicit Rig(ToolPaths::Backend backend) : FlowRig(backend, WorkingFolder::NotMade)
     {
-        ctx.tools.backend = backend;
-        ctx.tools.xorriso = xorrisoPath();
-        ctx.tools.hdiutil = fake("hdiutil");
-        ctx.dataFolder = tmp.path() + "/Documents/TambloData";
         ctx.homeFolder = tmp.path() + "/home";
-        ctx.alerts = &alerts;
-        ctx.picker = &picker;
     }
 };
 

@@ -1,5 +1,6 @@
 // The deciding parts of data discs, images and duplication: progress
 // parsers, command lines, staging names, texts, panels and the copy count.
+#include "support/ListRecords.h"
 #include "support/TestMain.h"
 
 #include <QTemporaryDir>
@@ -292,12 +293,8 @@ private slots:
             QDir().mkpath(tmp.path() + p);
         QList<NodeDataFolder> list;
         quint64 kib = 10;
-        for (const char *p : {"/a/Photos", "/b/Photos", "/d/Music", "/c/Photos"}) {
-            NodeDataFolder n;
-            n.s_Path = tmp.path() + p;
-            n.i_Size_in_KBytes = kib++;
-            list << n;
-        }
+        for (const char *p : {"/a/Photos", "/b/Photos", "/d/Music", "/c/Photos"})
+            list << folderRecord(tmp.path() + p, kib++);
         const DataBurnPlan plan = DataBurnPlan::make(list, data);
         QCOMPARE(plan.entries().size(), 4);
         const auto &e = plan.entries();
@@ -328,11 +325,8 @@ private slots:
         QDir().mkpath(tmp.path() + "/b/Photos 3");
         QDir().mkpath(tmp.path() + "/c/Photos");
         QList<NodeDataFolder> list;
-        for (const char *p : {"/a/Photos", "/b/Photos 3", "/c/Photos"}) {
-            NodeDataFolder n;
-            n.s_Path = tmp.path() + p;
-            list << n;
-        }
+        for (const char *p : {"/a/Photos", "/b/Photos 3", "/c/Photos"})
+            list << folderRecord(tmp.path() + p);
         const DataBurnPlan plan = DataBurnPlan::make(list, data);
         QCOMPARE(plan.entries().at(0).discPath, QStringLiteral("/Photos 2/Photos"));
         QCOMPARE(plan.entries().at(1).discPath, QStringLiteral("/Photos 3"));
@@ -345,11 +339,8 @@ private slots:
         QDir().mkpath(tmp.path() + "/a/Photos");
         QDir().mkpath(tmp.path() + "/b/photos");
         QList<NodeDataFolder> list;
-        for (const char *p : {"/a/Photos", "/b/photos"}) {
-            NodeDataFolder n;
-            n.s_Path = tmp.path() + p;
-            list << n;
-        }
+        for (const char *p : {"/a/Photos", "/b/photos"})
+            list << folderRecord(tmp.path() + p);
         const DataBurnPlan sensitive = DataBurnPlan::make(list, tmp.path() + "/D", Qt::CaseSensitive);
         QCOMPARE(sensitive.entries().at(1).discPath, QStringLiteral("/photos"));
         const DataBurnPlan insensitive = DataBurnPlan::make(list, tmp.path() + "/D", Qt::CaseInsensitive);
@@ -361,11 +352,8 @@ private slots:
         QTemporaryDir tmp;
         QDir().mkpath(tmp.path() + "/b/Photos");
         QList<NodeDataFolder> list;
-        for (const char *p : {"/a/Photos", "/b/Photos"}) {
-            NodeDataFolder n;
-            n.s_Path = tmp.path() + p;
-            list << n;
-        }
+        for (const char *p : {"/a/Photos", "/b/Photos"})
+            list << folderRecord(tmp.path() + p);
         const DataBurnPlan plan = DataBurnPlan::make(list, tmp.path() + "/D");
         QCOMPARE(plan.skipped(), QStringList{tmp.path() + "/a/Photos"});
         QCOMPARE(plan.entries().size(), 1);
@@ -381,11 +369,8 @@ private slots:
         QDir().mkpath(tmp.path() + "/a/Photos");
         QDir().mkpath(tmp.path() + "/b/Photos");
         QList<NodeDataFolder> list;
-        for (const char *p : {"/a/Photos", "/b/Photos/"}) {
-            NodeDataFolder n;
-            n.s_Path = tmp.path() + p;
-            list << n;
-        }
+        for (const char *p : {"/a/Photos", "/b/Photos/"})
+            list << folderRecord(tmp.path() + p);
         const QString data = tmp.path() + "/TambloData";
         const DataBurnPlan plan = DataBurnPlan::make(list, data);
         const ToolCommand mac = plan.drutilBurnCommand(QStringLiteral("/usr/bin/drutil"), QStringLiteral("1"), true);

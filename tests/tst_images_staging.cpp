@@ -1,6 +1,7 @@
 // The staging copy of a macOS data burn: what lands where, the poll and its
 // stop rules, and that the UI thread keeps running throughout.
 #include "compilation/Measurements.h"
+#include "support/ListRecords.h"
 #include "support/TestMain.h"
 
 #include <QTemporaryDir>
@@ -35,14 +36,6 @@ private:
         run.errors = copy.errors();
     }
 
-    static NodeDataFolder node(const QString &path, quint64 kib)
-    {
-        NodeDataFolder n;
-        n.s_Path = path;
-        n.i_Size_in_KBytes = kib;
-        return n;
-    }
-
 private slots:
     void copiesEveryFolderUnderItsStagingName()
     {
@@ -67,7 +60,7 @@ private slots:
         const QString data = tmp.path() + "/TambloData";
         QDir().mkpath(data);
         const DataBurnPlan plan = DataBurnPlan::make(
-            {node(a, Measurements::folderSize(a) >> 10), node(b, Measurements::folderSize(b) >> 10)}, data);
+            {measuredFolder(a), measuredFolder(b)}, data);
         Run run;
         stage(run, plan.entries(), 50);
         if (QTest::currentTestFailed())
@@ -91,7 +84,7 @@ private slots:
         const QString src = tmp.path() + "/src/Docs";
         writeFile(src + "/f.txt", pseudoRandom(40000, 4));
         const QString data = tmp.path() + "/D";
-        const DataBurnPlan plan = DataBurnPlan::make({node(src, 0)}, data);
+        const DataBurnPlan plan = DataBurnPlan::make({folderRecord(src, 0)}, data);
         const int interval = 400;
         Run run;
         stage(run, plan.entries(), interval);
@@ -110,7 +103,7 @@ private slots:
         for (int i = 0; i < 3; ++i) {
             const QString src = tmp.path() + QStringLiteral("/s%1/F%1").arg(i);
             writeFile(src + "/x", pseudoRandom(3000, quint32(i)));
-            list << node(src, 0);
+            list << folderRecord(src, 0);
         }
         const int interval = 200;
         Run run;
@@ -129,7 +122,7 @@ private slots:
         writeFile(src + "/a", pseudoRandom(300000, 5));
         // Recorded far larger than the folder: only the "no growth" rule can stop it.
         Run run;
-        stage(run, DataBurnPlan::make({node(src, 1u << 30)}, tmp.path() + "/D").entries(), 100);
+        stage(run, DataBurnPlan::make({folderRecord(src, 1u << 30)}, tmp.path() + "/D").entries(), 100);
         if (QTest::currentTestFailed())
             return;
         QCOMPARE(run.polls.size(), 2);
@@ -144,7 +137,7 @@ private slots:
         QDir().mkpath(src);
         const QString data = tmp.path() + "/D";
         Run run;
-        stage(run, DataBurnPlan::make({node(src, 5)}, data).entries(), 100);
+        stage(run, DataBurnPlan::make({folderRecord(src, 5)}, data).entries(), 100);
         if (QTest::currentTestFailed())
             return;
         // 0 KiB equals the starting "last size" of 0: no growth.
@@ -162,7 +155,7 @@ private slots:
         writeFile(b + "/large", pseudoRandom(400 * 1024, 7));
         const QString data = tmp.path() + "/D";
         const DataBurnPlan plan = DataBurnPlan::make(
-            {node(a, Measurements::folderSize(a) >> 10), node(b, Measurements::folderSize(b) >> 10)}, data);
+            {measuredFolder(a), measuredFolder(b)}, data);
         Run run;
         stage(run, plan.entries(), 100);
         if (QTest::currentTestFailed())
@@ -191,7 +184,7 @@ private slots:
         writeFile(src2 + "/x", "x");
         const QString data = tmp.path() + "/D";
         int startedSecondWhileFirstIncomplete = 0;
-        StagingCopy copy(DataBurnPlan::make({node(src, 0), node(src2, 0)}, data).entries(), 1);
+        StagingCopy copy(DataBurnPlan::make({folderRecord(src, 0), folderRecord(src2, 0)}, data).entries(), 1);
         bool finished = false;
         QObject::connect(&copy, &StagingCopy::folderStarted, [&](int i, const QString &) {
             if (i == 1 && tree(data + "/Heavy") != tree(src))
@@ -216,7 +209,7 @@ private slots:
             for (int i = 0; i < 150; ++i)
                 writeFile(src + QStringLiteral("/d%1/f%2").arg(d).arg(i), small);
         const QString data = tmp.path() + "/D";
-        StagingCopy copy(DataBurnPlan::make({node(src, Measurements::folderSize(src) >> 10)}, data).entries(), 20);
+        StagingCopy copy(DataBurnPlan::make({measuredFolder(src)}, data).entries(), 20);
         QElapsedTimer clock;
         qint64 last = 0, worst = 0;
         int ticks = 0;
@@ -252,7 +245,7 @@ private slots:
         writeFile(docs + "/letter.txt", "dear\n");
         LogCatcher log;
         Run run;
-        stage(run, DataBurnPlan::make({node(docs, 1)}, data).entries(), 20);
+        stage(run, DataBurnPlan::make({folderRecord(docs, 1)}, data).entries(), 20);
         if (QTest::currentTestFailed())
             return;
         QVERIFY(QFileInfo::exists(data + "/Documents/letter.txt"));
@@ -292,7 +285,7 @@ private slots:
         e1.destinationFolder = tmp.path() + "/D";
         e1.base = tmp.path() + "/D/Gone";
         e1.recordedKiB = 10;
-        const DataBurnPlan plan = DataBurnPlan::make({node(kept, 0)}, tmp.path() + "/D");
+        const DataBurnPlan plan = DataBurnPlan::make({folderRecord(kept, 0)}, tmp.path() + "/D");
         Run run;
         stage(run, {e1, plan.entries().first()}, 20);
         if (QTest::currentTestFailed())

@@ -31,7 +31,11 @@
 #include "support/FakeAlerts.h"
 #include "support/FakeDriveBackend.h"
 #include "support/FakeFilePicker.h"
+#include "support/FlowRig.h"
+#include "support/ScopedEnv.h"
+#include "support/ListRecords.h"
 #include "support/TestMain.h"
+#include "support/Tools.h"
 
 namespace {
 
@@ -39,19 +43,11 @@ const QString Verified = QStringLiteral("The disc was written and verified.");
 const QString Differences = QStringLiteral("The disc was written, but verifying it found differences.");
 
 
-NodeMediaFile media(const QString &path, qint64 seconds)
-{
-    NodeMediaFile f;
-    f.s_File_Path = path;
-    f.i_Duration_in_Seconds = seconds;
-    return f;
-}
-
 // A media burn's context in `tmp`, its working folders made, verifying.
 MediaBurnContext verifyingIn(const QTemporaryDir &tmp)
 {
     MediaBurnContext ctx;
-    ctx.ffmpeg = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
+    ctx.ffmpeg = ffmpegPath();
     ctx.audioFolder = tmp.filePath(QStringLiteral("TambloAudio"));
     ctx.videoFolder = tmp.filePath(QStringLiteral("TambloVideo"));
     QDir().mkpath(ctx.audioFolder);
@@ -72,63 +68,16 @@ ToolVerdict recorded(const QString &program, const char *fixtureName, int exitCo
     return v;
 }
 
-// Sets environment variables for one scope.
-class Env {
-public:
-    void set(const char *name, const QString &value)
+// The flows' context on a pseudo-drive file, verifying unless told not to,
+// with a blank DVD in the drive; the stand-in xorriso damages the disc when
+// told to.
+struct Rig : FlowRig {
+    explicit Rig(ToolPaths::Backend backend) : FlowRig(backend)
     {
-        m_names << name;
-        qputenv(name, value.toLocal8Bit());
-    }
-    ~Env()
-    {
-        for (const QByteArray &n : std::as_const(m_names))
-            qunsetenv(n.constData());
-    }
-
-private:
-    QList<QByteArray> m_names;
-};
-
-// The flows' context on a pseudo-drive file, verifying or not.
-struct Rig {
-    QTemporaryDir tmp;
-    FakeDriveBackend drive;
-    FakeAlerts alerts;
-    FakeFilePicker picker;
-    Object_Optical_Drive current;
-    std::unique_ptr<MediaQuestions> media;
-    ImageFlowContext ctx;
-    bool verify = true;
-    QString disc;
-
-    explicit Rig(ToolPaths::Backend backend)
-    {
-        disc = tmp.path() + "/disc.iso";
-        current.s_Drive_Number = QStringLiteral("1");
-        current.s_Device_Path = QStringLiteral("stdio:") + disc;
-        media = std::make_unique<MediaQuestions>(drive, alerts, [] { return false; }, [this] { return current; });
+        verify = true;
         drive.status = FakeDriveBackend::blank(QStringLiteral("DVD"));
-        ctx.tools.backend = backend;
         ctx.tools.xorriso = fake("xorriso-damaging");
         ctx.tools.drutil = fake("burn-drutil");
-        ctx.tools.hdiutil = fake("hdiutil");
-        ctx.dataFolder = tmp.path() + "/Documents/TambloData";
-        QDir().mkpath(ctx.dataFolder);
-        ctx.homeFolder = tmp.path();
-        ctx.alerts = &alerts;
-        ctx.picker = &picker;
-        ctx.media = media.get();
-        ctx.currentDrive = [this] { return current; };
-        ctx.verifyAfterWriting = [this] { return verify; };
-    }
-
-    NodeDataFolder folder(const QString &path)
-    {
-        NodeDataFolder n;
-        n.s_Path = path;
-        n.i_Size_in_KBytes = Measurements::folderSize(path) >> 10;
-        return n;
     }
 };
 
@@ -292,7 +241,7 @@ private slots:
             if (sheet == OperationSheet::Verifying)
                 busyWhileVerifying = flow.isBusy();
         });
-        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 120000));
         QVERIFY2(rig.alerts.shown.isEmpty(), qPrintable(rig.alerts.texts().join('\n')));
         QVERIFY2(log.failures.isEmpty(), qPrintable(log.failures.value(0).informative + log.failures.value(0).details));
@@ -307,7 +256,7 @@ private slots:
     void dataDiscDamagedBeforeItIsReadBack()
     {
         Rig rig(ToolPaths::Backend::Linux);
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_DAMAGE_FILE", QStringLiteral("/Photos/a.bin"));
         const QString damageLog = rig.tmp.path() + "/damage.log";
         env.set("TAMBLO_DAMAGE_LOG", damageLog);
@@ -316,7 +265,7 @@ private slots:
         writeFile(a + "/c.txt", "c\n");
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(readLines(damageLog).size(), 1);
         QCOMPARE(log.sheets().last(3), (QStringList{"closePerformingOperation", "operationFailed", "ended"}));
@@ -338,7 +287,7 @@ private slots:
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
         LogCatcher runs;
-        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 120000));
         QCOMPARE(log.sheets(), (QStringList{"toolStarted", "showPerformingOperation", "toolFinished",
                                             "closePerformingOperation", "operationComplete", "ended"}));
@@ -351,14 +300,14 @@ private slots:
         Rig rig(ToolPaths::Backend::MacOS);
         rig.ctx.stagingPollMs = 50;
         const QString burnLog = rig.tmp.path() + "/burn.log";
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_FAKE_BURN_LOG", burnLog);
         env.set("TAMBLO_FAKE_BURN_SAY", QStringLiteral("Verifying burn… Burn completed."));
         const QString a = rig.tmp.path() + "/src/Photos";
         writeFile(a + "/a.bin", bytes(3000, 7));
         DataBurnFlow flow(rig.ctx);
         SheetLog log(&flow);
-        flow.burn(ImageMessages::DataDisc::DVD, {rig.folder(a)});
+        flow.burn(ImageMessages::DataDisc::DVD, {measuredFolder(a)});
         QVERIFY(log.waitEnded(1, 120000));
         // Verifying: drutil is left to read the disc back (no -noverify).
         QCOMPARE(readLines(burnLog).first(), QStringLiteral("burn|") + rig.ctx.dataFolder + "|-drive|1");
@@ -372,7 +321,7 @@ private slots:
         env.set("TAMBLO_FAKE_BURN_EXIT", QStringLiteral("1"));
         DataBurnFlow failing(again.ctx);
         SheetLog failLog(&failing);
-        failing.burn(ImageMessages::DataDisc::DVD, {again.folder(a)});
+        failing.burn(ImageMessages::DataDisc::DVD, {measuredFolder(a)});
         QVERIFY(failLog.waitEnded(1, 120000));
         QCOMPARE(failLog.failures.size(), 1);
         QCOMPARE(failLog.failures.first().message, Differences);
@@ -401,7 +350,7 @@ private slots:
     void imageDamagedBeforeItIsReadBack()
     {
         Rig rig(ToolPaths::Backend::Linux);
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_DAMAGE_OFFSET", QStringLiteral("40960"));
         const QString image = rig.tmp.path() + "/raw.img";
         writeFile(image, bytes(3 * 1024 * 1024, 8));
@@ -425,7 +374,7 @@ private slots:
         // Bytes of the image that all differ from "DAMAGED!": the whole
         // eight are named.
         Rig rig(ToolPaths::Backend::Linux);
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_DAMAGE_OFFSET", QStringLiteral("40960"));
         const QString image = rig.tmp.path() + "/zeros.img";
         writeFile(image, QByteArray(1024 * 1024, '\0'));
@@ -442,7 +391,7 @@ private slots:
     {
         Rig rig(ToolPaths::Backend::MacOS);
         const QString argsLog = rig.tmp.path() + "/h.log";
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_FAKE_HDIUTIL_LOG", argsLog);
         env.set("TAMBLO_FAKE_HDIUTIL_BURN", fixture("synthetic-hdiutil-burn-verbose-progress.txt"));
         const QString image = rig.tmp.path() + "/My Image.dmg";
@@ -490,10 +439,7 @@ private slots:
             rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD"));
         };
         rig.picker.answers.enqueue({volume});
-        AlertAnswer count;
-        count.button = 0;
-        count.input = QStringLiteral("2");
-        rig.alerts.answers.enqueue(count);
+        rig.alerts.answer(0, QStringLiteral("2"));
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         connect(&flow, &Operation::sheetShown, this, [&](OperationSheet sheet) {
@@ -512,17 +458,14 @@ private slots:
     void aDamagedCopyEndsTheDuplication()
     {
         Rig rig(ToolPaths::Backend::Linux);
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_DAMAGE_OFFSET", QStringLiteral("100000"));
         const QString volume = rig.tmp.path() + "/Volumes/MY DISC";
         writeFile(volume + "/data/blob.bin", bytes(200000, 9));
         rig.drive.status = FakeDriveBackend::finished(QStringLiteral("CD"));
         rig.ctx.ejectDisc = [&] { rig.drive.status = FakeDriveBackend::blank(QStringLiteral("CD")); };
         rig.picker.answers.enqueue({volume});
-        AlertAnswer count;
-        count.button = 0;
-        count.input = QStringLiteral("2");
-        rig.alerts.answers.enqueue(count);
+        rig.alerts.answer(0, QStringLiteral("2"));
         DuplicationFlow flow(rig.ctx);
         SheetLog log(&flow);
         flow.start();
@@ -541,7 +484,7 @@ private slots:
     {
         for (const bool damaged : {false, true}) {
             QTemporaryDir tmp;
-            Env env;
+            ScopedEnv env;
             if (damaged)
                 env.set("TAMBLO_DAMAGE_FILE", QStringLiteral("/tone.mp3"));
             const QString disc = tmp.filePath(QStringLiteral("disc.iso"));
@@ -553,7 +496,7 @@ private slots:
             SheetLog sheets(&burn);
             QList<ToolCommand> recordings;
             connect(&burn, &MediaBurn::recordingStarted, this, [&](const ToolCommand &c) { recordings << c; });
-            burn.burn(BurnOperation::MP3CD, {media(m_tone, 1)}, ctx);
+            burn.burn(BurnOperation::MP3CD, {mediaFile(m_tone, 1)}, ctx);
             QVERIFY(QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000));
             QVERIFY2(alerts.shown.isEmpty(), qPrintable(alerts.texts().join('\n')));
             QCOMPARE(recordings.size(), 1);
@@ -575,7 +518,7 @@ private slots:
     {
         QTemporaryDir tmp;
         const QString burnLog = tmp.filePath(QStringLiteral("burn.log"));
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_FAKE_BURN_LOG", burnLog);
         MediaBurnContext ctx = verifyingIn(tmp);
         ctx.currentDrive.s_Drive_Number = QStringLiteral("1");
@@ -584,7 +527,7 @@ private slots:
         MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(QStringLiteral("CD"))));
         SheetLog sheets(&burn);
         LogCatcher runs;
-        burn.burn(BurnOperation::AudioCD, {media(m_tone, 1)}, ctx);
+        burn.burn(BurnOperation::AudioCD, {mediaFile(m_tone, 1)}, ctx);
         QVERIFY(QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000));
         QVERIFY2(alerts.shown.isEmpty(), qPrintable(alerts.texts().join('\n')));
         QCOMPARE(sheets.steps().last(3), (QStringList{"showPerformingOperation", "closePerformingOperation", "operationComplete"}));
@@ -598,7 +541,7 @@ private slots:
     {
         QTemporaryDir tmp;
         const QString burnLog = tmp.filePath(QStringLiteral("burn.log"));
-        Env env;
+        ScopedEnv env;
         env.set("TAMBLO_FAKE_BURN_LOG", burnLog);
         env.set("TAMBLO_FAKE_BURN_SAY", QStringLiteral("Verifying burn… Burn completed."));
         MediaBurnContext ctx = verifyingIn(tmp);
@@ -607,7 +550,7 @@ private slots:
         FakeAlerts alerts;
         MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(QStringLiteral("DVD"))));
         SheetLog sheets(&burn);
-        burn.burn(BurnOperation::MP3DVD, {media(m_tone, 1)}, ctx);
+        burn.burn(BurnOperation::MP3DVD, {mediaFile(m_tone, 1)}, ctx);
         QVERIFY(QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000));
         QCOMPARE(readLines(burnLog).first(), "burn|" + ctx.audioFolder + "|-drive|1");
         QCOMPARE(sheets.steps().mid(sheets.steps().indexOf("showPerformingOperation")),

@@ -180,7 +180,7 @@ private slots:
         QFETCH(bool, picture);
         const QString path = m_dir.filePath(name);
         if (!QFileInfo::exists(path))
-            QVERIFY2(PreviewMedia::ffmpeg(encode + QStringList{path}), qPrintable(name));
+            QVERIFY2(makeMedia(encode + QStringList{path}), qPrintable(name));
         FakeAlerts alerts;
         auto doc = open(path, alerts);
         QTRY_VERIFY2_WITH_TIMEOUT(doc->isReadyToPlay() || !alerts.shown.isEmpty(), qPrintable(name), 10000);

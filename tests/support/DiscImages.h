@@ -1,9 +1,11 @@
 #pragma once
 // Reading images and pseudo-drives back with the real xorriso tools.
 #include <QFile>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QString>
+#include <QStringList>
+
+#include "support/Tools.h"
 
 inline QString xorrisoPath()
 {
@@ -19,29 +21,37 @@ inline QString stdioDevice(const QString &imageOrDrive)
 // Reads a pseudo-drive (or image file) back into `out` with osirrox.
 inline bool extract(const QString &imageOrDrive, const QString &out, QString *log = nullptr)
 {
-    QProcess p;
-    p.setProcessChannelMode(QProcess::MergedChannels);
-    p.start(QStandardPaths::findExecutable(QStringLiteral("osirrox")),
-            {QStringLiteral("-indev"), stdioDevice(imageOrDrive), QStringLiteral("-extract"), QStringLiteral("/"), out});
-    if (!p.waitForFinished(120000))
-        return false;
+    const ToolEnd end = runTool(QStandardPaths::findExecutable(QStringLiteral("osirrox")),
+                                {QStringLiteral("-indev"), stdioDevice(imageOrDrive), QStringLiteral("-extract"),
+                                 QStringLiteral("/"), out});
     if (log)
-        *log = QString::fromUtf8(p.readAll());
-    return p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
+        *log = end.output;
+    return end.ok();
 }
 
 // The volume id of an image or pseudo-drive, as xorriso reports it.
 inline QString volumeId(const QString &imageOrDrive)
 {
-    QProcess p;
-    p.setProcessChannelMode(QProcess::MergedChannels);
-    p.start(xorrisoPath(), {QStringLiteral("-indev"), stdioDevice(imageOrDrive), QStringLiteral("-pvd_info")});
-    p.waitForFinished(60000);
-    const QString text = QString::fromUtf8(p.readAll());
+    const QString text =
+        runTool(xorrisoPath(), {QStringLiteral("-indev"), stdioDevice(imageOrDrive), QStringLiteral("-pvd_info")})
+            .output;
     for (const QString &line : text.split(QLatin1Char('\n')))
         if (line.startsWith(QLatin1String("Volume Id    : ")))
             return line.mid(15).trimmed();
     return QString();
+}
+
+// The plain files on an image or pseudo-drive, sorted, as xorriso lists
+// them ("'/a b.mp3'").
+inline QStringList filesOn(const QString &imageOrDrive)
+{
+    QStringList files = runTool(xorrisoPath(),
+                                {QStringLiteral("-indev"), stdioDevice(imageOrDrive), QStringLiteral("-find"),
+                                 QStringLiteral("/"), QStringLiteral("-type"), QStringLiteral("f")},
+                                true)
+                            .output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    files.sort();
+    return files;
 }
 
 // Whether an image (or pseudo-drive) holds `name` as a Joliet name: Joliet

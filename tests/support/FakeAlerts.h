@@ -21,6 +21,16 @@ public:
         return a;
     }
 
+    // Queues the answer to the next alert: `button`, with `input` in its text
+    // field.
+    void answer(int button, const QString &input = QString())
+    {
+        AlertAnswer a;
+        a.button = button;
+        a.input = input;
+        answers.enqueue(a);
+    }
+
     // "message / informative" of each alert, in order: easy to compare.
     QStringList texts() const
     {

@@ -13,6 +13,7 @@
 
 #include "drives/DriveBackend.h"
 #include "drives/MediaQuestions.h"
+#include "support/DriveQueries.h"
 
 class FakeDriveBackend : public DriveBackend {
 public:
@@ -67,19 +68,6 @@ public:
     {
         space.known = true;
         space.freeSectors = sectors;
-    }
-
-    // --- drives
-
-    static Object_Optical_Drive drive(const QString &number, const QString &vendor, const QString &model,
-                                      const QString &device = QString())
-    {
-        Object_Optical_Drive d;
-        d.s_Drive_Number = number;
-        d.sManufacturer = vendor;
-        d.sModel = model;
-        d.s_Device_Path = device;
-        return d;
     }
 
     // How many calls start with `prefix` ("status", "eject" ...).
