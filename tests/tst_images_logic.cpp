@@ -434,12 +434,13 @@ private slots:
         QCOMPARE(none.messageText, QStringLiteral("No folders on the list"));
         QCOMPARE(none.informativeText, QStringLiteral("There are no folders on the list. Add folders to the list and try again."));
         QCOMPARE(none.buttons, QStringList{"Close"});
-        QCOMPARE(ImageMessages::noDisc().informativeText,
+        const MediumRefusals refusals = ImageMessages::dataDiscRefusals(ImageMessages::DataDisc::CD);
+        QCOMPARE(refusals.noDisc.informativeText,
                  QStringLiteral("There is no disc on the drive. insert a writable media on the drive and try again."));
         QCOMPARE(ImageMessages::noDiscToCopy().informativeText,
                  QStringLiteral("There is no disc on the drive. insert a media on the drive to copy and try again."));
-        QCOMPARE(ImageMessages::notWritable().messageText, QStringLiteral("Media not writable"));
-        QCOMPARE(ImageMessages::notWritable().informativeText,
+        QCOMPARE(refusals.notWritable.messageText, QStringLiteral("Media not writable"));
+        QCOMPARE(refusals.notWritable.informativeText,
                  QStringLiteral("The media on the drive is not writable. insert a writable media on the drive and try again."));
         struct Row { ImageMessages::DataDisc kind; const char *word, *title, *text, *debug; };
         const Row rows[] = {
@@ -455,10 +456,12 @@ private slots:
             const AlertRequest wrong = ImageMessages::wrongMedia(r.kind);
             QCOMPARE(wrong.messageText, QString::fromLatin1(r.title));
             QCOMPARE(wrong.informativeText, QString::fromLatin1(r.text));
-            const AlertRequest dbg = ImageMessages::wrongMediaDebug(r.kind, QStringLiteral("Other"));
-            QCOMPARE(dbg.messageText, QStringLiteral("Other"));
-            QCOMPARE(dbg.informativeText, QString::fromLatin1(r.debug));
-            QCOMPARE(dbg.buttons, QStringList{"Close"});
+            // In debug mode the chain adds an alert titled with the kind read,
+            // carrying this code, with one button "Close".
+            const MediumRefusals refusals = ImageMessages::dataDiscRefusals(r.kind);
+            QCOMPARE(refusals.wrongMedium.messageText, QString::fromLatin1(r.title));
+            QCOMPARE(refusals.wrongMedium.buttons, QStringList{"Close"});
+            QCOMPARE(refusals.debugCode, QString::fromLatin1(r.debug));
         }
     }
 

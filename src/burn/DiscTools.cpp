@@ -38,6 +38,7 @@ MediumRefusals infoRefusals(const DiscToolsContext &context)
 EraseFlow::EraseFlow(const DiscToolsContext &context, QObject *parent)
     : Operation(context.alerts, parent), m_context(context)
 {
+    setCancelTexts(ToolMessages::EraseCancelled, ToolMessages::ErasingStopped);
 }
 
 void EraseFlow::erase(bool full)
@@ -74,11 +75,6 @@ void EraseFlow::run(bool full)
                      finish();
                  });
     emit sheetShown(OperationSheet::Working);
-}
-
-OperationFailure EraseFlow::cancelledFailure(const ToolVerdict *stoppedRun) const
-{
-    return OperationFailure::cancellation(ToolMessages::EraseCancelled, ToolMessages::ErasingStopped, stoppedRun);
 }
 
 DiscInfoFlow::DiscInfoFlow(const DiscToolsContext &context, QObject *parent)

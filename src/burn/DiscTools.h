@@ -30,7 +30,6 @@ public:
 protected:
     // Cancel stops the erase at once: the disc was to be emptied anyway.
     bool runWritesDisc() const override { return false; }
-    OperationFailure cancelledFailure(const ToolVerdict *stoppedRun) const override;
 
 private:
     void run(bool full);

@@ -99,8 +99,7 @@ bool MediaBurn::cancelSteps()
         return false;
     m_recordStep.stop();  // the recording was due: nothing is written
     FolderOps::emptyFolderThen(workingFolder(), this, [this] {
-        endWith(OperationEnd::failed(
-            OperationFailure::cancellation(ToolMessages::BurnCancelled, ToolMessages::NothingWritten)));
+        endWith(OperationEnd::failed(cancelledFailure(nullptr)));
     });
     return true;
 }
@@ -119,8 +118,7 @@ void MediaBurn::transcodeFailed(int index, const ToolVerdict &verdict)
     const QString file = index >= 0 && index < m_files.size() ? m_files.at(index).s_File_Path : QString();
     FolderOps::emptyFolderThen(workingFolder(), this, [this, file, verdict] {
         if (isCancelling()) {
-            endWith(OperationEnd::failed(
-                OperationFailure::cancellation(ToolMessages::BurnCancelled, ToolMessages::NothingWritten)));
+            endWith(OperationEnd::failed(cancelledFailure(nullptr)));
             return;
         }
         if (verdict.outcome == ToolVerdict::Outcome::FailedToStart)

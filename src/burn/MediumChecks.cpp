@@ -10,12 +10,19 @@ AlertRequest MediumRefusals::closeAlert(const QString &message, const QString &i
     return r;
 }
 
-MediumRefusals MediumRefusals::forBurn(BurnOperation operation)
+MediumRefusals MediumRefusals::forBlank(DiscRoom::Subject room)
 {
-    const BurnTexts texts = BurnMessages::forOperation(operation);
     MediumRefusals r;
     r.noDisc = closeAlert(BurnMessages::NoDiscMessage, BurnMessages::NoDiscInformative);
     r.notWritable = closeAlert(BurnMessages::NotWritableMessage, BurnMessages::NotWritableInformative);
+    r.room = room;
+    return r;
+}
+
+MediumRefusals MediumRefusals::forBurn(BurnOperation operation)
+{
+    const BurnTexts texts = BurnMessages::forOperation(operation);
+    MediumRefusals r = forBlank(DiscRoom::Subject::Compilation);
     r.wrongMedium = closeAlert(texts.wrongMediumMessage, texts.wrongMediumInformative);
     r.debugCode = texts.debugCode;
     return r;

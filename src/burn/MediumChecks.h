@@ -21,6 +21,9 @@ struct MediumRefusals {
     QString debugCode;
     DiscRoom::Subject room = DiscRoom::Subject::Compilation;  // who needs the room
 
+    // A blank to write on: "No disc", "Media not writable", the room counted
+    // for `room`. The media burns add their family's wrong-medium alert.
+    static MediumRefusals forBlank(DiscRoom::Subject room);
     static MediumRefusals forBurn(BurnOperation operation);
     // An alert of one message and one button "Close".
     static AlertRequest closeAlert(const QString &message, const QString &informative);

@@ -12,6 +12,7 @@ DuplicationFlow::DuplicationFlow(const ImageFlowContext &context, QObject *paren
     : SheetFlow(context, parent), m_tool(ImageTool::create(context.tools))
 {
     m_nextCopy.setInterval(m_context.stepMs);
+    setCancelTexts(ToolMessages::CopyCancelled, ToolMessages::NothingWritten);
 }
 
 void DuplicationFlow::eject()
@@ -82,7 +83,7 @@ void DuplicationFlow::askForBlank()
         return;
     }
     checkMedium(MediumNeed::Writable, QString(), DiscRoom::forImage(Duplication::imagePath(m_context.dataFolder)),
-                ImageMessages::blankRefusals(DiscRoom::Subject::Copy), [this](bool passed) {
+                MediumRefusals::forBlank(DiscRoom::Subject::Copy), [this](bool passed) {
                     if (passed)
                         writeCopy();
                     else

@@ -39,12 +39,6 @@ public:
 protected:
     // The disc is read into an image first: only the copies write a disc.
     bool runWritesDisc() const override { return m_writingCopy; }
-    OperationFailure cancelledFailure(const ToolVerdict *stoppedRun) const override
-    {
-        return OperationFailure::cancellation(
-            ToolMessages::CopyCancelled,
-            stoppedWhileWriting() ? ToolMessages::WritingStopped : ToolMessages::NothingWritten, stoppedRun);
-    }
 
 private:
     bool m_writingCopy = false;

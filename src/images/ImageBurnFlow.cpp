@@ -25,7 +25,7 @@ void ImageBurnFlow::start()
     }
     m_image = chosen.first();
     checkMedium(MediumNeed::Writable, QString(), DiscRoom::forImage(m_image),
-                ImageMessages::blankRefusals(DiscRoom::Subject::Image), [this](bool passed) {
+                MediumRefusals::forBlank(DiscRoom::Subject::Image), [this](bool passed) {
                     if (passed)
                         record();
                     else

@@ -36,22 +36,10 @@ AlertRequest noFolders()
                       QStringLiteral("There are no folders on the list. Add folders to the list and try again."));
 }
 
-AlertRequest noDisc()
-{
-    return closeAlert(QStringLiteral("No disc"),
-                      QStringLiteral("There is no disc on the drive. insert a writable media on the drive and try again."));
-}
-
 AlertRequest noDiscToCopy()
 {
     return closeAlert(QStringLiteral("No disc"),
                       QStringLiteral("There is no disc on the drive. insert a media on the drive to copy and try again."));
-}
-
-AlertRequest notWritable()
-{
-    return closeAlert(QStringLiteral("Media not writable"),
-                      QStringLiteral("The media on the drive is not writable. insert a writable media on the drive and try again."));
 }
 
 AlertRequest wrongMedia(DataDisc kind)
@@ -60,23 +48,9 @@ AlertRequest wrongMedia(DataDisc kind)
     return closeAlert(t.wrongTitle, t.wrongText);
 }
 
-AlertRequest wrongMediaDebug(DataDisc kind, const QString &detectedFamily)
-{
-    return closeAlert(detectedFamily, dataDisc(kind).debugText);
-}
-
-MediumRefusals blankRefusals(DiscRoom::Subject room)
-{
-    MediumRefusals r;
-    r.noDisc = noDisc();
-    r.notWritable = notWritable();
-    r.room = room;
-    return r;
-}
-
 MediumRefusals dataDiscRefusals(DataDisc kind)
 {
-    MediumRefusals r = blankRefusals(DiscRoom::Subject::Compilation);
+    MediumRefusals r = MediumRefusals::forBlank(DiscRoom::Subject::Compilation);
     r.wrongMedium = wrongMedia(kind);
     r.debugCode = dataDisc(kind).debugText;
     return r;

@@ -19,16 +19,12 @@ struct DataDiscTexts {
 DataDiscTexts dataDisc(DataDisc kind);
 
 AlertRequest noFolders();                 // empty data list
-AlertRequest noDisc();                    // burns: insert a writable media
 AlertRequest noDiscToCopy();              // duplication start: insert a media to copy
-AlertRequest notWritable();
 AlertRequest wrongMedia(DataDisc kind);
-AlertRequest wrongMediaDebug(DataDisc kind, const QString &detectedFamily);
 
-// What the medium check chain says for these operations: a blank for an
-// image or a copy (its room counted as the image's or the copy's), a blank
-// of the data disc's family, and the disc to copy.
-MediumRefusals blankRefusals(DiscRoom::Subject room);
+// What the medium check chain says for these operations: a blank of the
+// data disc's family, and the disc to copy (an image or a copy needs a blank:
+// MediumRefusals::forBlank).
 MediumRefusals dataDiscRefusals(DataDisc kind);
 MediumRefusals sourceRefusals();
 

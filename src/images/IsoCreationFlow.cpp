@@ -11,6 +11,7 @@ IsoCreationFlow::IsoCreationFlow(const ImageFlowContext &context, QObject *paren
     : SheetFlow(context, parent), m_tool(ImageTool::create(context.tools))
 {
     m_step.setInterval(m_context.stepMs);
+    setCancelTexts(ToolMessages::ImageCancelled, ToolMessages::NoImageMade);
 }
 
 void IsoCreationFlow::start()

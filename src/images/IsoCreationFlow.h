@@ -26,10 +26,6 @@ public:
 protected:
     // An image, not a disc, is written: stopped without a question.
     bool runWritesDisc() const override { return false; }
-    OperationFailure cancelledFailure(const ToolVerdict *stoppedRun) const override
-    {
-        return OperationFailure::cancellation(ToolMessages::ImageCancelled, ToolMessages::NoImageMade, stoppedRun);
-    }
 
 private:
     void chooseDestination();

@@ -17,7 +17,6 @@ public:
     ~StepTimer() { stop(); }
 
     void setInterval(int ms) { m_intervalMs = ms; }
-    int interval() const { return m_intervalMs; }
 
     void start(std::function<void()> step)
     {
@@ -43,8 +42,6 @@ public:
     }
 
     bool isActive() const { return m_timer && m_timer->isActive(); }
-    // The timer of the step due (null when none), for a test that watches it.
-    QTimer *timer() const { return m_timer; }
 
 private:
     QObject *m_owner;

@@ -84,11 +84,16 @@ void Operation::cancel()
     m_cancelling = cancelSteps();
 }
 
+void Operation::setCancelTexts(const QString &message, const QString &untouched)
+{
+    m_cancelMessage = message;
+    m_cancelUntouched = untouched;
+}
+
 OperationFailure Operation::cancelledFailure(const ToolVerdict *stoppedRun) const
 {
     return OperationFailure::cancellation(
-        ToolMessages::BurnCancelled,
-        m_stoppedWhileWriting ? ToolMessages::WritingStopped : ToolMessages::NothingWritten, stoppedRun);
+        m_cancelMessage, m_stoppedWhileWriting ? ToolMessages::WritingStopped : m_cancelUntouched, stoppedRun);
 }
 
 void Operation::tellFailure(const QString &message, const ToolVerdict &verdict)

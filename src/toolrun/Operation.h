@@ -85,8 +85,13 @@ protected:
     virtual bool cancelSteps() { return false; }
     // Whether the tool running now writes a disc (asked before it is stopped).
     virtual bool runWritesDisc() const { return true; }
-    // The last sheet of a cancelled operation; `stoppedRun` is the tool stopped.
-    virtual OperationFailure cancelledFailure(const ToolVerdict *stoppedRun) const;
+    // What the last sheet of a cancelled operation says: `message` ("The
+    // burn was cancelled."), then "Writing was stopped before the disc was
+    // finished. ..." when a disc was being written, else `untouched`
+    // ("Nothing was written to the disc.").
+    void setCancelTexts(const QString &message, const QString &untouched);
+    // That sheet; `stoppedRun` is the tool stopped, for Details.
+    OperationFailure cancelledFailure(const ToolVerdict *stoppedRun) const;
     bool isCancelling() const { return m_cancelling; }
     void setCancelling() { m_cancelling = true; }
     bool stoppedWhileWriting() const { return m_stoppedWhileWriting; }
@@ -97,7 +102,6 @@ protected:
     ToolRun *startToolRun(const ToolCommand &command, const ToolRun::Options &options,
                           std::function<void(const ToolVerdict &)> terminated);
     bool toolRunning() const { return m_run && m_run->isRunning(); }
-    ToolRun *currentRun() const { return m_run; }
 
     // While the run just started goes on, the first report for which
     // `saysVerifying` holds (the tool has begun reading back what it wrote:
@@ -118,6 +122,8 @@ protected:
 
 private:
     Alerts *m_alerts;
+    QString m_cancelMessage = ToolMessages::BurnCancelled;
+    QString m_cancelUntouched = ToolMessages::NothingWritten;
     bool m_busy = false;
     bool m_cancelling = false;
     bool m_stoppedWhileWriting = false;
