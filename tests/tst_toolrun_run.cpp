@@ -225,6 +225,28 @@ private slots:
         QCOMPARE(ToolRun::running().size(), 1);
     }
 
+    void stoppingAllToolsToldOnceWhenTheLastHasGone()
+    {
+        int told = 0;
+        ToolRun::stopAllThen(this, [&told] { ++told; });
+        QCOMPARE(told, 1);  // nothing running: at once
+
+        ToolRun polite(sh("sleep 30"), {});
+        ToolRun stubborn(sh("trap '' TERM; echo ready; sleep 30"), {});
+        QSignalSpy ready(&stubborn, &ToolRun::outputReports);
+        polite.start();
+        stubborn.start();
+        QVERIFY(ready.wait(5000));
+        told = 0;
+        ToolRun::stopAllThen(this, [&told] { ++told; });
+        QTRY_VERIFY_WITH_TIMEOUT(polite.hasEnded(), 2000);
+        QCOMPARE(told, 0);  // the stubborn one is still there until its kill
+        QTRY_COMPARE_WITH_TIMEOUT(told, 1, ToolRun::StopGraceMs + 5000);
+        QVERIFY(stubborn.hasEnded());
+        QTest::qWait(ToolRun::StopGraceMs + 2500);  // past the last-resort timer: still told once
+        QCOMPARE(told, 1);
+    }
+
     void destroyingARunKillsItsTool()
     {
         QTemporaryDir dir;

@@ -117,9 +117,9 @@ Comparison compareFiles(const QString &imagePath, const QString &drive,
     return compare(image, disc, image.size(), read, stop);
 }
 
-VerifyResult result(const Comparison &c, const QString &imagePath, const QString &drive)
+// What was compared and where it differed, for the sheet's Details.
+static QString detailsOf(const Comparison &c, const QString &imagePath, const QString &drive)
 {
-    VerifyResult r;
     QStringList details;
     details << QStringLiteral("Image: %1 (%2 bytes)").arg(imagePath).arg(c.imageBytes);
     details << QStringLiteral("Disc: %1").arg(discPath(drive));
@@ -137,8 +137,13 @@ VerifyResult result(const Comparison &c, const QString &imagePath, const QString
         details << QStringLiteral("The image could not be read: %1").arg(c.imageError);
     if (!c.discError.isEmpty())
         details << QStringLiteral("The disc could not be read: %1").arg(c.discError);
-    r.details = details.join(QLatin1Char('\n'));
+    return details.join(QLatin1Char('\n'));
+}
 
+VerifyResult result(const Comparison &c, const QString &imagePath, const QString &drive)
+{
+    VerifyResult r;
+    r.details = detailsOf(c, imagePath, drive);
     if (c.stopped) {
         r.outcome = VerifyResult::Outcome::NotChecked;
         r.what = QStringLiteral("The check was stopped.");

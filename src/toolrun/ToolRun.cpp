@@ -2,6 +2,9 @@
 
 #include <QMutex>
 #include <QProcess>
+#include <QTimer>
+#include <memory>
+#include <utility>
 
 #include "toolrun/ToolProcess.h"
 
@@ -133,6 +136,29 @@ bool ToolRun::anyWriting()
         if (run->purpose() == Purpose::Write && run->isRunning())
             return true;
     return false;
+}
+
+void ToolRun::stopAllThen(QObject *context, std::function<void()> done)
+{
+    const QList<ToolRun *> runs = running();
+    if (runs.isEmpty()) {
+        done();
+        return;
+    }
+    auto left = std::make_shared<int>(int(runs.size()));
+    auto told = std::make_shared<bool>(false);
+    auto finish = [done = std::move(done), told] {
+        if (!std::exchange(*told, true))
+            done();
+    };
+    for (ToolRun *run : runs) {
+        connect(run, &ToolRun::finished, context, [left, finish] {
+            if (--*left == 0)
+                finish();
+        });
+        run->stop();
+    }
+    QTimer::singleShot(StopGraceMs + 2000, context, finish);
 }
 
 void ToolRun::setObserver(Observer o, Report scope)

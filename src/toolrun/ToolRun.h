@@ -66,6 +66,10 @@ public:
     static QList<ToolRun *> running();
     // Whether any running tool writes a disc or an image.
     static bool anyWriting();
+    // Stops every running tool (terminate, then kill) and calls `done` once,
+    // when the last has ended, or StopGraceMs + 2 s later should even a kill
+    // not be enough; at once when none runs. The wait ends with `context`.
+    static void stopAllThen(QObject *context, std::function<void()> done);
 
     // Quiet runs (the media probes, which always "fail" for want of an
     // output) are told only to an observer that asks for them.

@@ -3,11 +3,8 @@
 #include <QElapsedTimer>
 #include <utility>
 
-#include "platform/ui/DesktopNotifier.h"
 
 #include <QAction>
-#include <QGuiApplication>
-#include <QWindow>
 #include <QCursor>
 #include <QDesktopServices>
 #include <QDir>
@@ -15,19 +12,17 @@
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QTabWidget>
-#include <QTimer>
-#include <cstdlib>
 #include <unistd.h>
 
 #include "app/HelpPages.h"
+#include "platform/ui/AwayNotice.h"
+#include "platform/ui/DesktopNotifier.h"
+#include "platform/ui/SheetOutlet.h"
 #include "app/StartupFolders.h"
 #include "app/ui/MainWindow.h"
 #include "app/ui/OperationSheets.h"
-#include "appearance/DarkMode.h"
-#include "appearance/ThemeWriting.h"
 #include "appearance/ui/BackgroundViews.h"
-#include "appearance/ui/TableLookApplier.h"
-#include "appearance/ui/Window_Colors.h"
+#include "appearance/ui/WindowColours.h"
 #include "burn/DiscTools.h"
 #include "burn/MediaBurn.h"
 #include "burn/Recorder.h"
@@ -37,11 +32,12 @@
 #include "compilation/DiscKinds.h"
 #include "compilation/MediaListModel.h"
 #include "compilation/ui/CompilationTable.h"
+#include "compilation/ui/CompilationTabs.h"
 #include "compilation/ui/SpaceOccupiedView.h"
-#include "compilation/ui/Window_New_Disc.h"
 #include "drives/DiscVerify.h"
 #include "drives/DriveBackendFactory.h"
 #include "drives/MediaQuestions.h"
+#include "drives/ui/DriveMenu.h"
 #include "images/DataBurnFlow.h"
 #include "images/DuplicationFlow.h"
 #include "images/ImageBurnFlow.h"
@@ -82,8 +78,46 @@ AppDelegate::AppDelegate(const AppContext &context, QObject *parent)
     arrayMediaFiles = new MediaListModel(this);
     arrayDataFolders = new DataFolderModel(this);
 
+    createWindowParts();
     createOperations();
     connectWindow();
+}
+
+// The window's drive menu, compilation tabs and colours.
+void AppDelegate::createWindowParts()
+{
+    MainWindow *w = m_window.get();
+    m_drives = new DriveMenu(*m_backend, m_settings, {array_Optical_Media_Drives, s_Current_Drive_Number},
+                             w->submenuItemDriveSlot, this);
+
+    CompilationWidgets tabs;
+    tabs.window = w;
+    tabs.tabs = w->tabviewMain;
+    tabs.tables = {w->tableviewAudioFiles, w->tableviewVideoFiles, w->tableviewDataFolders};
+    tabs.gauge = w->spaceoccupiedviewControl;
+    tabs.burnBar = w->customviewButtonBurn;
+    tabs.burnButton = w->btnBurn;
+    tabs.tabItems = w->tabMenuItems();
+    m_tabs = new CompilationTabs(tabs,
+                                 {i_Audio_Type, i_Video_Type, i_Data_Type, i_Type_of_New_Disc, sortFlags,
+                                  i_Audio_Total_Duration_in_Seconds, i_Video_Total_Duration_in_Seconds,
+                                  i_Data_Total_Size_in_KBytes, windowNewDisc},
+                                 arrayMediaFiles, arrayDataFolders, this);
+
+    ColourTargets looks;
+    looks.window = w;
+    looks.tables = {w->tableviewVideoFiles, w->tableviewAudioFiles, w->tableviewDataFolders};
+    looks.listText = [this](const QColor &c) {
+        arrayMediaFiles->setTextColor(c);
+        arrayDataFolders->setTextColor(c);
+    };
+    looks.gaugeColour = [w](const QColor &c) { w->spaceoccupiedviewControl->setBarColor(c); };
+    looks.repainted = {w->view_Toolbar_Audio_BG, w->view_Toolbar_Audio_Sub_BG, w->view_Toolbar_Video_BG,
+                       w->view_Toolbar_Video_Sub_BG, w->view_Toolbar_Data_BG, w->view_Toolbar_Data_Sub_BG,
+                       w->view_Toolbar_ISO_BG, w->view_Toolbar_Tools_BG, w->spaceoccupiedviewControl,
+                       w->customviewButtonBurn};
+    m_colours = new WindowColours(looks, {theme, windowColors, timerSetAlternatingRows, timerForceColorsAtStartup},
+                                  m_settings, m_context.systemIsDark, this);
 }
 
 // Every operation, each followed by the status sheets.
@@ -120,7 +154,8 @@ void AppDelegate::createOperations()
                                    {windowProgress, windowUniqueProgress, windowPerformingOperation,
                                     windowOperationCompleted, windowDataCopyFolders},
                                    this);
-    m_sheets->setBeforeLastSheet([this](const QString &verdict) { tellIfAway(verdict); });
+    m_notice = std::make_unique<AwayNotice>(m_context.notifier, m_context.clockMs, m_window.get(), NotifyAfterMs);
+    m_sheets->setBeforeLastSheet([this](const QString &verdict) { m_notice->tellIfAway(verdict); });
     connect(m_sheets, &OperationSheets::cancelRequested, this, &AppDelegate::cancelOperation);
     m_operations = {m_adding, m_mediaBurn, m_dataBurn, m_isoCreation, m_imageBurn, m_duplication, m_erase, m_discInfo};
     for (Operation *operation : std::as_const(m_operations))
@@ -166,16 +201,13 @@ bool AppDelegate::applicationDidFinishLaunching()
         const QSignalBlocker block(w->tabviewMain);
         w->tabviewMain->setCurrentIndex(0);
     }
-    setBurnTitle(QStringLiteral("Burn Audio CD"));
+    m_tabs->setBurnTitle(QStringLiteral("Burn Audio CD"));
     sortFlags = ColumnSortFlags{};
     w->spaceoccupiedviewControl->setI_Percentage(0);
     i_Type_of_New_Disc = 1;
 
     theme = ThemeSettings::loadAtStartup(m_settings);
-    w->spaceoccupiedviewControl->setBarColor(theme.colorSpaceOccupiedBar);
-    applyTableLook(false);
-    timerSetAlternatingRows.start([this] { TimerSetAlternatingRowsRoutine(); });
-    timerForceColorsAtStartup.start([this] { TimerForceColorsAtStartupRoutine(); });
+    m_colours->applyAtStartup();
 
     w->setWindowTitle(QStringLiteral("Tamblo"));
     w->show();
@@ -186,28 +218,12 @@ bool AppDelegate::applicationDidFinishLaunching()
 
 void AppDelegate::quitStoppingTools()
 {
-    auto exitNow = [this] {
+    ToolRun::stopAllThen(this, [this] {
         if (m_context.exitProcess)
             m_context.exitProcess(0);
         else
             ::_exit(0);
-    };
-    const QList<ToolRun *> runs = ToolRun::running();
-    if (runs.isEmpty()) {
-        exitNow();
-        return;
-    }
-    // Each tool gets its terminate, then its kill; the process ends when the
-    // last one has gone (or when even a kill was not enough).
-    auto *left = new int(runs.size());
-    for (ToolRun *run : runs) {
-        connect(run, &ToolRun::finished, this, [left, exitNow] {
-            if (--*left == 0)
-                exitNow();
-        });
-        run->stop();
-    }
-    QTimer::singleShot(ToolRun::StopGraceMs + 2000, this, exitNow);
+    });
 }
 
 void AppDelegate::fatal(const QString &text)
@@ -351,40 +367,8 @@ void AppDelegate::connectMenus()
         connect(w->submenuItemDriveSlot[i], &QAction::triggered, this, [this, i] { OnMenuDriveSlot(i + 1); });
 }
 
-void AppDelegate::setBurnTitle(const QString &title)
-{
-    m_window->btnBurn->setText(title);
-    m_window->btnBurn->setAccessibleName(title);
-}
-
-void AppDelegate::tabViewDidSelect(int index)
-{
-    MainWindow *w = m_window.get();
-    const QString id = w->tabIdentifier(index);
-    const bool compilationTab = id == QLatin1String("1") || id == QLatin1String("2") || id == QLatin1String("3");
-    const bool otherTab = id == QLatin1String("4") || id == QLatin1String("5");
-    if (!compilationTab && !otherTab)
-        return;
-    if (compilationTab) {
-        w->spaceoccupiedviewControl->show();
-        w->customviewButtonBurn->show();
-        arrayDataFolders->clear();
-        refreshTableDataFolders();
-        arrayMediaFiles->clear();
-        refreshTableVideoFiles();
-        refreshTableAudioFiles();
-        const qint64 type = id == QLatin1String("1") ? i_Audio_Type : id == QLatin1String("2") ? i_Video_Type : i_Data_Type;
-        const QString title = DiscKinds::burnTitleFor(id.toInt() - 1, type);
-        if (!title.isEmpty())
-            setBurnTitle(title);
-    } else {
-        w->spaceoccupiedviewControl->hide();
-        w->customviewButtonBurn->hide();
-    }
-    const QList<QAction *> items = w->tabMenuItems();
-    for (int i = 0; i < items.size(); ++i)
-        items[i]->setChecked(i == id.toInt() - 1);
-}
+void AppDelegate::tabViewDidSelect(int index) { m_tabs->tabSelected(index); }
+void AppDelegate::chooseKindButton(int tab, qint64 type) { m_tabs->chooseKind(tab, type); }
 
 void AppDelegate::selectTabFromMenu(int index)
 {
@@ -393,24 +377,6 @@ void AppDelegate::selectTabFromMenu(int index)
         m_window->tabviewMain->setCurrentIndex(index);
     }
     tabViewDidSelect(index);
-}
-
-void AppDelegate::chooseKindButton(int tab, qint64 type)
-{
-    const DiscKind *kind = DiscKinds::forTabType(tab, type);
-    if (!kind)
-        return;
-    (tab == 0 ? i_Audio_Type : tab == 1 ? i_Video_Type : i_Data_Type) = type;
-    for (const QString &name : DiscKinds::tabButtons(tab))
-        if (auto *b = m_window->findChild<QPushButton *>(name))
-            MainWindow::setBordered(b, name == kind->buttonName);
-    setBurnTitle(kind->burnTitle);
-    if (tab == 0)
-        refreshTableAudioFiles();
-    else if (tab == 1)
-        refreshTableVideoFiles();
-    else
-        refreshTableDataFolders();
 }
 
 void AppDelegate::OnBtnBurn()
@@ -496,78 +462,15 @@ void AppDelegate::Close_Window_Data_Copy_Folders() { m_sheets->closeStaging(); }
 void AppDelegate::beginOperation(const QString &title)
 {
     m_log->beginOperation(title);
-    m_operationTitle = title;
-    m_operationStartMs = m_context.clockMs();
-}
-
-void AppDelegate::tellIfAway(const QString &verdict)
-{
-    // Only the end of a long operation, and only when the user is elsewhere:
-    // the sheet itself says it to someone looking at the window.
-    const QString title = std::exchange(m_operationTitle, QString());
-    if (title.isEmpty() || m_context.clockMs() - m_operationStartMs <= NotifyAfterMs)
-        return;
-    // The main window or one of its sheets in front: the user is here.
-    const QWindow *main = m_window->windowHandle();
-    if (const QWindow *focus = QGuiApplication::focusWindow();
-        focus && main && (focus == main || focus->transientParent() == main))
-        return;
-    m_context.notifier->notify(QStringLiteral("Tamblo — %1").arg(title), verdict);
+    m_notice->begin(title);
 }
 
 // ------------------------------------------------------------------ drives
 
-Object_Optical_Drive AppDelegate::currentDrive() const
-{
-    const int i = m_driveMenu.currentDriveIndex;
-    if (i >= 0 && i < array_Optical_Media_Drives.size())
-        return array_Optical_Media_Drives.at(i);
-    Object_Optical_Drive none;
-    none.s_Drive_Number = s_Current_Drive_Number;
-    return none;
-}
-
-void AppDelegate::Load_List_Of_Optical_Drives()
-{
-    QPointer<AppDelegate> self(this);
-    m_backend->listDrives([self](const DriveList &drives) {
-        if (!self)
-            return;
-        self->array_Optical_Media_Drives = drives;
-        self->m_driveMenu = DriveSelection::afterListing(
-            drives, self->m_settings.string(SettingsKeys::LastSelectedDrive), self->s_Current_Drive_Number,
-            self->m_backend->access());
-        self->applyDriveMenu();
-        emit self->drivesListed();
-    });
-}
-
-void AppDelegate::applyDriveMenu()
-{
-    if (m_driveMenu.storeLabel)
-        m_settings.setString(SettingsKeys::LastSelectedDrive, m_driveMenu.labelToStore);
-    m_driveMenu.storeLabel = false;
-    s_Current_Drive_Number = m_driveMenu.currentDriveNumber;
-    for (int i = 0; i < DriveMenuState::ItemCount; ++i) {
-        QAction *item = m_window->submenuItemDriveSlot[i];
-        if (!m_driveMenu.titles[i].isEmpty())
-            item->setText(m_driveMenu.titles[i]);
-        item->setChecked(m_driveMenu.checked[i]);
-        item->setVisible(m_driveMenu.visible[i]);
-    }
-}
-
-void AppDelegate::OnMenuDriveSlot(int item)
-{
-    if (!DriveSelection::chooseItem(array_Optical_Media_Drives, item, m_driveMenu)) {
-        // No drive behind the item: nothing changes, and the item keeps its state.
-        if (item >= 1 && item <= 6)
-            m_window->submenuItemDriveSlot[item - 1]->setChecked(m_driveMenu.checked[item - 1]);
-        return;
-    }
-    applyDriveMenu();
-}
-
+Object_Optical_Drive AppDelegate::currentDrive() const { return m_drives->current(); }
+const DriveMenuState &AppDelegate::driveMenu() const { return m_drives->state(); }
+void AppDelegate::Load_List_Of_Optical_Drives() { m_drives->load([this] { emit drivesListed(); }); }
+void AppDelegate::OnMenuDriveSlot(int item) { m_drives->choose(item); }
 void AppDelegate::OnToolsEjectDisc() { m_backend->ejectTray(currentDrive()); }
 void AppDelegate::OnToolsLoadDisc() { m_backend->closeTray(currentDrive()); }
 
@@ -605,129 +508,19 @@ void AppDelegate::OnActionVideoAddFiles() { m_adding->addFiles(CompilationAction
 void AppDelegate::OnActionVideoAddFolder() { m_adding->addFolder(CompilationActions::VideoTab); }
 void AppDelegate::OnActionDataAddFolder() { m_adding->addFolder(CompilationActions::DataTab); }
 
-void AppDelegate::OnActionAudioDelete()
-{
-    arrayMediaFiles->removeRowsAt(m_window->tableviewAudioFiles->selectedRows());
-    refreshTableAudioFiles();
-}
-
-void AppDelegate::OnActionVideoDelete()
-{
-    arrayMediaFiles->removeRowsAt(m_window->tableviewVideoFiles->selectedRows());
-    refreshTableVideoFiles();
-}
-
-void AppDelegate::OnActionDataDelete()
-{
-    arrayDataFolders->removeRowsAt(m_window->tableviewDataFolders->selectedRows());
-    refreshTableDataFolders();
-}
-
-void AppDelegate::OnActionAudioClear()
-{
-    arrayMediaFiles->clear();
-    refreshTableAudioFiles();
-}
-
-void AppDelegate::OnActionVideoClear()
-{
-    arrayMediaFiles->clear();
-    refreshTableVideoFiles();
-}
-
-void AppDelegate::OnActionDataClear()
-{
-    arrayDataFolders->clear();
-    refreshTableDataFolders();
-}
-
-void AppDelegate::refreshTableAudioFiles()
-{
-    m_window->tableviewAudioFiles->viewport()->update();
-    i_Audio_Total_Duration_in_Seconds = arrayMediaFiles->totalDurationSeconds();
-    PaintSpaceOccupiedControl();
-}
-
-void AppDelegate::refreshTableVideoFiles()
-{
-    m_window->tableviewVideoFiles->viewport()->update();
-    i_Video_Total_Duration_in_Seconds = arrayMediaFiles->totalDurationSeconds();
-    PaintSpaceOccupiedControl();
-}
-
-void AppDelegate::refreshTableDataFolders()
-{
-    m_window->tableviewDataFolders->viewport()->update();
-    i_Data_Total_Size_in_KBytes = arrayDataFolders->totalKBytes();
-    PaintSpaceOccupiedControl();
-}
-
-void AppDelegate::sortTable(int tab, int column)
-{
-    if (tab == 2) {
-        arrayDataFolders->sortByClickedColumn(column, sortFlags);
-        refreshTableDataFolders();
-        return;
-    }
-    arrayMediaFiles->sortByClickedColumn(column, sortFlags);
-    if (tab == 0)
-        refreshTableAudioFiles();
-    else
-        refreshTableVideoFiles();
-}
-
-void AppDelegate::PaintSpaceOccupiedControl()
-{
-    const quint64 percent = DiscKinds::percentage(
-        m_window->selectedTabIdentifier(), i_Audio_Total_Duration_in_Seconds, i_Video_Total_Duration_in_Seconds,
-        i_Data_Total_Size_in_KBytes, i_Audio_Type, i_Video_Type, i_Data_Type);
-    m_window->spaceoccupiedviewControl->setI_Percentage(qint64(percent));
-}
-
-void AppDelegate::Show_Window_New_Disc()
-{
-    if (windowNewDisc)
-        return;
-    windowNewDisc = new Window_New_Disc(i_Type_of_New_Disc, m_window.get());
-    windowNewDisc->setWindowFlag(Qt::Sheet, true);
-    windowNewDisc->setWindowModality(Qt::WindowModal);
-    connect(windowNewDisc, &Window_New_Disc::closeRequested, this, [this](qint64 kind) {
-        i_Type_of_New_Disc = kind;
-        Close_Window_New_Disc();
-    });
-    windowNewDisc->open();
-}
-
-void AppDelegate::Close_Window_New_Disc()
-{
-    if (windowNewDisc) {
-        windowNewDisc->hide();
-        windowNewDisc->deleteLater();
-    }
-    windowNewDisc = nullptr;
-
-    const NewDiscResult r = DiscKinds::applyNewDisc(i_Type_of_New_Disc);
-    i_Type_of_New_Disc = r.i_Type_of_New_Disc;
-    if (r.setsType)
-        (r.typeTab == 0 ? i_Audio_Type : r.typeTab == 1 ? i_Video_Type : i_Data_Type) = r.typeValue;
-    if (r.emptyLists) {
-        arrayDataFolders->clear();
-        refreshTableDataFolders();
-        arrayMediaFiles->clear();
-        refreshTableVideoFiles();
-        refreshTableAudioFiles();
-    }
-    if (r.selectTab >= 0) {
-        m_window->tabviewMain->setCurrentIndex(r.selectTab);
-        if (auto *b = m_window->findChild<QPushButton *>(r.borderedButton))
-            MainWindow::setBordered(b, true);
-        for (const QString &name : r.borderlessButtons)
-            if (auto *b = m_window->findChild<QPushButton *>(name))
-                MainWindow::setBordered(b, false);
-    }
-    if (!r.burnTitle.isEmpty())
-        setBurnTitle(r.burnTitle);
-}
+void AppDelegate::OnActionAudioDelete() { m_tabs->deleteSelected(CompilationTabs::Audio); }
+void AppDelegate::OnActionVideoDelete() { m_tabs->deleteSelected(CompilationTabs::Video); }
+void AppDelegate::OnActionDataDelete() { m_tabs->deleteSelected(CompilationTabs::Data); }
+void AppDelegate::OnActionAudioClear() { m_tabs->clear(CompilationTabs::Audio); }
+void AppDelegate::OnActionVideoClear() { m_tabs->clear(CompilationTabs::Video); }
+void AppDelegate::OnActionDataClear() { m_tabs->clear(CompilationTabs::Data); }
+void AppDelegate::refreshTableAudioFiles() { m_tabs->refresh(CompilationTabs::Audio); }
+void AppDelegate::refreshTableVideoFiles() { m_tabs->refresh(CompilationTabs::Video); }
+void AppDelegate::refreshTableDataFolders() { m_tabs->refresh(CompilationTabs::Data); }
+void AppDelegate::sortTable(int tab, int column) { m_tabs->sort(tab, column); }
+void AppDelegate::PaintSpaceOccupiedControl() { m_tabs->paintGauge(); }
+void AppDelegate::Show_Window_New_Disc() { m_tabs->showNewDisc(); }
+void AppDelegate::Close_Window_New_Disc() { m_tabs->closeNewDisc(); }
 
 // ---------------------------------------------------------- video settings
 
@@ -735,27 +528,16 @@ void AppDelegate::Show_Window_Video_Settings()
 {
     if (windowVideoSettings)
         return;
-    windowVideoSettings = new Window_Video_Settings(s_Video_Output_Format, s_Audio_Output_Format, m_settings,
-                                                    m_window.get());
-    windowVideoSettings->setWindowFlag(Qt::Sheet, true);
-    windowVideoSettings->setWindowModality(Qt::WindowModal);
-    connect(windowVideoSettings, &Window_Video_Settings::stored, this,
-            [this](const QString &video, const QString &audio) {
-                s_Video_Output_Format = video;
-                s_Audio_Output_Format = audio;
-            });
-    connect(windowVideoSettings, &QDialog::finished, this, &AppDelegate::Close_Window_Video_Settings);
-    windowVideoSettings->open();
+    auto *sheet = new Window_Video_Settings(s_Video_Output_Format, s_Audio_Output_Format, m_settings, m_window.get());
+    connect(sheet, &Window_Video_Settings::stored, this, [this](const QString &video, const QString &audio) {
+        s_Video_Output_Format = video;
+        s_Audio_Output_Format = audio;
+    });
+    connect(sheet, &QDialog::finished, this, &AppDelegate::Close_Window_Video_Settings);
+    SheetOutlet::open(windowVideoSettings, sheet);
 }
 
-void AppDelegate::Close_Window_Video_Settings()
-{
-    if (windowVideoSettings) {
-        windowVideoSettings->hide();
-        windowVideoSettings->deleteLater();
-    }
-    windowVideoSettings = nullptr;
-}
+void AppDelegate::Close_Window_Video_Settings() { SheetOutlet::close(windowVideoSettings); }
 
 // ------------------------------------------------------- images and copies
 
@@ -777,78 +559,11 @@ void AppDelegate::DuplicateMedia()
 
 // ----------------------------------------------------------------- colours
 
-bool AppDelegate::systemIsDark() const
-{
-    return m_context.systemIsDark ? m_context.systemIsDark() : DarkMode::systemIsDark();
-}
-
-void AppDelegate::applyTableLook(bool okRule)
-{
-    const TableLook look = ThemeWriting::tableLook(theme, systemIsDark(), okRule);
-    for (CompilationTable *t : {m_window->tableviewVideoFiles, m_window->tableviewAudioFiles,
-                                m_window->tableviewDataFolders})
-        TableLookApplier::applyBackground(t, look);
-    arrayMediaFiles->setTextColor(look.cellText);
-    arrayDataFolders->setTextColor(look.cellText);
-}
-
-void AppDelegate::OnToolsColors()
-{
-    if (windowColors)
-        return;
-    windowColors = new Window_Colors(theme, m_settings, m_window.get());
-    windowColors->setWindowFlag(Qt::Sheet, true);
-    windowColors->setWindowModality(Qt::WindowModal);
-    connect(windowColors, &Window_Colors::accepted, this, [this](const Theme &chosen) {
-        theme = chosen;
-        OK_Window_Colors();
-    });
-    connect(windowColors, &Window_Colors::cancelled, this, &AppDelegate::Cancel_Window_Colors);
-    connect(windowColors, &Window_Colors::originalsRestored, this, [this](const Theme &defaults) {
-        for (ThemeColor c : ThemeDefaults::all)
-            theme[c] = defaults[c];
-    });
-    windowColors->open();
-}
-
-void AppDelegate::OK_Window_Colors()
-{
-    Cancel_Window_Colors();  // ends the sheet
-    ThemeWriting::writeAfterOk(m_settings, theme);
-    applyTableLook(true);
-    timerSetAlternatingRows.start([this] { TimerSetAlternatingRowsRoutine(); });
-    timerForceColorsAtStartup.start([this] { TimerForceColorsAtStartupRoutine(); });
-}
-
-void AppDelegate::Cancel_Window_Colors()
-{
-    if (windowColors) {
-        windowColors->hide();
-        windowColors->deleteLater();
-    }
-    windowColors = nullptr;
-}
-
-void AppDelegate::TimerSetAlternatingRowsRoutine()
-{
-    const bool on = theme.b_List_Alternating_Rows == 1;
-    for (CompilationTable *t : {m_window->tableviewVideoFiles, m_window->tableviewAudioFiles,
-                                m_window->tableviewDataFolders})
-        TableLookApplier::applyAlternatingRows(t, on);
-}
-
-void AppDelegate::TimerForceColorsAtStartupRoutine()
-{
-    MainWindow *w = m_window.get();
-    w->spaceoccupiedviewControl->setBarColor(theme.colorSpaceOccupiedBar);
-    const QList<QWidget *> views = {
-             w->view_Toolbar_Audio_BG, w->view_Toolbar_Audio_Sub_BG, w->view_Toolbar_Video_BG,
-             w->view_Toolbar_Video_Sub_BG, w->view_Toolbar_Data_BG, w->view_Toolbar_Data_Sub_BG,
-             w->view_Toolbar_ISO_BG, w->view_Toolbar_Tools_BG, w->spaceoccupiedviewControl,
-             w->customviewButtonBurn};
-    for (QWidget *v : views)
-        v->update();
-}
+void AppDelegate::OnToolsColors() { m_colours->showSheet(); }
+void AppDelegate::OK_Window_Colors() { m_colours->ok(); }
+void AppDelegate::Cancel_Window_Colors() { m_colours->cancel(); }
+void AppDelegate::TimerSetAlternatingRowsRoutine() { m_colours->setAlternatingRows(); }
+void AppDelegate::TimerForceColorsAtStartupRoutine() { m_colours->forceColours(); }
 
 // ----------------------------------------------------------------- preview
 

@@ -17,7 +17,11 @@
 
 class StatusSheet;
 class AVSPDocument;
+class AwayNotice;
 class CompilationActions;
+class CompilationTabs;
+class DriveMenu;
+class WindowColours;
 class DataBurnFlow;
 class DataFolderModel;
 class DriveBackend;
@@ -47,9 +51,10 @@ class Window_Unique_Progress;
 class Window_Video_Settings;
 
 // The application controller: the one long-lived object. It owns the lists,
-// the drives, the settings in memory, every sheet and every one-shot timer,
-// and turns each command of the main window into a call of the subsystem
-// that does the work. Nothing here blocks: tool runs, status queries, disk
+// the drives, the settings in memory, the operations and every sheet's
+// outlet, and turns each command of the main window into a call of the
+// subsystem that does the work (the operations, CompilationTabs, DriveMenu,
+// WindowColours). Nothing here blocks: tool runs, status queries, disk
 // walks and media probes all answer later.
 class AppDelegate : public QObject {
     Q_OBJECT
@@ -211,7 +216,7 @@ public:
     IsoCreationFlow *isoCreation() const { return m_isoCreation; }
     ImageBurnFlow *imageBurn() const { return m_imageBurn; }
     DuplicationFlow *duplication() const { return m_duplication; }
-    const DriveMenuState &driveMenu() const { return m_driveMenu; }
+    const DriveMenuState &driveMenu() const;
     AppSettings &settings() { return m_settings; }
 
 signals:
@@ -219,15 +224,14 @@ signals:
     void drivesListed();
 
 private:
+    void createWindowParts();
     void connectWindow();
     void connectMenus();
     void connectLists();
     void createOperations();
     void selectTabFromMenu(int index);
     void chooseKindButton(int tab, qint64 type);
-    void setBurnTitle(const QString &title);
     void openPage(const QUrl &page);
-    void applyDriveMenu();
     void erase(bool full);
     // Cancel pressed on a sheet (or Escape): the operation under way decides
     // what stopping means for it.
@@ -235,15 +239,10 @@ private:
     // Every operation starts here: its log file, and the clock for telling
     // its end to a user who is elsewhere.
     void beginOperation(const QString &title);
-    // An operation that ran longer than NotifyAfterMs and ends while the
-    // window is not the active one: the desktop shows its verdict.
-    void tellIfAway(const QString &verdict);
     void play(int tab);
-    void applyTableLook(bool okRule);
     void fatal(const QString &text);
     void burnMedia(BurnOperation operation);
     void quitStoppingTools();
-    bool systemIsDark() const;
 
     AppContext m_context;
     AppSettings m_settings;
@@ -252,8 +251,7 @@ private:
     MediaQuestions *m_media = nullptr;
     std::unique_ptr<RunLog> m_log;
     bool m_quitting = false;
-    QString m_operationTitle;  // the operation under way, empty once told
-    qint64 m_operationStartMs = 0;
+    std::unique_ptr<AwayNotice> m_notice;  // an operation longer than NotifyAfterMs told to a user elsewhere
     std::unique_ptr<Recorder> m_recorder;
     MediaBurn *m_mediaBurn = nullptr;
     CompilationActions *m_adding = nullptr;
@@ -265,5 +263,7 @@ private:
     DiscInfoFlow *m_discInfo = nullptr;
     OperationSheets *m_sheets = nullptr;
     QList<Operation *> m_operations;  // every operation, in the order a Cancel looks for the busy one
-    DriveMenuState m_driveMenu;
+    DriveMenu *m_drives = nullptr;
+    CompilationTabs *m_tabs = nullptr;
+    WindowColours *m_colours = nullptr;
 };

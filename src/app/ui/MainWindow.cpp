@@ -343,27 +343,12 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent)
 
 QString MainWindow::tabIdentifier(int index) const
 {
-    return tabviewMain->tabBar()->tabData(index).toString();
+    return CompilationTabs::tabIdentifier(tabviewMain, index);
 }
 
 QString MainWindow::selectedTabIdentifier() const
 {
     return tabIdentifier(tabviewMain->currentIndex());
-}
-
-void MainWindow::setBordered(QPushButton *button, bool bordered)
-{
-    button->setFlat(!bordered);
-    QFont f = button->font();
-    f.setBold(bordered);
-    button->setFont(f);
-    // Screen readers hear which kind is chosen.
-    button->setAccessibleDescription(bordered ? QStringLiteral("Chosen") : QString());
-}
-
-bool MainWindow::isBordered(const QPushButton *button)
-{
-    return !button->isFlat();
 }
 
 QPushButton *MainWindow::buttonFor(ListCommand command, int tab) const

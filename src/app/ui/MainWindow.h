@@ -3,6 +3,8 @@
 #include <QMainWindow>
 #include <array>
 
+#include "compilation/ui/CompilationTabs.h"
+
 class CompilationTable;
 class QAction;
 class QMenu;
@@ -28,8 +30,8 @@ public:
     QString selectedTabIdentifier() const;
 
     // A disc-kind button drawn bordered (the chosen kind) or borderless.
-    static void setBordered(QPushButton *button, bool bordered);
-    static bool isBordered(const QPushButton *button);
+    static void setBordered(QPushButton *button, bool bordered) { CompilationTabs::setBordered(button, bordered); }
+    static bool isBordered(const QPushButton *button) { return CompilationTabs::isBordered(button); }
 
     QTabWidget *tabviewMain;
 
