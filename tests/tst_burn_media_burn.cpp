@@ -19,132 +19,63 @@
 #include "support/TestMain.h"
 #include "support/Tools.h"
 #include "support/WorkingSheet.h"
+#include "app/ui/OperationSheets.h"
+#include "images/ui/Window_Data_Copy_Folders.h"
 #include "toolrun/ui/StatusWindows.h"
 
-// The status windows themselves, driven as the controller drives them.
-class WindowSheets {
-public:
+// The status windows themselves, shown by the controller's own
+// OperationSheets on a main window of the test, with what the tests read
+// from them on the way: the upper bar each time the lower bar counts a file
+// done, and the working sheet as it was begun, after each report that
+// changed it, and as it ended.
+struct SheetWindows {
+    SheetWindows() { main.show(); }
+
     // Shows the sheets `operation` asks for, as the controller shows them.
     void follow(Operation *operation)
     {
-        QObject::connect(operation, &Operation::sheetShown, &main, [this](OperationSheet sheet) {
-            if (sheet == OperationSheet::Transcoding)
-                beginProgress();
-            else if (sheet == OperationSheet::Working)
-                showPerformingOperation();
-            else if (sheet == OperationSheet::Verifying)
-                showVerifying();
+        // Read before the sheets move the bar or let the working sheet go.
+        QObject::connect(operation, &Operation::barMoved, &main, [this](OperationBar bar, double value) {
+            if (bar == OperationBar::Overall && value > 0 && windowProgress)
+                fileBarAtEachFileEnd << qMakePair(windowProgress->progressBar->maxDouble(),
+                                                  windowProgress->progressBar->doubleValue());
         });
         QObject::connect(operation, &Operation::sheetClosed, &main, [this](OperationSheet sheet) {
-            if (sheet == OperationSheet::Transcoding)
-                endProgress();
-            else
-                endPerformingOperation();
+            if ((sheet == OperationSheet::Working || sheet == OperationSheet::Verifying) && windowPerformingOperation)
+                workingSheet << QStringLiteral("end: ") + workingSheetNow(windowPerformingOperation);
         });
-        QObject::connect(operation, &Operation::barRanged, &main, [this](OperationBar bar, double m) {
-            if (bar == OperationBar::Overall)
-                setOverallRange(m);
-            else
-                setFileRange(m);
+        sheets.follow(operation);
+        // Read once the sheets have shown what was asked.
+        QObject::connect(operation, &Operation::sheetShown, &main, [this](OperationSheet sheet) {
+            if ((sheet == OperationSheet::Working || sheet == OperationSheet::Verifying)
+                && windowPerformingOperation && windowPerformingOperation != m_snapped) {
+                m_snapped = windowPerformingOperation;  // a working sheet just begun
+                workingSheet << workingSheetNow(windowPerformingOperation);
+            }
         });
-        QObject::connect(operation, &Operation::barMoved, &main, [this](OperationBar bar, double v) {
-            if (bar == OperationBar::Overall)
-                setOverallValue(v);
-            else
-                setFileValue(v);
-        });
-        QObject::connect(operation, &Operation::writeReported, &main,
-                         [this](const WriteReport &r) { showWriteProgress(r); });
-        QObject::connect(operation, &Operation::lastSheet, &main, [this](const OperationEnd &end) {
-            if (end.kind == OperationEnd::Failed)
-                showOperationFailed(end.failure);
-            else if (end.kind == OperationEnd::Verified)
-                showOperationVerified();
-            else
-                showOperationComplete();
+        QObject::connect(operation, &Operation::writeReported, &main, [this] {
+            if (!windowPerformingOperation)
+                return;
+            const QString now = workingSheetNow(windowPerformingOperation);
+            if (workingSheet.isEmpty() || workingSheet.last() != now)
+                workingSheet << now;
         });
     }
 
     QWidget main;
     QPointer<Window_Progress> windowProgress;
+    QPointer<Window_Unique_Progress> windowUniqueProgress;
     QPointer<Window_Performing_Operation> windowPerformingOperation;
     QPointer<Window_Operation_Terminated> windowOperationCompleted;
+    QPointer<Window_Data_Copy_Folders> windowDataCopyFolders;
+    OperationSheets sheets{&main,
+                           {windowProgress, windowUniqueProgress, windowPerformingOperation, windowOperationCompleted,
+                            windowDataCopyFolders}};
     QList<QPair<double, double>> fileBarAtEachFileEnd;  // (maximum, value)
     QStringList workingSheet;  // the working sheet when begun, after each report, and when ended
 
-    void beginProgress()
-    {
-        windowProgress = new Window_Progress(&main);
-        windowProgress->begin();
-    }
-    void setOverallRange(double m)
-    {
-        windowProgress->progressOverall->setMinDouble(0);
-        windowProgress->progressOverall->setMaxDouble(m);
-    }
-    void setOverallValue(double v)
-    {
-        if (v > 0)
-            fileBarAtEachFileEnd << qMakePair(windowProgress->progressBar->maxDouble(),
-                                              windowProgress->progressBar->doubleValue());
-        windowProgress->progressOverall->setDoubleValue(v);
-    }
-    void setFileRange(double m)
-    {
-        windowProgress->progressBar->setMinDouble(0);
-        windowProgress->progressBar->setMaxDouble(m);
-    }
-    void setFileValue(double v) { windowProgress->progressBar->setDoubleValue(v); }
-    void endProgress()
-    {
-        windowProgress->endSheet();
-        delete windowProgress;
-    }
-    void showPerformingOperation()
-    {
-        windowPerformingOperation = new Window_Performing_Operation(&main);
-        windowPerformingOperation->begin();
-        workingSheet << workingSheetNow(windowPerformingOperation);
-    }
-    void showWriteProgress(const WriteReport &report)
-    {
-        if (!windowPerformingOperation)
-            return;
-        windowPerformingOperation->showWriteReport(report);
-        const QString now = workingSheetNow(windowPerformingOperation);
-        if (workingSheet.isEmpty() || workingSheet.last() != now)
-            workingSheet << now;
-    }
-    void endPerformingOperation()
-    {
-        if (windowPerformingOperation) {
-            workingSheet << QStringLiteral("end: ") + workingSheetNow(windowPerformingOperation);
-            windowPerformingOperation->endSheet();
-            delete windowPerformingOperation;
-        }
-    }
-    void showOperationComplete()
-    {
-        windowOperationCompleted = new Window_Operation_Terminated(&main);
-        windowOperationCompleted->begin();
-    }
-    void showOperationFailed(const OperationFailure &f)
-    {
-        windowOperationCompleted = new Window_Operation_Terminated(&main);
-        windowOperationCompleted->showFailure(f);
-        windowOperationCompleted->begin();
-    }
-    void showVerifying()
-    {
-        if (!windowPerformingOperation)
-            showPerformingOperation();
-        windowPerformingOperation->labelDescription->setText(QStringLiteral("Verifying the disc…"));
-    }
-    void showOperationVerified()
-    {
-        showOperationComplete();
-        windowOperationCompleted->labelMessage->setText(QStringLiteral("The disc was written and verified."));
-    }
+private:
+    QPointer<Window_Performing_Operation> m_snapped;
 };
 
 // A recorder that prints a recorded output slowly, a few bytes a write,
@@ -200,8 +131,7 @@ private:
     QStringList workingSheetWhileRecording(const QString &fixture)
     {
         FixtureRecorder recorder(fixture);
-        WindowSheets sheets;
-        sheets.main.show();
+        SheetWindows sheets;
         FakeAlerts alerts;
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
@@ -551,8 +481,7 @@ private slots:
         // The upper bar's maximum is the file's seconds while it is fed the
         // percentage: a 2 s file ends at 100 on a bar of maximum 2.
         DrutilRecorder recorder(fake("burn-drutil"));
-        WindowSheets sheets;
-        sheets.main.show();
+        SheetWindows sheets;
         FakeAlerts alerts;
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
