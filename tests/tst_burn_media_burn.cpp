@@ -1,6 +1,5 @@
 #include <QElapsedTimer>
 #include <QProcess>
-#include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <cmath>
@@ -136,9 +135,9 @@ private:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         sheets.follow(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
+        SheetLog log(&burn);
         burn.burn(BurnOperation::MP3CD, {mediaFile(m_media.filePath("b song.mp3"), 2)}, m_ctx);
-        if (!completed.wait(60000) || !sheets.windowOperationCompleted)
+        if (!log.waitEnded(1, 60000) || !log.endedComplete() || !sheets.windowOperationCompleted)
             return {};
         return sheets.workingSheet;
     }
@@ -181,15 +180,12 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
-        QSignalSpy recording(&burn, &MediaBurn::recordingStarted);
-        qint64 recordingAt = -1;
-        connect(&burn, &MediaBurn::recordingStarted, this, [&] { recordingAt = sheets.clock.elapsed(); });
 
         const QList<NodeMediaFile> list = audioList();
         burn.burn(BurnOperation::AudioCD, list, m_ctx);
         QVERIFY(burn.isBusy());
-        QVERIFY(completed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedComplete(), qPrintable(sheets.sheets().join(", ")));
         QVERIFY(!burn.isBusy());
 
         QVERIFY(alerts.shown.isEmpty());
@@ -204,9 +200,10 @@ private slots:
         QVERIFY(outline.indexOf("overall 1") < outline.indexOf("overall 2"));
         QVERIFY(!outline.contains("fileRange 1") || outline.indexOf("fileRange 1") > outline.indexOf("overall 1"));
         // The recorder starts from the 0.1 s timer after the sheet ended.
+        const qint64 recordingAt = sheets.timeOf("toolStarted");
         QVERIFY2(recordingAt - sheets.timeOf("closeTranscoding") >= 90, qPrintable(QString::number(recordingAt - sheets.timeOf("closeTranscoding"))));
         QVERIFY(sheets.timeOf("operationComplete") - sheets.timeOf("showPerformingOperation") >= 250);
-        QCOMPARE(recording.count(), 1);
+        QCOMPARE(sheets.events.count("toolStarted"), 1);
 
         QCOMPARE(logLines(), (QStringList{"burn|-audio|" + m_ctx.audioFolder + "|-drive|1", "list: a.wav b song.wav "}));
         QVERIFY(names(m_ctx.audioFolder).isEmpty());
@@ -233,12 +230,12 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(family));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
         if (BurnOperation(op) == BurnOperation::MP3CD)
             burn.burn(BurnOperation::MP3CD, audioList(), m_ctx);
         else
             burn.burn(BurnOperation::MP3DVD, audioList(), m_ctx);
-        QVERIFY(completed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedComplete(), qPrintable(sheets.sheets().join(", ")));
         QVERIFY(alerts.shown.isEmpty());
         QCOMPARE(logLines(), (QStringList{"burn|-noverify|" + m_ctx.audioFolder + "|-drive|1", "list: a.mp3 b song.mp3 "}));
         QCOMPARE(sheets.outline().last(), QStringLiteral("operationComplete"));
@@ -265,13 +262,13 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(family));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
         MediaBurnContext ctx = m_ctx;
         ctx.videoFormat = QStringLiteral("1");
         ctx.audioFormat = QStringLiteral("0");
         ctx.currentDrive.s_Drive_Number = QStringLiteral("2");
         burn.burn(BurnOperation(op), {mediaFile(m_media.filePath("clip.mov"), 1)}, ctx);
-        QVERIFY(completed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedComplete(), qPrintable(sheets.sheets().join(", ")));
         QVERIFY(alerts.shown.isEmpty());
         QCOMPARE(logLines(), (QStringList{"burn|-noverify|" + m_ctx.videoFolder + "|-drive|2", "list: clip.mpg "}));
         QCOMPARE(sheets.outline(),
@@ -330,21 +327,20 @@ private slots:
         FakeDriveBackend drive(noDisc ? FakeDriveBackend::noDisc() : FakeDriveBackend::blank(family));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy refused(&burn, &MediaBurn::refused);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
         MediaBurnContext ctx = m_ctx;
         ctx.debugMode = true;
         const QList<NodeMediaFile> list = emptyList ? QList<NodeMediaFile>{}
                                                     : QList<NodeMediaFile>{mediaFile(m_media.filePath("a.flac"), 1)};
         burn.burn(BurnOperation(op), list, ctx);
-        QCOMPARE(refused.count(), 1);
+        QCOMPARE(sheets.endedCount, 1);
+        QVERIFY(sheets.endedRefused());
         QVERIFY(!burn.isBusy());
         QCOMPARE(alerts.texts(), texts);
         if (emptyList)
             QVERIFY(drive.calls.isEmpty());
         QTest::qWait(300);
         QVERIFY(sheets.outline().isEmpty());
-        QCOMPARE(completed.count(), 0);
+        QCOMPARE(sheets.completions(), 0);
         QCOMPARE(ToolRun::running().size(), 0);
         QVERIFY(!QFile::exists(m_log));
         QCOMPARE(names(m_ctx.audioFolder), QStringList{QStringLiteral("keep.wav")});
@@ -367,13 +363,12 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
-        QSignalSpy failed(&burn, &MediaBurn::failed);
         burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("a.flac"), 1)}, m_ctx);
-        QVERIFY(failed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedFailed(), qPrintable(sheets.sheets().join(", ")));
         qunsetenv("TAMBLO_FAKE_BURN_EXIT");
         qunsetenv("TAMBLO_FAKE_BURN_SAY");
-        QCOMPARE(completed.count(), 0);
+        QCOMPARE(sheets.completions(), 0);
         QCOMPARE(sheets.outline().mid(sheets.outline().size() - 3),
                  (QStringList{"showPerformingOperation", "closePerformingOperation", "operationFailed"}));
         QCOMPARE(sheets.failure().message, QStringLiteral("The disc could not be written."));
@@ -391,9 +386,9 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy failed(&burn, &MediaBurn::failed);
         burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("a.flac"), 1)}, m_ctx);
-        QVERIFY(failed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedFailed(), qPrintable(sheets.sheets().join(", ")));
         QCOMPARE(alerts.shown.size(), 1);
         QCOMPARE(alerts.shown.first().messageText, QStringLiteral("drutil could not be started."));
         QVERIFY(!sheets.outline().contains(QStringLiteral("operationComplete")));
@@ -409,13 +404,12 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy failed(&burn, &MediaBurn::failed);
-        QSignalSpy started(&burn, &MediaBurn::recordingStarted);
         const QString missing = m_media.filePath("missing.mp3");
         burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("a.flac"), 1), mediaFile(missing, 4)}, m_ctx);
-        QVERIFY(failed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedFailed(), qPrintable(sheets.sheets().join(", ")));
         QTest::qWait(300);
-        QCOMPARE(started.count(), 0);
+        QCOMPARE(sheets.events.count("toolStarted"), 0);
         QVERIFY(!QFile::exists(m_log));  // the recorder never ran
         QCOMPARE(alerts.shown.size(), 1);
         QCOMPARE(alerts.shown.first().messageText, QStringLiteral("\"missing.mp3\" could not be converted."));
@@ -436,12 +430,12 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
         burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("a.flac"), 1)}, m_ctx);
         burn.burn(BurnOperation::VideoDVD, {mediaFile(m_media.filePath("clip.mov"), 1)}, m_ctx);
-        QVERIFY(completed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedComplete(), qPrintable(sheets.sheets().join(", ")));
         QTest::qWait(300);
-        QCOMPARE(completed.count(), 1);
+        QCOMPARE(sheets.completions(), 1);
         QCOMPARE(drive.calls.count(QStringLiteral("IsDriveEmpty")), 1);
         QCOMPARE(sheets.outline().count(QStringLiteral("showTranscoding")), 1);
         QCOMPARE(logLines().size(), 2);
@@ -486,9 +480,8 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         sheets.follow(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
+        SheetLog log(&burn);
         bool progressShownDuringTranscode = false;
-        connect(&burn, &MediaBurn::transcodesFinished, this, [&] {});
         QTimer poll;
         connect(&poll, &QTimer::timeout, this, [&] {
             if (sheets.windowProgress && sheets.windowProgress->isVisible())
@@ -496,7 +489,8 @@ private slots:
         });
         poll.start(10);
         burn.burn(BurnOperation::AudioCD, audioList(), m_ctx);
-        QVERIFY(completed.wait(30000));
+        QVERIFY(log.waitEnded(1, 30000));
+        QVERIFY2(log.endedComplete(), qPrintable(log.sheets().join(", ")));
         QVERIFY(progressShownDuringTranscode);
         // The first file is on the upper bar until it ends; the file that
         // ends last ends at 100.
