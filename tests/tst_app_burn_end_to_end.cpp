@@ -45,7 +45,7 @@
 #include "support/FakeFilePicker.h"
 #include "support/Files.h"
 #include "support/TestMain.h"
-#include "support/WorkingSheet.h"
+#include "support/SheetChecks.h"
 #include "drives/XorrisoBackend.h"
 #include "toolrun/ToolRun.h"
 #include "toolrun/ui/StatusWindows.h"

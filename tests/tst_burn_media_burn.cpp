@@ -17,7 +17,7 @@
 #include "support/SheetLog.h"
 #include "support/TestMain.h"
 #include "support/Tools.h"
-#include "support/WorkingSheet.h"
+#include "support/SheetChecks.h"
 #include "app/ui/OperationSheets.h"
 #include "images/ui/Window_Data_Copy_Folders.h"
 #include "toolrun/ui/StatusWindows.h"
