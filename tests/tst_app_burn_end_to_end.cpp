@@ -45,7 +45,7 @@
 #include "support/FakeFilePicker.h"
 #include "support/Files.h"
 #include "support/TestMain.h"
-#include "support/WorkingSheet.h"
+#include "support/SheetChecks.h"
 #include "drives/XorrisoBackend.h"
 #include "toolrun/ToolRun.h"
 #include "toolrun/ui/StatusWindows.h"
@@ -226,8 +226,8 @@ private slots:
         QCOMPARE(rig.app->arrayMediaFiles->count(), 2);  // choosing the kind keeps the list
 
         QList<ToolCommand> recordings;
-        connect(rig.app->mediaBurn(), &MediaBurn::recordingStarted, this,
-                [&](const ToolCommand &c) { recordings << c; });
+        connect(rig.app->mediaBurn(), &Operation::toolStarted, this,
+                [&](const QString &program, const QStringList &arguments) { recordings << ToolCommand{program, arguments}; });
         SheetWatch watch(rig.app.get());
         QVERIFY2(burnAndWaitForComplete(rig, watch), qPrintable(watch.events.join(", ")));
 
@@ -287,8 +287,8 @@ private slots:
         QCOMPARE(w->btnBurn->text(), QStringLiteral("Burn Video DVD"));
 
         QList<ToolCommand> recordings;
-        connect(rig.app->mediaBurn(), &MediaBurn::recordingStarted, this,
-                [&](const ToolCommand &c) { recordings << c; });
+        connect(rig.app->mediaBurn(), &Operation::toolStarted, this,
+                [&](const QString &program, const QStringList &arguments) { recordings << ToolCommand{program, arguments}; });
         SheetWatch watch(rig.app.get());
         QVERIFY2(burnAndWaitForComplete(rig, watch), qPrintable(watch.events.join(", ")));
 
@@ -760,7 +760,7 @@ private slots:
         MainWindow *w = rig.window();
         QVERIFY(rig.addFiles(w->toolbar_btn_Audio_Add_Files, {bad}));
         QTest::mouseClick(w->btnMP3CD, Qt::LeftButton);
-        QSignalSpy recordings(rig.app->mediaBurn(), &MediaBurn::recordingStarted);
+        QSignalSpy recordings(rig.app->mediaBurn(), &Operation::toolStarted);  // the recorder
         SheetWatch watch(rig.app.get());
         burnAndWaitForTheEnd(rig);
         QCOMPARE(rig.alerts.shown.size(), 1);
@@ -885,7 +885,7 @@ private slots:
         const QString longer = m_media.filePath("longer.flac");
         QVERIFY(makeMedia({"-f", "lavfi", "-i", "sine=frequency=440:duration=20", longer}));
         QVERIFY(rig.addFiles(rig.window()->toolbar_btn_Audio_Add_Files, {m_mp3, longer}));
-        QSignalSpy recordings(rig.app->mediaBurn(), &MediaBurn::recordingStarted);
+        QSignalSpy recordings(rig.app->mediaBurn(), &Operation::toolStarted);  // the recorder
         {
             // Every file a child writes may hold 600 KB: the 2 s WAV fits, the 20 s WAV does not fit.
             FileSizeLimit full(600 * 1024);

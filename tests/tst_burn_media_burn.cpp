@@ -1,6 +1,5 @@
 #include <QElapsedTimer>
 #include <QProcess>
-#include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <cmath>
@@ -18,133 +17,64 @@
 #include "support/SheetLog.h"
 #include "support/TestMain.h"
 #include "support/Tools.h"
-#include "support/WorkingSheet.h"
+#include "support/SheetChecks.h"
+#include "app/ui/OperationSheets.h"
+#include "images/ui/Window_Data_Copy_Folders.h"
 #include "toolrun/ui/StatusWindows.h"
 
-// The status windows themselves, driven as the controller drives them.
-class WindowSheets {
-public:
+// The status windows themselves, shown by the controller's own
+// OperationSheets on a main window of the test, with what the tests read
+// from them on the way: the upper bar each time the lower bar counts a file
+// done, and the working sheet as it was begun, after each report that
+// changed it, and as it ended.
+struct SheetWindows {
+    SheetWindows() { main.show(); }
+
     // Shows the sheets `operation` asks for, as the controller shows them.
     void follow(Operation *operation)
     {
-        QObject::connect(operation, &Operation::sheetShown, &main, [this](OperationSheet sheet) {
-            if (sheet == OperationSheet::Transcoding)
-                beginProgress();
-            else if (sheet == OperationSheet::Working)
-                showPerformingOperation();
-            else if (sheet == OperationSheet::Verifying)
-                showVerifying();
+        // Read before the sheets move the bar or let the working sheet go.
+        QObject::connect(operation, &Operation::barMoved, &main, [this](OperationBar bar, double value) {
+            if (bar == OperationBar::Overall && value > 0 && windowProgress)
+                fileBarAtEachFileEnd << qMakePair(windowProgress->progressBar->maxDouble(),
+                                                  windowProgress->progressBar->doubleValue());
         });
         QObject::connect(operation, &Operation::sheetClosed, &main, [this](OperationSheet sheet) {
-            if (sheet == OperationSheet::Transcoding)
-                endProgress();
-            else
-                endPerformingOperation();
+            if ((sheet == OperationSheet::Working || sheet == OperationSheet::Verifying) && windowPerformingOperation)
+                workingSheet << QStringLiteral("end: ") + workingSheetNow(windowPerformingOperation);
         });
-        QObject::connect(operation, &Operation::barRanged, &main, [this](OperationBar bar, double m) {
-            if (bar == OperationBar::Overall)
-                setOverallRange(m);
-            else
-                setFileRange(m);
+        sheets.follow(operation);
+        // Read once the sheets have shown what was asked.
+        QObject::connect(operation, &Operation::sheetShown, &main, [this](OperationSheet sheet) {
+            if ((sheet == OperationSheet::Working || sheet == OperationSheet::Verifying)
+                && windowPerformingOperation && windowPerformingOperation != m_snapped) {
+                m_snapped = windowPerformingOperation;  // a working sheet just begun
+                workingSheet << workingSheetNow(windowPerformingOperation);
+            }
         });
-        QObject::connect(operation, &Operation::barMoved, &main, [this](OperationBar bar, double v) {
-            if (bar == OperationBar::Overall)
-                setOverallValue(v);
-            else
-                setFileValue(v);
-        });
-        QObject::connect(operation, &Operation::writeReported, &main,
-                         [this](const WriteReport &r) { showWriteProgress(r); });
-        QObject::connect(operation, &Operation::lastSheet, &main, [this](const OperationEnd &end) {
-            if (end.kind == OperationEnd::Failed)
-                showOperationFailed(end.failure);
-            else if (end.kind == OperationEnd::Verified)
-                showOperationVerified();
-            else
-                showOperationComplete();
+        QObject::connect(operation, &Operation::writeReported, &main, [this] {
+            if (!windowPerformingOperation)
+                return;
+            const QString now = workingSheetNow(windowPerformingOperation);
+            if (workingSheet.isEmpty() || workingSheet.last() != now)
+                workingSheet << now;
         });
     }
 
     QWidget main;
     QPointer<Window_Progress> windowProgress;
+    QPointer<Window_Unique_Progress> windowUniqueProgress;
     QPointer<Window_Performing_Operation> windowPerformingOperation;
     QPointer<Window_Operation_Terminated> windowOperationCompleted;
+    QPointer<Window_Data_Copy_Folders> windowDataCopyFolders;
+    OperationSheets sheets{&main,
+                           {windowProgress, windowUniqueProgress, windowPerformingOperation, windowOperationCompleted,
+                            windowDataCopyFolders}};
     QList<QPair<double, double>> fileBarAtEachFileEnd;  // (maximum, value)
     QStringList workingSheet;  // the working sheet when begun, after each report, and when ended
 
-    void beginProgress()
-    {
-        windowProgress = new Window_Progress(&main);
-        windowProgress->begin();
-    }
-    void setOverallRange(double m)
-    {
-        windowProgress->progressOverall->setMinDouble(0);
-        windowProgress->progressOverall->setMaxDouble(m);
-    }
-    void setOverallValue(double v)
-    {
-        if (v > 0)
-            fileBarAtEachFileEnd << qMakePair(windowProgress->progressBar->maxDouble(),
-                                              windowProgress->progressBar->doubleValue());
-        windowProgress->progressOverall->setDoubleValue(v);
-    }
-    void setFileRange(double m)
-    {
-        windowProgress->progressBar->setMinDouble(0);
-        windowProgress->progressBar->setMaxDouble(m);
-    }
-    void setFileValue(double v) { windowProgress->progressBar->setDoubleValue(v); }
-    void endProgress()
-    {
-        windowProgress->endSheet();
-        delete windowProgress;
-    }
-    void showPerformingOperation()
-    {
-        windowPerformingOperation = new Window_Performing_Operation(&main);
-        windowPerformingOperation->begin();
-        workingSheet << workingSheetNow(windowPerformingOperation);
-    }
-    void showWriteProgress(const WriteReport &report)
-    {
-        if (!windowPerformingOperation)
-            return;
-        windowPerformingOperation->showWriteReport(report);
-        const QString now = workingSheetNow(windowPerformingOperation);
-        if (workingSheet.isEmpty() || workingSheet.last() != now)
-            workingSheet << now;
-    }
-    void endPerformingOperation()
-    {
-        if (windowPerformingOperation) {
-            workingSheet << QStringLiteral("end: ") + workingSheetNow(windowPerformingOperation);
-            windowPerformingOperation->endSheet();
-            delete windowPerformingOperation;
-        }
-    }
-    void showOperationComplete()
-    {
-        windowOperationCompleted = new Window_Operation_Terminated(&main);
-        windowOperationCompleted->begin();
-    }
-    void showOperationFailed(const OperationFailure &f)
-    {
-        windowOperationCompleted = new Window_Operation_Terminated(&main);
-        windowOperationCompleted->showFailure(f);
-        windowOperationCompleted->begin();
-    }
-    void showVerifying()
-    {
-        if (!windowPerformingOperation)
-            showPerformingOperation();
-        windowPerformingOperation->labelDescription->setText(QStringLiteral("Verifying the disc…"));
-    }
-    void showOperationVerified()
-    {
-        showOperationComplete();
-        windowOperationCompleted->labelMessage->setText(QStringLiteral("The disc was written and verified."));
-    }
+private:
+    QPointer<Window_Performing_Operation> m_snapped;
 };
 
 // A recorder that prints a recorded output slowly, a few bytes a write,
@@ -200,15 +130,14 @@ private:
     QStringList workingSheetWhileRecording(const QString &fixture)
     {
         FixtureRecorder recorder(fixture);
-        WindowSheets sheets;
-        sheets.main.show();
+        SheetWindows sheets;
         FakeAlerts alerts;
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         sheets.follow(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
+        SheetLog log(&burn);
         burn.burn(BurnOperation::MP3CD, {mediaFile(m_media.filePath("b song.mp3"), 2)}, m_ctx);
-        if (!completed.wait(60000) || !sheets.windowOperationCompleted)
+        if (!log.waitEnded(1, 60000) || !log.endedComplete() || !sheets.windowOperationCompleted)
             return {};
         return sheets.workingSheet;
     }
@@ -251,15 +180,12 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
-        QSignalSpy recording(&burn, &MediaBurn::recordingStarted);
-        qint64 recordingAt = -1;
-        connect(&burn, &MediaBurn::recordingStarted, this, [&] { recordingAt = sheets.clock.elapsed(); });
 
         const QList<NodeMediaFile> list = audioList();
         burn.burn(BurnOperation::AudioCD, list, m_ctx);
         QVERIFY(burn.isBusy());
-        QVERIFY(completed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedComplete(), qPrintable(sheets.sheets().join(", ")));
         QVERIFY(!burn.isBusy());
 
         QVERIFY(alerts.shown.isEmpty());
@@ -274,9 +200,10 @@ private slots:
         QVERIFY(outline.indexOf("overall 1") < outline.indexOf("overall 2"));
         QVERIFY(!outline.contains("fileRange 1") || outline.indexOf("fileRange 1") > outline.indexOf("overall 1"));
         // The recorder starts from the 0.1 s timer after the sheet ended.
+        const qint64 recordingAt = sheets.timeOf("toolStarted");
         QVERIFY2(recordingAt - sheets.timeOf("closeTranscoding") >= 90, qPrintable(QString::number(recordingAt - sheets.timeOf("closeTranscoding"))));
         QVERIFY(sheets.timeOf("operationComplete") - sheets.timeOf("showPerformingOperation") >= 250);
-        QCOMPARE(recording.count(), 1);
+        QCOMPARE(sheets.events.count("toolStarted"), 1);
 
         QCOMPARE(logLines(), (QStringList{"burn|-audio|" + m_ctx.audioFolder + "|-drive|1", "list: a.wav b song.wav "}));
         QVERIFY(names(m_ctx.audioFolder).isEmpty());
@@ -303,12 +230,12 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(family));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
         if (BurnOperation(op) == BurnOperation::MP3CD)
             burn.burn(BurnOperation::MP3CD, audioList(), m_ctx);
         else
             burn.burn(BurnOperation::MP3DVD, audioList(), m_ctx);
-        QVERIFY(completed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedComplete(), qPrintable(sheets.sheets().join(", ")));
         QVERIFY(alerts.shown.isEmpty());
         QCOMPARE(logLines(), (QStringList{"burn|-noverify|" + m_ctx.audioFolder + "|-drive|1", "list: a.mp3 b song.mp3 "}));
         QCOMPARE(sheets.outline().last(), QStringLiteral("operationComplete"));
@@ -335,13 +262,13 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(family));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
         MediaBurnContext ctx = m_ctx;
         ctx.videoFormat = QStringLiteral("1");
         ctx.audioFormat = QStringLiteral("0");
         ctx.currentDrive.s_Drive_Number = QStringLiteral("2");
         burn.burn(BurnOperation(op), {mediaFile(m_media.filePath("clip.mov"), 1)}, ctx);
-        QVERIFY(completed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedComplete(), qPrintable(sheets.sheets().join(", ")));
         QVERIFY(alerts.shown.isEmpty());
         QCOMPARE(logLines(), (QStringList{"burn|-noverify|" + m_ctx.videoFolder + "|-drive|2", "list: clip.mpg "}));
         QCOMPARE(sheets.outline(),
@@ -400,21 +327,20 @@ private slots:
         FakeDriveBackend drive(noDisc ? FakeDriveBackend::noDisc() : FakeDriveBackend::blank(family));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy refused(&burn, &MediaBurn::refused);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
         MediaBurnContext ctx = m_ctx;
         ctx.debugMode = true;
         const QList<NodeMediaFile> list = emptyList ? QList<NodeMediaFile>{}
                                                     : QList<NodeMediaFile>{mediaFile(m_media.filePath("a.flac"), 1)};
         burn.burn(BurnOperation(op), list, ctx);
-        QCOMPARE(refused.count(), 1);
+        QCOMPARE(sheets.endedCount, 1);
+        QVERIFY(sheets.endedRefused());
         QVERIFY(!burn.isBusy());
         QCOMPARE(alerts.texts(), texts);
         if (emptyList)
             QVERIFY(drive.calls.isEmpty());
         QTest::qWait(300);
         QVERIFY(sheets.outline().isEmpty());
-        QCOMPARE(completed.count(), 0);
+        QCOMPARE(sheets.completions(), 0);
         QCOMPARE(ToolRun::running().size(), 0);
         QVERIFY(!QFile::exists(m_log));
         QCOMPARE(names(m_ctx.audioFolder), QStringList{QStringLiteral("keep.wav")});
@@ -437,13 +363,12 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
-        QSignalSpy failed(&burn, &MediaBurn::failed);
         burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("a.flac"), 1)}, m_ctx);
-        QVERIFY(failed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedFailed(), qPrintable(sheets.sheets().join(", ")));
         qunsetenv("TAMBLO_FAKE_BURN_EXIT");
         qunsetenv("TAMBLO_FAKE_BURN_SAY");
-        QCOMPARE(completed.count(), 0);
+        QCOMPARE(sheets.completions(), 0);
         QCOMPARE(sheets.outline().mid(sheets.outline().size() - 3),
                  (QStringList{"showPerformingOperation", "closePerformingOperation", "operationFailed"}));
         QCOMPARE(sheets.failure().message, QStringLiteral("The disc could not be written."));
@@ -461,9 +386,9 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy failed(&burn, &MediaBurn::failed);
         burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("a.flac"), 1)}, m_ctx);
-        QVERIFY(failed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedFailed(), qPrintable(sheets.sheets().join(", ")));
         QCOMPARE(alerts.shown.size(), 1);
         QCOMPARE(alerts.shown.first().messageText, QStringLiteral("drutil could not be started."));
         QVERIFY(!sheets.outline().contains(QStringLiteral("operationComplete")));
@@ -479,13 +404,12 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy failed(&burn, &MediaBurn::failed);
-        QSignalSpy started(&burn, &MediaBurn::recordingStarted);
         const QString missing = m_media.filePath("missing.mp3");
         burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("a.flac"), 1), mediaFile(missing, 4)}, m_ctx);
-        QVERIFY(failed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedFailed(), qPrintable(sheets.sheets().join(", ")));
         QTest::qWait(300);
-        QCOMPARE(started.count(), 0);
+        QCOMPARE(sheets.events.count("toolStarted"), 0);
         QVERIFY(!QFile::exists(m_log));  // the recorder never ran
         QCOMPARE(alerts.shown.size(), 1);
         QCOMPARE(alerts.shown.first().messageText, QStringLiteral("\"missing.mp3\" could not be converted."));
@@ -506,12 +430,12 @@ private slots:
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         SheetLog sheets(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
         burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("a.flac"), 1)}, m_ctx);
         burn.burn(BurnOperation::VideoDVD, {mediaFile(m_media.filePath("clip.mov"), 1)}, m_ctx);
-        QVERIFY(completed.wait(30000));
+        QVERIFY(sheets.waitEnded(1, 30000));
+        QVERIFY2(sheets.endedComplete(), qPrintable(sheets.sheets().join(", ")));
         QTest::qWait(300);
-        QCOMPARE(completed.count(), 1);
+        QCOMPARE(sheets.completions(), 1);
         QCOMPARE(drive.calls.count(QStringLiteral("IsDriveEmpty")), 1);
         QCOMPARE(sheets.outline().count(QStringLiteral("showTranscoding")), 1);
         QCOMPARE(logLines().size(), 2);
@@ -551,15 +475,13 @@ private slots:
         // The upper bar's maximum is the file's seconds while it is fed the
         // percentage: a 2 s file ends at 100 on a bar of maximum 2.
         DrutilRecorder recorder(fake("burn-drutil"));
-        WindowSheets sheets;
-        sheets.main.show();
+        SheetWindows sheets;
         FakeAlerts alerts;
         FakeDriveBackend drive(FakeDriveBackend::blank(QStringLiteral("CD")));
         MediaBurn burn(recorder, alerts, drive.check());
         sheets.follow(&burn);
-        QSignalSpy completed(&burn, &MediaBurn::completed);
+        SheetLog log(&burn);
         bool progressShownDuringTranscode = false;
-        connect(&burn, &MediaBurn::transcodesFinished, this, [&] {});
         QTimer poll;
         connect(&poll, &QTimer::timeout, this, [&] {
             if (sheets.windowProgress && sheets.windowProgress->isVisible())
@@ -567,7 +489,8 @@ private slots:
         });
         poll.start(10);
         burn.burn(BurnOperation::AudioCD, audioList(), m_ctx);
-        QVERIFY(completed.wait(30000));
+        QVERIFY(log.waitEnded(1, 30000));
+        QVERIFY2(log.endedComplete(), qPrintable(log.sheets().join(", ")));
         QVERIFY(progressShownDuringTranscode);
         // The first file is on the upper bar until it ends; the file that
         // ends last ends at 100.

@@ -38,9 +38,16 @@ private:
 
     void burnAndWait(MediaBurn &burn, BurnOperation op, const QList<NodeMediaFile> &list, const MediaBurnContext &ctx)
     {
-        QSignalSpy completed(&burn, &MediaBurn::completed);
+        SheetLog log(&burn);
         burn.burn(op, list, ctx);
-        QVERIFY(completed.wait(60000));
+        QVERIFY(log.waitEnded(1, 60000));
+        QVERIFY2(log.endedComplete(), qPrintable(log.sheets().join(", ")));
+    }
+
+    // The recorder's command, as the burn started it.
+    static ToolCommand recording(const QSignalSpy &started)
+    {
+        return {started.first().at(0).toString(), started.first().at(1).toStringList()};
     }
 
 private slots:
@@ -70,11 +77,11 @@ private slots:
         FakeAlerts alerts;
         MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("CD")));
         SheetLog sheets(&burn);
-        QSignalSpy started(&burn, &MediaBurn::recordingStarted);
+        QSignalSpy started(&burn, &Operation::toolStarted);
         burnAndWait(burn, BurnOperation::MP3CD,
                     {mediaFile(m_media.filePath("zulu.mp3"), 2), mediaFile(m_media.filePath("alpha song.flac"), 1)}, ctx);
         QCOMPARE(sheets.steps().last(), QStringLiteral("operationComplete"));
-        const ToolCommand cmd = started.first().first().value<ToolCommand>();
+        const ToolCommand cmd = recording(started);
         QCOMPARE(cmd.program, m_tools.xorriso);
         QVERIFY(!cmd.arguments.join(' ').contains("blank"));
 
@@ -112,10 +119,10 @@ private slots:
             FakeAlerts alerts;
             MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(c.family)));
             SheetLog sheets(&burn);
-            QSignalSpy started(&burn, &MediaBurn::recordingStarted);
+            QSignalSpy started(&burn, &Operation::toolStarted);
             burnAndWait(burn, c.op, {mediaFile(c.source, 1)}, ctx);
             QCOMPARE(started.size(), 1);
-            const QStringList args = started.first().first().value<ToolCommand>().arguments;
+            const QStringList args = recording(started).arguments;
             QVERIFY2(args.join(' ').contains("-joliet on"), qPrintable(args.join(' ')));
             QCOMPARE(filesOn(image), QStringList{"'/" + c.discName + "'"});
             QVERIFY2(jolietHolds(image, c.discName), qPrintable(c.discName));
@@ -204,9 +211,9 @@ private slots:
         FakeAlerts alerts;
         MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank("CD")));
         SheetLog sheets(&burn);
-        QSignalSpy failed(&burn, &MediaBurn::failed);
         burn.burn(BurnOperation::AudioCD, {mediaFile(m_media.filePath("alpha song.flac"), 1)}, ctx);
-        QTRY_COMPARE_WITH_TIMEOUT(failed.count(), 1, 60000);
+        QTRY_COMPARE_WITH_TIMEOUT(sheets.endedCount, 1, 60000);
+        QVERIFY2(sheets.endedFailed(), qPrintable(sheets.sheets().join(", ")));
         QCOMPARE(sheets.steps(), (QStringList{"showTranscoding", "closeTranscoding", "showPerformingOperation", "closePerformingOperation", "operationFailed"}));
         QCOMPARE(sheets.failure().message, QStringLiteral("The disc could not be written."));
         QVERIFY2(sheets.failure().informative.contains("cdrskin: SORRY"), qPrintable(sheets.failure().informative));

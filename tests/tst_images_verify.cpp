@@ -495,7 +495,8 @@ private slots:
             MediaBurn burn(recorder, alerts, FakeDriveBackend::checkOf(FakeDriveBackend::blank(QStringLiteral("CD"))));
             SheetLog sheets(&burn);
             QList<ToolCommand> recordings;
-            connect(&burn, &MediaBurn::recordingStarted, this, [&](const ToolCommand &c) { recordings << c; });
+            connect(&burn, &Operation::toolStarted, this,
+                    [&](const QString &program, const QStringList &arguments) { recordings << ToolCommand{program, arguments}; });
             burn.burn(BurnOperation::MP3CD, {mediaFile(m_tone, 1)}, ctx);
             QVERIFY(QTest::qWaitFor([&] { return !burn.isBusy(); }, 120000));
             QVERIFY2(alerts.shown.isEmpty(), qPrintable(alerts.texts().join('\n')));

@@ -29,7 +29,6 @@ MediaBurn::MediaBurn(const Recorder &recorder, Alerts &alerts, MediumCheckFn che
             [this](int count) { emit barMoved(OperationBar::Overall, static_cast<double>(count)); });
     connect(m_sequence, &TranscodeSequence::finished, this, [this] {
         emit sheetClosed(OperationSheet::Transcoding);
-        emit transcodesFinished(m_operation);
         m_recordStep.start([this] { record(); });
     });
     connect(m_sequence, &TranscodeSequence::failed, this, &MediaBurn::transcodeFailed);
@@ -48,8 +47,7 @@ void MediaBurn::burn(BurnOperation operation, const QList<NodeMediaFile> &files,
                         if (!self)
                             return;
                         if (!passed) {
-                            self->finish();
-                            emit self->refused(operation);
+                            self->finish();  // the alert was the verdict
                             return;
                         }
                         self->m_operation = operation;
@@ -125,7 +123,7 @@ void MediaBurn::transcodeFailed(int index, const ToolVerdict &verdict)
             tell(ToolMessages::notStarted(verdict));
         else
             tell(BurnMessages::transcodeFailed(file, ToolMessages::toolWords(verdict)));
-        endFailed();
+        finish();
     });
 }
 
@@ -144,7 +142,6 @@ void MediaBurn::record()
     if (verifies() && m_recorder.checksItsWriting())
         tellWhenToolVerifies(&DiscVerify::saysVerifying);  // the recorder reads the disc back itself
     emit sheetShown(OperationSheet::Working);
-    emit recordingStarted(command);
 }
 
 bool MediaBurn::verifies() const
@@ -155,18 +152,7 @@ bool MediaBurn::verifies() const
 void MediaBurn::endWith(const OperationEnd &end)
 {
     emit lastSheet(end);
-    if (end.kind == OperationEnd::Failed)
-        endFailed();
-    else {
-        finish();
-        emit completed(m_operation);
-    }
-}
-
-void MediaBurn::endFailed()
-{
     finish();
-    emit failed(m_operation);
 }
 
 void MediaBurn::verifyThen(const QString &folder)
@@ -202,6 +188,6 @@ void MediaBurn::recordingEnded(const ToolVerdict &verdict)
             return;
         }
         tellFailure(mismatch ? DiscVerify::MismatchMessage : BurnMessages::DiscNotWritten, verdict);
-        endFailed();
+        finish();
     });
 }

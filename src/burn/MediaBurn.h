@@ -78,13 +78,6 @@ public:
     // the recorder and the last sheet says the disc was left unfinished.
     // (Operation::cancel.)
 
-signals:
-    void refused(BurnOperation operation);
-    void transcodesFinished(BurnOperation operation);  // sheet closed, recording due
-    void recordingStarted(const ToolCommand &command);
-    void completed(BurnOperation operation);            // complete sheet shown
-    void failed(BurnOperation operation);               // alert or failure sheet shown, nothing left behind
-
 protected:
     bool cancelSteps() override;
     bool stopWithoutAsking() override;
@@ -95,7 +88,6 @@ private:
     void transcodeFailed(int index, const ToolVerdict &verdict);
     void recordingEnded(const ToolVerdict &verdict);
     void endWith(const OperationEnd &end);
-    void endFailed();
     bool verifies() const;
     void verifyThen(const QString &folder);
     QString workingFolder() const;

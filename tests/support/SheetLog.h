@@ -122,6 +122,44 @@ public:
                 return times.at(i);
         return -1;
     }
+    // How the operation ended the last time it did: "complete", "verified"
+    // or "failed" as its last sheet said; "told" when it ended with no last
+    // sheet after it had shown or started something (an alert said why);
+    // "refused" when it ended before anything (an alert refused it). Empty
+    // while it has not ended.
+    QString ending() const
+    {
+        const int end = events.lastIndexOf(QStringLiteral("ended"));
+        if (end < 0)
+            return {};
+        const int from = events.lastIndexOf(QStringLiteral("ended"), end - 1) + 1;
+        QString ending = QStringLiteral("refused");
+        for (int i = from; i < end; ++i) {
+            const QString &e = events.at(i);
+            if (e == QLatin1String("operationComplete"))
+                ending = QStringLiteral("complete");
+            else if (e == QLatin1String("operationVerified"))
+                ending = QStringLiteral("verified");
+            else if (e == QLatin1String("operationFailed"))
+                ending = QStringLiteral("failed");
+            else if (ending == QLatin1String("refused"))
+                ending = QStringLiteral("told");
+        }
+        return ending;
+    }
+    // It ended on the complete or the verified sheet.
+    bool endedComplete() const { return ending() == QLatin1String("complete") || ending() == QLatin1String("verified"); }
+    // It ended without completing once under way: on the failure sheet, or
+    // with an alert and no last sheet.
+    bool endedFailed() const { return ending() == QLatin1String("failed") || ending() == QLatin1String("told"); }
+    // It was refused before it showed or started anything.
+    bool endedRefused() const { return ending() == QLatin1String("refused"); }
+    // The complete and verified sheets shown so far.
+    int completions() const
+    {
+        return int(events.count(QStringLiteral("operationComplete")) + events.count(QStringLiteral("operationVerified")));
+    }
+
     bool waitEnded(int count = 1, int timeoutMs = 60000)
     {
         QElapsedTimer t;
