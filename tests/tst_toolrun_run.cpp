@@ -127,6 +127,17 @@ private slots:
         QVERIFY(r.verdict.output.contains("stdin at end"));
     }
 
+    void aRunOnOneChannelEndsWithoutAWarning()
+    {
+        // Both streams on one channel: nothing is read from the other at the end.
+        QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
+        ToolRun::Options o;
+        o.channels = ToolRun::Channels::Merged;
+        const Ran r = runToVerdict(sh("echo out; echo err >&2"), o);
+        QCOMPARE(r.verdict.outcome, ToolVerdict::Outcome::Succeeded);
+        QVERIFY2(r.verdict.output.contains("out") && r.verdict.output.contains("err"), qPrintable(r.verdict.output));
+    }
+
     void aFailingToolIsFailedWithItsOwnWords()
     {
         // An existing output and no terminal: ffmpeg gives up at once, exit 1.

@@ -208,7 +208,8 @@ void ToolRun::end(ToolVerdict::Outcome outcome, int exitCode, bool crashed)
     m_killTimer.stop();
     if (m_process) {
         read(false);
-        read(true);
+        if (m_options.channels != Channels::Merged)
+            read(true);
         deliver(m_out.flush(), false);
         deliver(m_err.flush(), true);
     }
