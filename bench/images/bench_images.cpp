@@ -132,7 +132,10 @@ FlowTimes waitFlow(SheetFlow &flow, const std::function<void()> &startAction)
     bool ended = false;
     QObject guard;
     QObject::connect(&flow, &SheetFlow::toolStarted, &guard, [&] { launched = t.nsecsElapsed(); });
-    QObject::connect(&flow, &SheetFlow::operationComplete, &guard, [&] { complete = t.nsecsElapsed(); });
+    QObject::connect(&flow, &SheetFlow::lastSheet, &guard, [&](const OperationEnd &end) {
+        if (end.kind != OperationEnd::Failed)
+            complete = t.nsecsElapsed();
+    });
     // A blocking event loop, as the application's own: a loop of timed
     // processEvents() calls would spin a core and slow the tool down.
     QEventLoop loop;
@@ -268,7 +271,7 @@ int main(int argc, char **argv)
     for (int r = 0; r < rounds; ++r) {
         auto product = [&] {
             DataBurnFlow flow(ctx);
-            const FlowTimes t = waitFlow(flow, [&] { flow.Burn_Data_DVD(list); });
+            const FlowTimes t = waitFlow(flow, [&] { flow.burn(ImageMessages::DataDisc::DVD, list); });
             dTotal << t.total;
             dTool << t.tool;
             QFile::remove(productDisc);
@@ -305,7 +308,7 @@ int main(int argc, char **argv)
         auto product = [&] {
             IsoCreationFlow flow(ctx);
             picker.answers = {{isoSource}, {productDest}};
-            const FlowTimes t = waitFlow(flow, [&] { flow.OnActionISOCreate(); });
+            const FlowTimes t = waitFlow(flow, [&] { flow.start(); });
             iTotal << t.total;
             iTool << t.tool;
             QFile::remove(productDest + "/image.iso");
