@@ -12,6 +12,7 @@
 #include "compilation/DataFolderModel.h"
 #include "compilation/MediaListModel.h"
 #include "compilation/ui/CompilationTable.h"
+#include "compilation/ui/CompilationTabs.h"
 #include "compilation/ui/SpaceOccupiedView.h"
 #include "compilation/ui/Window_New_Disc.h"
 #include "drives/XorrisoBackend.h"
@@ -69,10 +70,10 @@ private slots:
         QVERIFY(w->btnBurn->isVisible());
         QVERIFY(w->spaceoccupiedviewControl->isVisible());
         QCOMPARE(checkedTabItems(w), QStringList{"Audio"});
-        QVERIFY(MainWindow::isBordered(w->btnAudioCD));
-        QVERIFY(!MainWindow::isBordered(w->btnMP3CD));
-        QVERIFY(MainWindow::isBordered(w->btnVideoDVD));
-        QVERIFY(MainWindow::isBordered(w->btnDataCD));
+        QVERIFY(CompilationTabs::isBordered(w->btnAudioCD));
+        QVERIFY(!CompilationTabs::isBordered(w->btnMP3CD));
+        QVERIFY(CompilationTabs::isBordered(w->btnVideoDVD));
+        QVERIFY(CompilationTabs::isBordered(w->btnDataCD));
         QCOMPARE(w->menuitemEraseFull->text(), QString("Erase &Completely"));
         QCOMPARE(w->menuitemEraseQuick->text(), QString("Erase &Quickly"));
         QVERIFY(!w->menuitemDebugMode->isChecked());
@@ -110,7 +111,7 @@ private slots:
         QCOMPARE(w->btnBurn->text(), title);
         for (QPushButton *other : w->tabviewMain->widget(tab)->findChildren<QPushButton *>())
             if (other->objectName().startsWith("btn"))
-                QCOMPARE(MainWindow::isBordered(other), other == b);
+                QCOMPARE(CompilationTabs::isBordered(other), other == b);
     }
 
     void changingToVideoEmptiesTheAudioListAndKeepsTheAudioKind()
@@ -518,8 +519,8 @@ private slots:
         QCOMPARE(h.app->arrayDataFolders->count(), 0);
         QCOMPARE(w->tabviewMain->currentIndex(), 1);
         QCOMPARE(w->btnBurn->text(), QString("Burn Video DVD"));
-        QVERIFY(MainWindow::isBordered(w->btnVideoDVD));
-        QVERIFY(!MainWindow::isBordered(w->btnVideoBluray));
+        QVERIFY(CompilationTabs::isBordered(w->btnVideoDVD));
+        QVERIFY(!CompilationTabs::isBordered(w->btnVideoBluray));
         QCOMPARE(h.app->i_Type_of_New_Disc, qint64(4));
     }
 

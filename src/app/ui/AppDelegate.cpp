@@ -192,23 +192,11 @@ bool AppDelegate::applicationDidFinishLaunching()
     sffmpegPath = m_context.tools.ffmpeg;
     m_adding->setFfmpegPath(sffmpegPath);
 
-    i_Audio_Type = i_Video_Type = i_Data_Type = 0;
-    MainWindow *w = m_window.get();
-    MainWindow::setBordered(w->btnAudioCD, true);
-    MainWindow::setBordered(w->btnVideoDVD, true);
-    MainWindow::setBordered(w->btnDataCD, true);
-    {
-        const QSignalBlocker block(w->tabviewMain);
-        w->tabviewMain->setCurrentIndex(0);
-    }
-    m_tabs->setBurnTitle(QStringLiteral("Burn Audio CD"));
-    sortFlags = ColumnSortFlags{};
-    w->spaceoccupiedviewControl->setI_Percentage(0);
-    i_Type_of_New_Disc = 1;
-
+    m_tabs->startAfresh();
     theme = ThemeSettings::loadAtStartup(m_settings);
     m_colours->applyAtStartup();
 
+    MainWindow *w = m_window.get();
     w->setWindowTitle(QStringLiteral("Tamblo"));
     w->show();
     w->raise();
@@ -216,14 +204,12 @@ bool AppDelegate::applicationDidFinishLaunching()
     return true;
 }
 
-void AppDelegate::quitStoppingTools()
+void AppDelegate::exitProcess()
 {
-    ToolRun::stopAllThen(this, [this] {
-        if (m_context.exitProcess)
-            m_context.exitProcess(0);
-        else
-            ::_exit(0);
-    });
+    if (m_context.exitProcess)
+        m_context.exitProcess(0);
+    else
+        ::_exit(0);
 }
 
 void AppDelegate::fatal(const QString &text)
@@ -254,17 +240,13 @@ void AppDelegate::Terminate_App()
             return;
         m_quitting = true;
         m_log->note(QStringLiteral("Quit while writing: the tool is stopped."));
-        quitStoppingTools();
+        ToolRun::stopAllThen(this, [this] { exitProcess(); });
         return;
     }
     m_quitting = true;
     for (ToolRun *run : ToolRun::running())
         run->stop();
-    if (m_context.exitProcess) {
-        m_context.exitProcess(0);
-        return;
-    }
-    ::_exit(0);
+    exitProcess();
 }
 
 // ------------------------------------------------------------- the window

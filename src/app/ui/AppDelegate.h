@@ -242,7 +242,7 @@ private:
     void play(int tab);
     void fatal(const QString &text);
     void burnMedia(BurnOperation operation);
-    void quitStoppingTools();
+    void exitProcess();  // with status 0, through the context's exit when it has one
 
     AppContext m_context;
     AppSettings m_settings;

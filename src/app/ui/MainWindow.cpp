@@ -1,5 +1,7 @@
 #include "app/ui/MainWindow.h"
 
+#include "compilation/ui/CompilationTabs.h"
+
 #include <QAction>
 #include <QCloseEvent>
 #include <QHBoxLayout>
@@ -331,14 +333,14 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent)
     tableviewVideoFiles->setStretchColumn(3);
     tableviewDataFolders->setStretchColumn(0);
 
-    setBordered(btnAudioCD, true);
-    setBordered(btnMP3CD, false);
-    setBordered(btnMP3DVD, false);
-    setBordered(btnVideoDVD, true);
-    setBordered(btnVideoBluray, false);
-    setBordered(btnDataCD, true);
-    setBordered(btnDataDVD, false);
-    setBordered(btnDataBluray, false);
+    CompilationTabs::setBordered(btnAudioCD, true);
+    CompilationTabs::setBordered(btnMP3CD, false);
+    CompilationTabs::setBordered(btnMP3DVD, false);
+    CompilationTabs::setBordered(btnVideoDVD, true);
+    CompilationTabs::setBordered(btnVideoBluray, false);
+    CompilationTabs::setBordered(btnDataCD, true);
+    CompilationTabs::setBordered(btnDataDVD, false);
+    CompilationTabs::setBordered(btnDataBluray, false);
 }
 
 QString MainWindow::tabIdentifier(int index) const

@@ -3,8 +3,6 @@
 #include <QMainWindow>
 #include <array>
 
-#include "compilation/ui/CompilationTabs.h"
-
 class CompilationTable;
 class QAction;
 class QMenu;
@@ -28,10 +26,6 @@ public:
     // the selected one.
     QString tabIdentifier(int index) const;
     QString selectedTabIdentifier() const;
-
-    // A disc-kind button drawn bordered (the chosen kind) or borderless.
-    static void setBordered(QPushButton *button, bool bordered) { CompilationTabs::setBordered(button, bordered); }
-    static bool isBordered(const QPushButton *button) { return CompilationTabs::isBordered(button); }
 
     QTabWidget *tabviewMain;
 

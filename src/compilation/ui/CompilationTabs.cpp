@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QTabBar>
 #include <QTabWidget>
 
@@ -48,6 +49,23 @@ void CompilationTabs::setBurnTitle(const QString &title)
 {
     m_w.burnButton->setText(title);
     m_w.burnButton->setAccessibleName(title);
+}
+
+void CompilationTabs::startAfresh()
+{
+    m_state.audioType = m_state.videoType = m_state.dataType = 0;
+    for (int tab : {Audio, Video, Data})
+        if (const DiscKind *first = DiscKinds::forTabType(tab, 0))
+            if (auto *b = m_w.window->findChild<QPushButton *>(first->buttonName))
+                setBordered(b, true);
+    {
+        const QSignalBlocker block(m_w.tabs);
+        m_w.tabs->setCurrentIndex(0);
+    }
+    setBurnTitle(DiscKinds::burnTitleFor(Audio, 0));
+    m_state.sortFlags = ColumnSortFlags{};
+    m_w.gauge->setI_Percentage(0);
+    m_state.newDiscKind = 1;
 }
 
 void CompilationTabs::emptyBothLists()

@@ -59,6 +59,9 @@ public:
     static void setBordered(QPushButton *button, bool bordered);
     static bool isBordered(const QPushButton *button);
 
+    // The tabs as a new start shows them: the Audio tab, the first kind of
+    // each tab chosen, "Burn Audio CD", no sort, an empty gauge.
+    void startAfresh();
     void tabSelected(int index);
     void chooseKind(int tab, qint64 type);
     void setBurnTitle(const QString &title);
