@@ -43,7 +43,11 @@ StatusSheet::StatusSheet(QWidget *mainWindow) : QDialog(mainWindow)
 
 StatusSheet::~StatusSheet()
 {
-    holdMainWindow(false);
+    // A sheet still up when its main window closes goes with the window's
+    // children, after the window has stopped being a main window: there is
+    // nothing left to give back then.
+    if (qobject_cast<QMainWindow *>(parentWidget()))
+        holdMainWindow(false);
 }
 
 void StatusSheet::holdMainWindow(bool hold)
