@@ -72,6 +72,8 @@ public:
 
     void tick()
     {
+        if (!m_app)
+            return;  // the controller was closed while this watch looked on
         const QObject *now[4] = {m_app->windowProgress.data(), m_app->windowPerformingOperation.data(),
                                  m_app->windowOperationCompleted.data(), m_app->windowUniqueProgress.data()};
         static const char *const names[4] = {"two-bar", "working", "complete", "single-bar"};
@@ -95,7 +97,7 @@ public:
     QStringList notShown;  // sheets that were in their outlet but not on screen
 
 private:
-    AppDelegate *m_app;
+    QPointer<AppDelegate> m_app;
     QTimer m_timer;
     const QObject *m_seen[4] = {nullptr, nullptr, nullptr, nullptr};
 };
