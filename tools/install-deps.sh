@@ -17,6 +17,9 @@ DEBIAN_PACKAGES=(
   ffmpeg xorriso cdrskin eject
   # headless display for tests and screenshots
   xvfb xauth
+  # the stack of a test function that hangs past its time limit (QtTest
+  # prints it through gdb)
+  gdb
   # installing: icon rendering, menu entry and AppStream checks, the .deb, window checks
   librsvg2-bin desktop-file-utils appstream dpkg-dev x11-utils
   # the parsers' fuzz targets (tools/fuzz.sh): clang, its libFuzzer and
