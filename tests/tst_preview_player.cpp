@@ -20,6 +20,11 @@
 #include <QVideoWidget>
 #include <memory>
 
+// How long a check waits for the media backend. Each wait ends as soon as
+// it is met; the margin is for a machine busy with other tests, where the
+// backend's threads may get little time.
+constexpr int MediaWaitMs = 30000;
+
 // The preview player on short media made here with ffmpeg: an mp3, an mp4
 // with sound, a silent mp4 and a text file named .mp4.
 class TestPreviewPlayer : public QObject {
@@ -62,7 +67,7 @@ private slots:
         QCOMPARE(doc->loadingSpinner->maximum(), 0);  // busy
         QCOMPARE(doc->duration(), 0.0);
         QCOMPARE(doc->playPauseButton->text(), QStringLiteral("Play"));
-        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), MediaWaitMs);
         QVERIFY(transportEnabled(*doc));
         QVERIFY(qAbs(doc->duration() - 3.0) < 0.2);
         QCOMPARE(doc->timeSlider->maximum(), int(doc->player->duration()));
@@ -72,7 +77,7 @@ private slots:
     {
         FakeAlerts alerts;
         auto doc = open(m_files.mp3, alerts);
-        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), MediaWaitMs);
         QVERIFY(!doc->noVideoLabel->isHidden());
         QVERIFY(doc->playerLayer == nullptr);  // no picture at all
         QVERIFY(doc->loadingSpinner->isHidden());
@@ -94,7 +99,7 @@ private slots:
         QFETCH(QString, which);
         FakeAlerts alerts;
         auto doc = open(which == "mp4" ? m_files.mp4 : m_files.silent, alerts);
-        QTRY_VERIFY_WITH_TIMEOUT(doc->playerLayer && !doc->playerLayer->isHidden(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(doc->playerLayer && !doc->playerLayer->isHidden(), MediaWaitMs);
         QVERIFY(doc->loadingSpinner->isHidden());
         QVERIFY(doc->noVideoLabel->isHidden());
         QVERIFY(doc->unplayableLabel->isHidden());
@@ -119,7 +124,7 @@ private slots:
         QFETCH(bool, missing);
         FakeAlerts alerts;
         auto doc = open(missing ? m_dir.filePath("gone.mp4") : m_files.text, alerts);
-        QTRY_VERIFY_WITH_TIMEOUT(!doc->unplayableLabel->isHidden(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(!doc->unplayableLabel->isHidden(), MediaWaitMs);
         QTRY_COMPARE(alerts.shown.size(), 1);
         QCOMPARE(alerts.shown[0].messageText, QStringLiteral("Video could not be played."));
         // The reason is the player's own: what the media backend said.
@@ -183,7 +188,7 @@ private slots:
             QVERIFY2(makeMedia(encode + QStringList{path}), qPrintable(name));
         FakeAlerts alerts;
         auto doc = open(path, alerts);
-        QTRY_VERIFY2_WITH_TIMEOUT(doc->isReadyToPlay() || !alerts.shown.isEmpty(), qPrintable(name), 10000);
+        QTRY_VERIFY2_WITH_TIMEOUT(doc->isReadyToPlay() || !alerts.shown.isEmpty(), qPrintable(name), MediaWaitMs);
         QVERIFY2(alerts.shown.isEmpty(), qPrintable(alerts.texts().join('\n')));
         if (picture) {
             QVERIFY(doc->playerLayer);  // found to have a picture
@@ -205,15 +210,15 @@ private slots:
             // A bare MPEG video stream carries no clock: the backend shows
             // its pictures as fast as it decodes them and is at the end at
             // once. It still shows a picture and says nothing is wrong.
-            QTRY_VERIFY_WITH_TIMEOUT((frames >= 1 && doc->rate() == 0.0) || !alerts.shown.isEmpty(), 10000);
-            QTRY_VERIFY_WITH_TIMEOUT(doc->playerLayer && !doc->playerLayer->isHidden(), 5000);
+            QTRY_VERIFY_WITH_TIMEOUT((frames >= 1 && doc->rate() == 0.0) || !alerts.shown.isEmpty(), MediaWaitMs);
+            QTRY_VERIFY_WITH_TIMEOUT(doc->playerLayer && !doc->playerLayer->isHidden(), MediaWaitMs);
         } else if (picture) {
             // Moving pictures: frame after frame reaches the picture.
-            QTRY_VERIFY_WITH_TIMEOUT(frames >= 10 || !alerts.shown.isEmpty(), 10000);
-            QTRY_VERIFY_WITH_TIMEOUT(doc->playerLayer && !doc->playerLayer->isHidden(), 5000);
+            QTRY_VERIFY_WITH_TIMEOUT(frames >= 10 || !alerts.shown.isEmpty(), MediaWaitMs);
+            QTRY_VERIFY_WITH_TIMEOUT(doc->playerLayer && !doc->playerLayer->isHidden(), MediaWaitMs);
             QVERIFY(doc->noVideoLabel->isHidden());
         } else {
-            QTRY_VERIFY_WITH_TIMEOUT(doc->currentTime() > from + 0.5 || !alerts.shown.isEmpty(), 10000);
+            QTRY_VERIFY_WITH_TIMEOUT(doc->currentTime() > from + 0.5 || !alerts.shown.isEmpty(), MediaWaitMs);
         }
         QVERIFY2(alerts.shown.isEmpty(), qPrintable(alerts.texts().join('\n')));
         QVERIFY(doc->unplayableLabel->isHidden());
@@ -229,7 +234,7 @@ private slots:
             FakeAlerts alerts;
             auto doc = open(m_files.mp4, alerts);
             QTRY_VERIFY2_WITH_TIMEOUT((doc->playerLayer && !doc->playerLayer->isHidden()) || !alerts.shown.isEmpty(),
-                                      qPrintable(QString::number(i)), 10000);
+                                      qPrintable(QString::number(i)), MediaWaitMs);
             QTest::qWait(100);
             QVERIFY2(alerts.shown.isEmpty(), qPrintable(QString("start %1: %2").arg(i).arg(alerts.texts().join(' '))));
             QVERIFY(doc->isReadyToPlay());
@@ -251,7 +256,7 @@ private slots:
             if (f.isValid())
                 hiddenDuringHandOver << picture->isHidden();
         });
-        QTRY_VERIFY_WITH_TIMEOUT(!picture->isHidden(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(!picture->isHidden(), MediaWaitMs);
         QVERIFY(!hiddenDuringHandOver.isEmpty());
         QCOMPARE(hiddenDuringHandOver.first(), true);
         QCOMPARE(doc->playerLayer, picture);
@@ -268,7 +273,7 @@ private slots:
         QCOMPARE(doc->fileNameLabel->text(), QStringLiteral("bars with sound.mp4"));
         QCOMPARE(doc->fileNameLabel->toolTip(), m_files.mp4);
         QCOMPARE(doc->timeLabel->text(), QStringLiteral("0:00 / --:--"));
-        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), MediaWaitMs);
         QTRY_COMPARE(doc->timeLabel->text(), QStringLiteral("0:00 / 0:03"));
         doc->setCurrentTime(2.5);
         QTRY_COMPARE(doc->timeLabel->text(), QStringLiteral("0:02 / 0:03"));
@@ -279,7 +284,7 @@ private slots:
     {
         FakeAlerts alerts;
         auto doc = open(m_files.mp4, alerts);
-        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), MediaWaitMs);
         QSignalSpy rates(doc.get(), &AVSPDocument::rateChanged);
         QStringList titles;
         for (int i = 0; i < 3; ++i) {
@@ -311,12 +316,12 @@ private slots:
     {
         FakeAlerts alerts;
         auto doc = open(m_files.mp3, alerts);
-        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), MediaWaitMs);
         doc->fastForward();
         doc->fastForward();  // 4x: 3 s of sound in well under 3 s
         QElapsedTimer clock;
         clock.start();
-        QTRY_VERIFY_WITH_TIMEOUT(doc->rate() == 0.0, 5000);  // stopped at the end
+        QTRY_VERIFY_WITH_TIMEOUT(doc->rate() == 0.0, MediaWaitMs);  // stopped at the end
         QVERIFY2(clock.elapsed() < 2500, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(doc->playPauseButton->text(), QStringLiteral("Play"));
     }
@@ -325,7 +330,7 @@ private slots:
     {
         FakeAlerts alerts;
         auto doc = open(m_files.mp4, alerts);
-        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), MediaWaitMs);
         doc->setCurrentTime(2.5);
         QTRY_VERIFY(qAbs(doc->currentTime() - 2.5) < 0.05);
 
@@ -367,11 +372,11 @@ private slots:
     {
         FakeAlerts alerts;
         auto doc = open(m_files.mp3, alerts);
-        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), MediaWaitMs);
         doc->setCurrentTime(doc->duration() - 0.3);
         doc->playPauseToggle();
         QCOMPARE(doc->playPauseButton->text(), QStringLiteral("Pause"));
-        QTRY_COMPARE_WITH_TIMEOUT(doc->rate(), 0.0, 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(doc->rate(), 0.0, MediaWaitMs);
         QCOMPARE(doc->playPauseButton->text(), QStringLiteral("Play"));
         QCOMPARE(doc->currentTime(), doc->duration());
         QVERIFY(transportEnabled(*doc));
@@ -390,10 +395,10 @@ private slots:
     {
         FakeAlerts alerts;
         auto doc = open(m_files.silent, alerts);
-        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), MediaWaitMs);
         doc->setCurrentTime(doc->duration() - 0.2);
         doc->playPauseToggle();
-        QTRY_COMPARE_WITH_TIMEOUT(doc->rate(), 0.0, 5000);
+        QTRY_COMPARE_WITH_TIMEOUT(doc->rate(), 0.0, MediaWaitMs);
         QCOMPARE(doc->currentTime(), doc->duration());
         doc->rewind();
         QCOMPARE(doc->rate(), -2.0);
@@ -406,7 +411,7 @@ private slots:
     {
         FakeAlerts alerts;
         auto doc = open(m_files.mp3, alerts);
-        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), MediaWaitMs);
         QCOMPARE(doc->timeSlider->minimum(), 0);
         QCOMPARE(doc->timeSlider->maximum(), int(doc->player->duration()));
         QVERIFY(doc->timeObserverToken);
@@ -426,7 +431,7 @@ private slots:
     {
         FakeAlerts alerts;
         auto doc = open(m_files.mp4, alerts);
-        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), MediaWaitMs);
         QSignalSpy volume(doc.get(), &AVSPDocument::volumeChanged);
         doc->setVolume(0.25f);
         QCOMPARE(doc->volume(), 0.25f);
@@ -459,7 +464,7 @@ private slots:
         QPointer<AVSPDocument> doc = new AVSPDocument(QUrl::fromLocalFile(m_files.mp4), alerts);
         doc->setAttribute(Qt::WA_DeleteOnClose);
         doc->show();
-        QTRY_VERIFY_WITH_TIMEOUT(doc->playerLayer && !doc->playerLayer->isHidden(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(doc->playerLayer && !doc->playerLayer->isHidden(), MediaWaitMs);
         doc->playPauseToggle();
         QTRY_VERIFY(doc->currentTime() > 0.3);
         // The player cuts its own connections when it goes, so follow it by pointer.
@@ -480,7 +485,7 @@ private slots:
     {
         FakeAlerts alerts;
         auto doc = open(m_files.mp3, alerts);
-        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(doc->isReadyToPlay(), MediaWaitMs);
         doc->setCurrentTime(2.0);
         doc->rewind();
         QCOMPARE(doc->rate(), -2.0);
