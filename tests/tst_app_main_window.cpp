@@ -1,7 +1,9 @@
 #include <QAction>
+#include <QPointer>
 #include <QProcess>
 #include <QHeaderView>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabBar>
@@ -275,6 +277,34 @@ private slots:
         QVERIFY(h.app->windowPerformingOperation->isVisible());
         QCOMPARE(h.app->windowPerformingOperation->pgAnimation->minimum(), 0);
         QCOMPARE(h.app->windowPerformingOperation->pgAnimation->maximum(), 0);  // busy
+    }
+
+    // A sheet that goes while it is up gives the window and its menu
+    // commands back; one still up when the window closes goes with it.
+    void aSheetThatGoesGivesTheWindowBack()
+    {
+        AppHarness<> h;
+        QVERIFY(h.start());
+        MainWindow *w = h.app->mainWindow();
+        auto enabledCommands = [w] {
+            int n = 0;
+            for (QAction *a : w->menuBar()->findChildren<QAction *>())
+                n += a->isEnabled();
+            return n;
+        };
+        const int before = enabledCommands();
+        auto *sheet = new Window_Performing_Operation(w);
+        sheet->begin();
+        QVERIFY(!w->centralWidget()->isEnabled());
+        QVERIFY(enabledCommands() < before);
+        delete sheet;
+        QVERIFY(w->centralWidget()->isEnabled());
+        QCOMPARE(enabledCommands(), before);
+
+        QPointer<Window_Performing_Operation> left = new Window_Performing_Operation(w);
+        left->begin();
+        h.app.reset();
+        QVERIFY(!left);
     }
 
     void emptyListNeverShowsTheTwoBarSheet()
