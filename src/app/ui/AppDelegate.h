@@ -209,11 +209,9 @@ public:
 
     // The subsystems, for tests that watch them.
     MediaQuestions *media() const { return m_media; }
-    RunLog *runLog() const { return m_log.get(); }
     CompilationActions *compilationActions() const { return m_adding; }
     MediaBurn *mediaBurn() const { return m_mediaBurn; }
     DataBurnFlow *dataBurn() const { return m_dataBurn; }
-    IsoCreationFlow *isoCreation() const { return m_isoCreation; }
     ImageBurnFlow *imageBurn() const { return m_imageBurn; }
     DuplicationFlow *duplication() const { return m_duplication; }
     const DriveMenuState &driveMenu() const;
